@@ -1,0 +1,29 @@
+// `vorn FILE...`: decide SMT-LIB scripts.
+#ifndef TOOLS_SOLVE_H
+#define TOOLS_SOLVE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vorn::tools {
+
+/// Exit statuses of the command.
+enum ExitStatus : int { kDone = 0, kInputError = 1, kUsageError = 2, kLimitReached = 3 };
+
+struct SolveOptions {
+  std::vector<std::string> files;         // "-" is standard input
+  std::optional<std::string> encoder;     // as chosen by the user
+  std::optional<double> time_limit;       // seconds for each script
+  bool statistics = false;
+  bool verbose = false;
+};
+
+/// Runs the scripts one after the other, each in a session of its own. Answers go to standard
+/// output, errors, statistics and progress to standard error. Returns the exit status: that of the
+/// first script that failed.
+int solve(const SolveOptions& options);
+
+}  // namespace vorn::tools
+
+#endif

@@ -1,0 +1,91 @@
+// The encoder object: dispatch table, cache, configuration and debug tracking.
+#include "vorn/fp/fp_bv_encoder.h"
+
+#include <memory>
+#include <string>
+
+namespace vorn::fp {
+
+FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
+    : src_mgr(src),
+      dst_mgr(dst),
+      logger(nullptr),
+      own_logger(true),
+      debug(false),
+      termtest(nullptr) {
+  // Until the constructor has finished, the logger belongs to this pointer: an exception on the way
+  // must not leak it.
+  auto own = std::make_unique<Logger>();
+  logger = own.get();
+
+  const DispatchRow rows[] = {
+      {SymbolTag::equal, &FpBvEncoder::encode_equality},
+      {SymbolTag::fp_equal, &FpBvEncoder::encode_fp_equal},
+      {SymbolTag::fp_lt, &FpBvEncoder::encode_lt},
+      {SymbolTag::fp_le, &FpBvEncoder::encode_le},
+      {SymbolTag::fp_neg, &FpBvEncoder::encode_neg},
+      {SymbolTag::fp_add, &FpBvEncoder::encode_add},
+      {SymbolTag::fp_sub, &FpBvEncoder::encode_sub},
+      {SymbolTag::fp_mul, &FpBvEncoder::encode_mul},
+      {SymbolTag::fp_div, &FpBvEncoder::encode_div},
+      {SymbolTag::fp_cast, &FpBvEncoder::encode_cast},
+      {SymbolTag::fp_from_sbv, &FpBvEncoder::encode_from_sbv},
+      {SymbolTag::fp_from_ubv, &FpBvEncoder::encode_from_ubv},
+      {SymbolTag::fp_isnan, &FpBvEncoder::encode_isnan},
+      {SymbolTag::fp_isinf, &FpBvEncoder::encode_isinf},
+      {SymbolTag::fp_iszero, &FpBvEncoder::encode_iszero},
+  };
+  for (const DispatchRow& row : rows) dispatch.insert(row);
+
+  rm_even_bv = seed_rounding_mode(0, src_mgr->make_fprounding_even());
+  rm_zero_bv = seed_rounding_mode(1, src_mgr->make_fprounding_zero());
+  rm_plus_inf_bv = seed_rounding_mode(2, src_mgr->make_fprounding_plus_inf());
+  rm_minus_inf_bv = seed_rounding_mode(3, src_mgr->make_fprounding_minus_inf());
+
+  rounding_counter = const_counter = ite_counter = spare_counter = 1;
+  static_cast<void>(own.release());
+}
+
+FpBvEncoder::~FpBvEncoder() {
+  if (logger != nullptr && own_logger) delete logger;
+}
+
+const Term* FpBvEncoder::seed_rounding_mode(int code, const Term* mode) {
+  const Term* number = dst_mgr->make_bv_number(code, 2);
+  cache.insert({mode, number});
+  return number;
+}
+
+void FpBvEncoder::set_logger(Logger* l) {
+  if (logger != nullptr && own_logger) delete logger;
+  logger = l;
+  own_logger = false;
+}
+
+void FpBvEncoder::set_termination_test(const TerminationTest* t) { termtest = t; }
+
+void FpBvEncoder::set_debug_flag(bool on) { debug = on; }
+
+const Term* FpBvEncoder::get_cached(const Term* t) const {
+  const TermMap::Node* node = cache.find(t);
+  return node == nullptr ? nullptr : node->value.second;
+}
+
+void FpBvEncoder::debug_track_term(const Term* t, const char* name) {
+  // A stage may have no value under its label: rounding without extra bits makes no correction bit.
+  if (!debug || t == nullptr) return;
+  const DataType* type = t->get_symbol()->get_output_type();
+  const Term* c = dst_mgr->make_constant(dst_mgr->make_unique_symbol(name, type));
+  side_constraints.push_back(type == dst_mgr->get_bool_type() ? dst_mgr->make_iff(t, c)
+                                                              : dst_mgr->make_equal(t, c));
+}
+
+void FpBvEncoder::debug_track_pair(const char* prefix, const char* part, const Term* x,
+                                   const Term* y) {
+  if (!debug) return;
+  const std::string label = std::string(prefix) + part;
+  debug_track_term(x, (label + "1").c_str());
+  debug_track_term(y, (label + "2").c_str());
+}
+
+}  // namespace vorn::fp

@@ -1,0 +1,289 @@
+// FpBvEncoder: floating-point terms as bit-vector and Boolean terms.
+//
+// A floating-point value of format (e, m) is one bit-vector of width 1 + e + m in the interchange
+// layout: sign at bit e + m, biased exponent E at bits e + m - 1 to m, trailing significand at bits
+// m - 1 to 0. There is no other representation; fields are taken out again wherever they are
+// needed, and the target manager shares them. Every operation becomes a circuit over such
+// bit-vectors. Flags (sign, NaN, infinity, sticky bit) are bit-vectors of width 1; predicates that
+// are handed back are Boolean terms.
+//
+// Methods named encode_ translate one kind of term and are called by the driver, methods named enc_
+// are building blocks of circuits. They check nothing: the term managers check sorts and widths,
+// and the driver's order of work makes sure that the arguments of a term are encoded before it.
+#ifndef VORN_FP_FP_BV_ENCODER_H
+#define VORN_FP_FP_BV_ENCODER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+#include "vorn/terms/term_manager.h"
+#include "vorn/utils/export.h"
+#include "vorn/utils/hashtable.h"
+#include "vorn/utils/logger.h"
+#include "vorn/utils/termination_test.h"
+
+namespace vorn::fp {
+
+/// Kinds of comparison.
+enum class FpComp : std::uint8_t { less_than = 0, less_or_equal = 1, equal = 2 };
+
+/// Translates terms of one manager into terms of another (or the same) and caches what it has
+/// translated. Used by one thread at a time.
+class VORN_EXPORT FpBvEncoder {
+ public:
+  /// `src` owns the terms to read, `dst` those to build; both are borrowed and may be the same.
+  FpBvEncoder(TermManager* src, TermManager* dst);
+  virtual ~FpBvEncoder();
+  FpBvEncoder(const FpBvEncoder&) = delete;
+  FpBvEncoder& operator=(const FpBvEncoder&) = delete;
+
+  // Configuration -----------------------------------------------------------------------------
+
+  /// Borrows `l`; the encoder's own logger, if still in place, is deleted.
+  void set_logger(Logger* l);
+  /// Borrows `t`. An encoding runs to its end; the test is kept for the owner.
+  void set_termination_test(const TerminationTest* t);
+  const TerminationTest* get_termination_test() const { return termtest; }
+  /// In debug mode every named intermediate value of a circuit is tied to a fresh constant of that
+  /// name by a side constraint, so that a model shows it.
+  void set_debug_flag(bool on);
+
+  // Translation -------------------------------------------------------------------------------
+
+  /// The encoding of `t`: Boolean for a predicate, width 1 + e + m for a float, width 2 for a
+  /// rounding mode. `out` receives the constraints that define the fresh constants of this call, in
+  /// the order of their making, and loses what it held; they must be asserted beside any use of the
+  /// result. `t` must be a floating-point atom or term, a rounding mode, or a bit-vector argument
+  /// of a conversion; the Boolean structure above them is the owner's.
+  const Term* get_bv_encoding(const Term* t, std::vector<const Term*>* out);
+
+  /// The cached encoding of `t`, or null.
+  const Term* get_cached(const Term* t) const;
+
+  /// Forgets encodings, newest first, back to and including the latest mention of `t`; all of them
+  /// when `t` was never asked for. Names of fresh constants are not used again.
+  void retract_upto(const Term* t);
+
+  /// Moves into `out` the bit-vector terms of the input that were replaced by fresh constants since
+  /// the last call, oldest first, and returns true; returns false and leaves `out` alone when there
+  /// are none. `get_cached` of such a term is its constant, to which the owner must tie it.
+  bool get_new_bv_terms(std::vector<const Term*>& out);
+
+ protected:
+  using format = IEEEFloat::format;
+  using EncodeMethod = const Term* (FpBvEncoder::*)(const Term*);
+
+  // Leaves (leaves.cpp) -------------------------------------------------------------------------
+
+  /// A rounding mode: its 2-bit code, or a fresh 2-bit constant.
+  virtual const Term* encode_rounding(const Term* t);
+  /// A floating-point variable: a fresh constant, constrained to be a non-NaN value or the
+  /// canonical NaN.
+  virtual const Term* encode_constant(const Term* t);
+  /// A bit-vector term: a fresh constant of its width; the term is listed for the owner.
+  virtual const Term* encode_bv_constant(const Term* t);
+  /// A floating-point literal: its bits.
+  virtual const Term* encode_number(const Term* t);
+
+  // Operations, one for each row of the dispatch table -------------------------------------------
+
+  virtual const Term* encode_equality(const Term* t);
+  virtual const Term* encode_fp_equal(const Term* t);
+  virtual const Term* encode_lt(const Term* t);
+  virtual const Term* encode_le(const Term* t);
+  virtual const Term* encode_neg(const Term* t);
+  virtual const Term* encode_add(const Term* t);
+  virtual const Term* encode_sub(const Term* t);
+  virtual const Term* encode_mul(const Term* t);
+  virtual const Term* encode_div(const Term* t);
+  virtual const Term* encode_cast(const Term* t);
+  virtual const Term* encode_from_sbv(const Term* t);
+  virtual const Term* encode_from_ubv(const Term* t);
+  virtual const Term* encode_isnan(const Term* t);
+  virtual const Term* encode_isinf(const Term* t);
+  virtual const Term* encode_iszero(const Term* t);
+
+  // Fields and classes of a packed value t of width 1 + e + m (view.cpp) --------------------------
+
+  /// The e exponent bits; with `unbias` the exponent as a two's-complement number of e bits, 1 -
+  /// bias for zeros and subnormals.
+  const Term* enc_get_exponent(const Term* t, format fmt, bool unbias);
+  /// The m bits of the trailing significand; with `with_hidden` m + 1 bits, the hidden bit on top,
+  /// which is 1 for normal numbers only.
+  const Term* enc_get_mantissa(const Term* t, format fmt, bool with_hidden);
+  /// One bit: whether t is a NaN, an infinity, a zero; of either sign.
+  const Term* enc_is_nan(const Term* t, format fmt);
+  const Term* enc_is_inf(const Term* t, format fmt);
+  const Term* enc_is_zero(const Term* t, format fmt);
+
+  // If-then-else (view.cpp) -----------------------------------------------------------------------
+
+  /// Connectives only: Boolean when c is, else bitwise on operands as wide as c.
+  const Term* enc_make_ite(const Term* c, const Term* a, const Term* b);
+  /// A fresh constant that is a where the Boolean c holds and b elsewhere, or the if-then-else
+  /// itself where the manager simplifies it away.
+  virtual const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b);
+  /// A fresh constant that is values[i] where conds[i] holds. The conditions must exclude each
+  /// other and cover every case.
+  virtual const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
+                                         const std::vector<const Term*>& values);
+
+  // Comparison (comparison.cpp) -------------------------------------------------------------------
+
+  const Term* enc_fp_comparison(const Term* t, FpComp kind);
+
+  // Rounding (rounding.cpp, packing.cpp) ----------------------------------------------------------
+  //
+  // Slots passed as `const Term**` are read and replaced. `sign`, `is_nan` and `is_inf` have 1 bit;
+  // `exp` is signed and `mant` has W bits, the top one of weight 2^exp.
+
+  /// The packed value of format `fmt` nearest to the exact result in mode `rm`. `exp` and `mant`
+  /// may have any width. `max_shift` bounds the leading zeros that normalisation looks for; 0 means
+  /// no bound.
+  virtual const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
+                                      const Term* is_inf, const Term* sign, const Term* exp,
+                                      const Term* mant, std::uint64_t max_shift);
+  /// Widens `exp` so that the stages below cannot overflow it, and `mant` to at least its width.
+  void enc_widen(format fmt, const Term** exp, const Term** mant);
+  /// Brings the leading one of `mant` to its top and lowers `exp` to match; widths stay.
+  void enc_normalization_shift(format fmt, const Term** exp, const Term** mant,
+                               std::uint64_t max_shift);
+  void enc_normalization_shift_const(format fmt, const Term** exp, const Term** mant,
+                                     std::uint64_t max_shift);
+  void enc_normalization_shift_linear(format fmt, const Term** exp, const Term** mant,
+                                      std::uint64_t max_shift);
+  void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant);
+  /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
+  /// exponent to -bias. The bits shifted out are lost.
+  virtual void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
+  /// Replaces `mant` by its rounded m + 1 bits, raises `exp` if that carried to 2.0, and, where
+  /// there were bits to round, sets `correction`.
+  virtual void enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
+                                  const Term** mant, const Term** correction);
+  /// Turns an exponent that is too large into infinity or, where `correction` asks for it, keeps
+  /// the request to saturate; narrows `exp` to e bits.
+  virtual void enc_round_exponent(format fmt, const Term* is_nan, const Term* mant,
+                                  const Term** exp, const Term** is_inf, const Term** correction);
+  /// The packed value of an e-bit unbiased exponent and an (m + 1)-bit significand, m >= 2;
+  /// `correction` may be null.
+  virtual const Term* enc_pack_and_bias(format fmt, const Term* is_nan, const Term* is_inf,
+                                        const Term* sign, const Term* exp, const Term* mant,
+                                        const Term* correction);
+
+  /// What one rounding mode does: whether to increment the kept bits, and the correction bit.
+  struct RoundingChoice {
+    const Term* increment;
+    const Term* correction;
+  };
+  /// The choice of a constant mode, from the first bit below the kept ones, the last kept bit and
+  /// whether anything else is below.
+  RoundingChoice enc_rounding_choice(const Term* mode, const Term* sign, const Term* round,
+                                     const Term* least, const Term* sticky);
+  /// The choice of `rm`, constant or not.
+  virtual void enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                   const Term* least, const Term* sticky, const Term** increment,
+                                   const Term** correction);
+
+  // Arithmetic (addition.cpp, multiplication.cpp, division.cpp) -------------------------------------
+
+  /// A packed operand and its parts: unbiased exponent (e bits), significand with hidden bit
+  /// (m + 1 bits), and 1-bit flags.
+  struct Operand {
+    const Term* packed;
+    const Term* exp;
+    const Term* sign;
+    const Term* mant;
+    const Term* inf;
+    const Term* nan;
+    const Term* zero;
+  };
+  /// Unpacks arguments 1 and 2 of t and tracks their parts under `prefix`.
+  void enc_unpack_operands(const Term* t, format fmt, const char* prefix, Operand* x, Operand* y);
+
+  /// The operands of an addition, ordered by exponent.
+  struct Addends {
+    const Term* sx;          // signs of the operands as given
+    const Term* sy;
+    const Term* samesign;    // 1 bit
+    const Term* x_bigger;    // Boolean: x has the larger exponent, or they tie
+    const Term* exp_bigger;  // e bits
+    const Term* distance;    // e bits, unsigned
+    const Term* big;         // m + 1 bits each
+    const Term* small;
+  };
+  const Term* enc_add_sub(const Term* t, bool is_sub);
+  Addends enc_add_unpack(format fmt, const Term* x, const Term* y);
+  /// The distance capped at m + 3, in m + 1 bits.
+  const Term* enc_add_distance(format fmt, const Term* dist0);
+  /// The magnitude of the sum in m + 6 bits, and the sign of the difference.
+  const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign);
+  /// The final result, once the sign of an exact zero is chosen.
+  virtual const Term* enc_add_zero_result(const Term* rm, format fmt, const Term* x, const Term* y,
+                                          const Term* rounded);
+  /// The sign rule for the sum of two zeros (IEEE 754-2019, clause 6.3), as two Boolean terms: the
+  /// operands are zeros and their sum is +0, or -0. Returns the second.
+  const Term* enc_add_sub_both_zero(const Term* rm, format fmt, bool is_sub, const Term* x,
+                                    const Term* y, const Term** pos_zero_out,
+                                    const Term** neg_zero_out);
+  /// The quotient's m + 5 bits with a sticky bit below, and its exponent (e + 2 bits).
+  const Term* enc_div_significands(format fmt, const Operand& x, const Operand& y,
+                                   const Term** exp);
+
+  // Debugging -------------------------------------------------------------------------------------
+
+  /// In debug mode, ties a non-null `t` to a fresh constant called `name`.
+  void debug_track_term(const Term* t, const char* name);
+  /// The same for a part of both operands: "<prefix><part>1" and "<prefix><part>2".
+  void debug_track_pair(const char* prefix, const char* part, const Term* x, const Term* y);
+
+  /// The cached encoding of argument i of t.
+  const Term* encoded_arg(const Term* t, std::size_t i) const { return get_cached(t->get_arg(i)); }
+
+ private:
+  using DispatchRow = std::pair<SymbolTag::tag, EncodeMethod>;
+  using DispatchTable =
+      hsh::Hashtable<DispatchRow, hsh::GetKey_pair<DispatchRow>, SymbolTag::tag>;
+  static_assert(sizeof(DispatchTable::Node) == 32, "link, tag and a two-word method pointer");
+
+  const Term* bv(std::uint64_t value, std::size_t width);
+  const Term* bv_signed(const QNumber& value, std::size_t width);
+  std::size_t width_of(const Term* t) const;
+  const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
+  const Term* find_ite_constant(const Term* ite) const;
+  const Term* make_ite_constant(const Term* ite);
+  const Term* seed_rounding_mode(int code, const Term* mode);
+  bool push_missing_args(const Term* t);
+  const Term* encode(const Term* t);
+
+  TermManager* src_mgr;             // manager of the input, borrowed
+  TermManager* dst_mgr;             // manager of the encodings, borrowed
+  Logger* logger;                   // diagnostic output
+  bool own_logger;                  // whether `logger` is the encoder's to delete
+  bool debug;                       // whether debug_track_term does anything
+  const TerminationTest* termtest;  // kept for the owner, borrowed
+
+  DispatchTable dispatch;         // kind of a symbol to the method that encodes it
+  const Term* rm_even_bv;         // codes of the rounding modes, 2 bits each: 0
+  const Term* rm_zero_bv;         // 1
+  const Term* rm_plus_inf_bv;     // 2
+  const Term* rm_minus_inf_bv;    // 3
+  TermMap cache;                  // term to encoding, kept from call to call
+  std::vector<const Term*> side_constraints;  // of the current call
+  TermMap ite_cache;              // if-then-else to its fresh constant, of the current call
+  std::vector<const Term*> work_stack;  // of the current call
+  std::vector<const Term*> trail;       // terms in the order in which they entered the cache
+  std::ostringstream name_buf;          // where fresh names are put together
+
+  std::int32_t rounding_counter;                // next number of a ".fp.r" name
+  std::int32_t const_counter;                   // of a ".fp.f" or ".fp.bv" name: they share it
+  std::int32_t ite_counter;                     // of a ".fp.i" name
+  [[maybe_unused]] std::int32_t spare_counter;  // of names yet to come
+  std::vector<const Term*> new_bv_terms;        // for get_new_bv_terms
+};
+
+}  // namespace vorn::fp
+
+#endif

@@ -1,0 +1,60 @@
+// Leaves: rounding modes, variables and literals.
+//
+// A rounding mode is a 2-bit code, and each of the four codes is a mode, so a variable needs no
+// constraint. A floating-point variable is free but for its NaNs: they are reduced to one pattern,
+// so that equality of values is equality of bits.
+#include "vorn/fp/fp_bv_encoder.h"
+
+namespace vorn::fp {
+
+/// A constant named ".", prefix, and the counter, which moves on.
+const Term* FpBvEncoder::make_fresh_constant(const char* prefix, std::int32_t* counter,
+                                             const DataType* type) {
+  name_buf.str("");
+  name_buf << '.' << prefix << (*counter)++;
+  return dst_mgr->make_constant(dst_mgr->make_unique_symbol(name_buf.str(), type));
+}
+
+const Term* FpBvEncoder::encode_rounding(const Term* t) {
+  const Symbol* s = t->get_symbol();
+  if (src_mgr->is_fprounding_even(s)) return rm_even_bv;
+  if (src_mgr->is_fprounding_zero(s)) return rm_zero_bv;
+  if (src_mgr->is_fprounding_plus_inf(s)) return rm_plus_inf_bv;
+  if (src_mgr->is_fprounding_minus_inf(s)) return rm_minus_inf_bv;
+  return make_fresh_constant("fp.r", &rounding_counter, dst_mgr->get_bv_type(2));
+}
+
+const Term* FpBvEncoder::encode_constant(const Term* t) {
+  format fmt{};
+  src_mgr->is_fp_type(t->get_symbol()->get_output_type(), &fmt.e, &fmt.m);
+  const std::size_t width = fmt.m + fmt.e + 1;
+  const Term* k = make_fresh_constant("fp.f", &const_counter, dst_mgr->get_bv_type(width));
+
+  const Term* is_nan = enc_is_nan(k, fmt);
+  const Term* no_nan = dst_mgr->make_equal(is_nan, dst_mgr->make_bv_number(0, 1));
+  IEEEFloat nan(fmt, IEEEFloat::rounding_mode::nearest_even);
+  nan.self_nan();
+  const Term* pattern = dst_mgr->make_bv_number(nan.get_bits(), width);
+  const Term* canonical = dst_mgr->make_equal(k, pattern);
+  side_constraints.push_back(dst_mgr->make_or(no_nan, canonical));
+  return k;
+}
+
+const Term* FpBvEncoder::encode_bv_constant(const Term* t) {
+  std::size_t width = 0;
+  src_mgr->is_bv_type(t->get_symbol()->get_output_type(), &width);
+  const Term* k = make_fresh_constant("fp.bv", &const_counter, dst_mgr->get_bv_type(width));
+  new_bv_terms.push_back(t);
+  return k;
+}
+
+const Term* FpBvEncoder::encode_number(const Term* t) {
+  const Symbol* s = t->get_symbol();
+  QNumber bits;
+  if (const QNumber* value = src_mgr->get_number(s)) bits = *value;
+  format fmt{};
+  src_mgr->is_fp_type(s->get_output_type(), &fmt.e, &fmt.m);
+  return dst_mgr->make_bv_number(bits, fmt.e + fmt.m + 1);
+}
+
+}  // namespace vorn::fp

@@ -1,0 +1,97 @@
+// The solver: assertions in, answers and models out.
+//
+// It owns one encoder and one back end over one term manager. Formulas are translated when they are
+// asserted, turned into an and-inverter graph and clauses when they are decided. Every model is
+// checked by evaluating the original assertions on it before "sat" is answered.
+#ifndef VORN_SOLVER_SOLVER_H
+#define VORN_SOLVER_SOLVER_H
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "vorn/smt2/engine.h"
+#include "vorn/terms/term.h"
+#include "vorn/terms/term_manager.h"
+#include "vorn/utils/export.h"
+#include "vorn/utils/logger.h"
+#include "vorn/utils/termination_test.h"
+
+namespace vorn::solver {
+
+struct VORN_EXPORT Options {
+  /// Whether answers may differ from IEEE 754 where the base encoder does: operations that round
+  /// are refused unless this is set, and an unsat that rests on a rounding mode's range is not
+  /// given.
+  bool allow_departures = false;
+  /// Asked during the search; borrowed, may be null.
+  const TerminationTest* termination_test = nullptr;
+  /// Told about each step; borrowed, may be null.
+  Logger* logger = nullptr;
+};
+
+struct VORN_EXPORT Statistics {
+  std::uint64_t checks = 0;             // calls of check_sat
+  std::uint64_t terms = 0;              // terms in the manager
+  std::uint64_t aig_nodes = 0;          // conjunctions in the graph
+  std::uint64_t variables = 0;          // SAT variables
+  std::uint64_t clauses = 0;            // SAT clauses
+  double translation_seconds = 0;       // terms to bit-vector terms
+  double search_seconds = 0;            // clauses and SAT search
+};
+
+/// Decides Boolean combinations of floating-point and bit-vector atoms.
+class VORN_EXPORT Solver : public smt2::Engine {
+ public:
+  explicit Solver(TermManager& manager, const Options& options = {});
+  ~Solver() override;
+
+  /// Throws std::invalid_argument where `f` is not Boolean or the encoder does not support it.
+  void assert_formula(const Term* f) override;
+  void push() override;
+  /// Throws std::logic_error without a matching push.
+  void pop() override;
+  /// Throws std::logic_error should a model fail the check, which would be a defect of the solver;
+  /// with departures allowed the answer is then unknown.
+  smt2::Answer check_sat(std::span<const Term* const> assumptions) override;
+  smt2::Answer check_sat() { return check_sat({}); }
+  /// Throws std::logic_error unless the last check answered sat and nothing was asserted since.
+  const Term* get_value(const Term* t) override;
+  std::string get_reason_unknown() const override { return reason_unknown; }
+  void reset_assertions() override;
+
+  Statistics get_statistics() const;
+
+ private:
+  struct BackEnd;
+  struct Level {
+    std::vector<const Term*> assertions;  // as given
+    std::vector<const Term*> conjuncts;   // translated, and the constraints that go with them
+    std::size_t permanent = 0;            // conjuncts that are clauses already
+  };
+
+  void leave_assumptions();
+  void add(const Term* f);
+  smt2::Answer search();
+  void read_model();
+  bool model_holds() const;
+  QNumber value_of(const Term* constant) const;
+  void log(const std::string& message) const;
+
+  TermManager& mgr;
+  const Options options;
+  std::unique_ptr<BackEnd> back_end;
+  std::vector<Level> levels;
+  bool in_assumptions = false;  // the last level holds the assumptions of the last check
+  bool has_model = false;
+  std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants
+  std::string reason_unknown;
+  Statistics statistics;
+};
+
+}  // namespace vorn::solver
+
+#endif

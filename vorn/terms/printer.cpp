@@ -1,0 +1,178 @@
+// Terms and sorts as SMT-LIB text.
+//
+// A term is a graph: printed as a tree it may be exponentially long. Operations that occur more
+// than once are bound by nested `let`s, innermost first. The walks keep their own stacks, since
+// terms may be as deep as memory allows.
+#include "vorn/terms/printer.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "vorn/terms/bv_number.h"
+#include "vorn/terms/ieee_float.h"
+#include "vorn/terms/operations.h"
+
+namespace vorn {
+namespace {
+
+/// Whether `name` needs no quoting (SMT-LIB 2.6, section 3.1, simple symbols).
+bool is_simple_symbol(const std::string& name) {
+  static constexpr std::string_view kReserved[] = {
+      "!",      "_",   "as",      "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall",
+      "let",    "par", "NUMERAL", "STRING", "match",   "true",   "false"};
+  static constexpr std::string_view kPunctuation = "~!@$%^&*_-+=<>.?/";
+  if (name.empty() || (name[0] >= '0' && name[0] <= '9')) return false;
+  for (const std::string_view word : kReserved) {
+    if (name == word) return false;
+  }
+  for (const char c : name) {
+    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    const bool digit = c >= '0' && c <= '9';
+    if (!letter && !digit && kPunctuation.find(c) == std::string_view::npos) return false;
+  }
+  return true;
+}
+
+std::string binary(const QNumber& value, std::size_t width) {
+  const std::string digits = value.to_string(2);
+  return "#b" + std::string(width - digits.size(), '0') + digits;
+}
+
+std::string bv_literal(const QNumber& value, std::size_t width) {
+  if (width % 4 != 0) return binary(value, width);
+  const std::string digits = value.to_string(16);
+  return "#x" + std::string(width / 4 - digits.size(), '0') + digits;
+}
+
+std::string fp_literal(const QNumber& bits, std::size_t e, std::size_t m) {
+  const IEEEFloat value = IEEEFloat::from_bits({e, m}, bits);
+  const std::string sort = " " + std::to_string(e) + " " + std::to_string(m + 1) + ")";
+  const char* sign = value.is_sign_set() ? "-" : "+";
+  if (value.is_nan()) return "(_ NaN" + sort;
+  if (value.is_inf()) return "(_ " + std::string(sign) + "oo" + sort;
+  if (value.is_zero()) return "(_ " + std::string(sign) + "zero" + sort;
+  return "(fp " + binary(BVNumber::bv_extract(e + m, e + m, bits), 1) + " " +
+         binary(BVNumber::bv_extract(e + m - 1, m, bits), e) + " " +
+         binary(BVNumber::bv_extract(m - 1, 0, bits), m) + ")";
+}
+
+std::string operator_name(const Symbol* symbol) {
+  const Operation* operation = find_operation(symbol->get_tag());
+  const Symbol::Indices& i = symbol->get_indices();
+  const std::string name = operation->name;
+  switch (operation->name_indices) {
+    case NameIndices::none:
+      return name;
+    case NameIndices::first:
+      return "(_ " + name + " " + std::to_string(i[0]) + ")";
+    case NameIndices::pair:
+      return "(_ " + name + " " + std::to_string(i[0]) + " " + std::to_string(i[1]) + ")";
+    case NameIndices::format:
+      return "(_ " + name + " " + std::to_string(i[operation->widths - 2U]) + " " +
+             std::to_string(i[operation->widths - 1U] + 1) + ")";
+  }
+  return name;
+}
+
+std::string leaf_text(const Symbol* symbol) {
+  if (const QNumber* value = symbol->get_literal()) {
+    return literal_text(*value, symbol->get_output_type());
+  }
+  return symbol->get_name().empty() ? operator_name(symbol) : quote_symbol(symbol->get_name());
+}
+
+/// Prints one term; see the head of this file.
+class Printer {
+ public:
+  explicit Printer(const Term* root) {
+    count_uses(root);
+    for (const Term* t : post_order) {
+      if (uses[t] < 2 || t == root) continue;
+      std::string definition = print(t);
+      names[t] = ".s" + std::to_string(++bindings);
+      text += "(let ((" + names[t] + " " + definition + ")) ";
+    }
+    text += print(root) + std::string(bindings, ')');
+  }
+
+  std::string take() { return std::move(text); }
+
+ private:
+  struct Visit {
+    const Term* term;
+    std::size_t next = 0;
+  };
+
+  void count_uses(const Term* root) {
+    std::vector<Visit> stack{{root}};
+    while (!stack.empty()) {
+      Visit& top = stack.back();
+      if (top.next < top.term->get_arity()) {
+        const Term* arg = top.term->get_arg(top.next++);
+        if (arg->get_arity() != 0 && uses[arg]++ == 0) stack.push_back({arg});
+      } else {
+        post_order.push_back(top.term);
+        stack.pop_back();
+      }
+    }
+  }
+
+  std::string print(const Term* root) {
+    std::string out;
+    std::vector<Visit> stack{{root}};
+    while (!stack.empty()) {
+      Visit& top = stack.back();
+      const Term* t = top.term;
+      const auto bound = names.find(t);
+      if (bound != names.end() || t->get_arity() == 0) {
+        out += bound != names.end() ? bound->second : leaf_text(t->get_symbol());
+        stack.pop_back();
+      } else if (top.next < t->get_arity()) {
+        out += top.next == 0 ? "(" + operator_name(t->get_symbol()) + " " : " ";
+        stack.push_back({t->get_arg(top.next++)});
+      } else {
+        out += ")";
+        stack.pop_back();
+      }
+    }
+    return out;
+  }
+
+  std::unordered_map<const Term*, std::size_t> uses;
+  std::unordered_map<const Term*, std::string> names;
+  std::vector<const Term*> post_order;
+  std::size_t bindings = 0;
+  std::string text;
+};
+
+}  // namespace
+
+std::string quote_symbol(const std::string& name) {
+  return is_simple_symbol(name) ? name : "|" + name + "|";
+}
+
+std::string literal_text(const QNumber& value, const DataType* type) {
+  if (type->get_kind() == DataType::Kind::bit_vector) return bv_literal(value, type->get_width());
+  return fp_literal(value, type->get_e(), type->get_m());
+}
+
+std::string DataType::to_string() const {
+  switch (kind) {
+    case Kind::boolean:
+      return "Bool";
+    case Kind::rounding_mode:
+      return "RoundingMode";
+    case Kind::bit_vector:
+      return "(_ BitVec " + std::to_string(widths[0]) + ")";
+    case Kind::floating_point:
+      return "(_ FloatingPoint " + std::to_string(widths[0]) + " " +
+             std::to_string(widths[1] + 1) + ")";
+  }
+  return "";
+}
+
+std::string Term::to_string() const { return Printer(this).take(); }
+
+}  // namespace vorn

@@ -1,0 +1,21 @@
+// Pieces of SMT-LIB text that are not terms; terms and sorts print themselves.
+#ifndef VORN_TERMS_PRINTER_H
+#define VORN_TERMS_PRINTER_H
+
+#include <string>
+
+#include "vorn/terms/qnumber.h"
+#include "vorn/terms/term.h"
+#include "vorn/utils/export.h"
+
+namespace vorn {
+
+/// The symbol, between bars where SMT-LIB asks for them.
+VORN_EXPORT std::string quote_symbol(const std::string& name);
+
+/// The literal of a bit-vector or floating-point sort with these bits.
+VORN_EXPORT std::string literal_text(const QNumber& value, const DataType* type);
+
+}  // namespace vorn
+
+#endif

@@ -1,0 +1,191 @@
+// Terms, symbols and sorts.
+//
+// A term is a head symbol applied to arguments. Terms are immutable, owned by their manager and
+// hash-consed: one operation on the same arguments is one object, so pointers compare as terms do.
+// A term is a single allocation: identifier, symbol, then the arguments in place.
+#ifndef VORN_TERMS_TERM_H
+#define VORN_TERMS_TERM_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "vorn/terms/qnumber.h"
+#include "vorn/utils/export.h"
+#include "vorn/utils/hashtable.h"
+
+namespace vorn {
+
+class Term;
+class TermManager;
+
+/// The kinds of symbols.
+struct SymbolTag {
+  enum tag : std::uint32_t {
+    none = 0,  // uninterpreted constants, literals
+
+    // Boolean structure
+    bool_true = 1,
+    bool_false = 2,
+    bool_not = 3,
+    bool_and = 4,
+    bool_or = 5,
+    bool_xor = 6,
+    bool_implies = 7,
+    bool_iff = 8,
+    equal = 11,  // of two terms of any one sort
+    ite = 12,    // of two terms of any one sort
+
+    // Bit-vectors
+    bv_extract = 13,
+    bv_concat = 14,
+    bv_zero_extend = 15,
+    bv_sign_extend = 16,
+    bv_not = 17,
+    bv_neg = 18,
+    bv_and = 19,
+    bv_or = 20,
+    bv_xor = 21,
+    bv_add = 22,
+    bv_sub = 23,
+    bv_mul = 24,
+    bv_udiv = 25,
+    bv_urem = 26,
+    bv_sdiv = 27,
+    bv_srem = 28,
+    bv_smod = 29,
+    bv_shl = 30,
+    bv_lshr = 31,
+    bv_ashr = 32,
+    bv_comp = 33,
+    bv_ult = 34,
+    bv_ule = 35,
+    bv_slt = 36,
+    bv_sle = 37,
+
+    // Floating point
+    fp_from_bits = 40,  // a bit-vector read as a float
+    fp_equal = 42,
+    fp_lt = 43,
+    fp_le = 44,
+    fp_neg = 45,
+    fp_add = 46,
+    fp_sub = 47,
+    fp_mul = 48,
+    fp_div = 49,
+    fp_cast = 50,
+    fp_from_sbv = 51,
+    fp_from_ubv = 52,
+    fp_to_sbv = 53,
+    fp_to_ubv = 54,
+    fp_isnan = 55,
+    fp_isinf = 56,
+    fp_iszero = 57,
+  };
+};
+
+/// A sort; compared by pointer, owned by its manager.
+class VORN_EXPORT DataType {
+ public:
+  enum class Kind : std::uint8_t { boolean, rounding_mode, bit_vector, floating_point };
+
+  Kind get_kind() const { return kind; }
+  /// Width of a bit-vector sort.
+  std::size_t get_width() const { return widths[0]; }
+  /// Exponent width of a floating-point sort.
+  std::size_t get_e() const { return widths[0]; }
+  /// Significand width of a floating-point sort, without the hidden bit.
+  std::size_t get_m() const { return widths[1]; }
+  /// The sort in SMT-LIB syntax.
+  std::string to_string() const;
+
+ private:
+  friend class TermManager;
+  DataType(Kind k, std::uint32_t w0, std::uint32_t w1) : kind(k), widths{w0, w1} {}
+
+  Kind kind;
+  std::array<std::uint32_t, 2> widths;
+};
+
+/// The head of a term: what it applies, its arity and its output sort. Symbols of one operation
+/// with the same widths are one object; uninterpreted constants are each their own.
+class VORN_EXPORT Symbol {
+ public:
+  /// Widths and indices: msb and lsb of an extraction, the count of an extension, the widths that
+  /// the recognisers of TermManager report for floating-point operations; unused ones are 0.
+  using Indices = std::array<std::uint32_t, 4>;
+
+  std::uint64_t get_arity() const { return arity; }
+  const DataType* get_output_type() const { return output_type; }
+  SymbolTag::tag get_tag() const { return tag; }
+  const Indices& get_indices() const { return indices; }
+  /// Name of an uninterpreted constant; empty for operations and literals.
+  const std::string& get_name() const { return name; }
+  /// The bits of a literal as a non-negative integer; null for every other symbol.
+  const QNumber* get_literal() const { return is_number ? &value : nullptr; }
+
+ private:
+  friend class TermManager;
+  Symbol(const TermManager* manager, SymbolTag::tag kind, std::uint64_t arguments,
+         const DataType* type, const Indices& widths)
+      : arity(arguments), output_type(type), owner(manager), tag(kind), indices(widths) {}
+
+  std::uint64_t arity;
+  const DataType* output_type;
+  const TermManager* owner;
+  SymbolTag::tag tag;
+  bool is_number = false;
+  Indices indices;
+  std::string name;
+  QNumber value;                   // of a literal
+  const Term* constant = nullptr;  // the term of an arity-0 symbol, once made
+};
+
+/// An application of a symbol to as many arguments as its arity says.
+class VORN_EXPORT Term {
+ public:
+  std::uint64_t get_id() const { return id; }
+  const Symbol* get_symbol() const { return symbol; }
+  std::uint64_t get_arity() const { return symbol->get_arity(); }
+  const Term* get_arg(std::size_t i) const { return first_arg()[i]; }
+  std::span<const Term* const> get_args() const { return {first_arg(), get_arity()}; }
+  const DataType* get_type() const { return symbol->get_output_type(); }
+  SymbolTag::tag get_tag() const { return symbol->get_tag(); }
+  /// The term in SMT-LIB syntax; subterms that occur more than once are bound by `let`.
+  std::string to_string() const;
+
+ private:
+  friend class TermManager;
+  Term(std::uint64_t identifier, const Symbol* head) : id(identifier), symbol(head) {}
+  const Term* const* first_arg() const { return reinterpret_cast<const Term* const*>(this + 1); }
+
+  std::uint64_t id;  // first: tables hash on this word
+  const Symbol* symbol;
+};
+
+namespace hsh {
+
+template <>
+struct hash<const Term*> {
+  std::size_t operator()(const Term* term) const noexcept { return term->get_id(); }
+};
+
+template <>
+struct hash<SymbolTag::tag> {
+  std::size_t operator()(SymbolTag::tag tag) const noexcept {
+    return static_cast<std::uint32_t>(tag);
+  }
+};
+
+}  // namespace hsh
+
+/// Map from terms to terms.
+using TermMap = hsh::Hashtable<std::pair<const Term*, const Term*>,
+                               hsh::GetKey_pair<std::pair<const Term*, const Term*>>, const Term*>;
+static_assert(sizeof(TermMap::Node) == 24, "three words: link, key, value");
+
+}  // namespace vorn
+
+#endif

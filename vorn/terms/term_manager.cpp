@@ -1,0 +1,249 @@
+// Tables of the term manager: sorts, symbols, literals and terms.
+//
+// Terms live in chunks and are shared through an open-addressing table of pointers, which costs
+// about 14 bytes a term; a binary operation is 32 bytes. Symbols are few and carry everything else.
+#include "vorn/terms/term_manager.h"
+
+#include <algorithm>
+#include <functional>
+#include <new>
+#include <stdexcept>
+
+#include "vorn/terms/bv_number.h"
+#include "vorn/terms/operations.h"
+#include "vorn/terms/rewriter.h"
+
+namespace vorn {
+namespace {
+
+constexpr std::size_t kChunkBytes = std::size_t{1} << 18;
+constexpr std::size_t kInitialTable = 1024;
+
+std::size_t mix(std::size_t h, std::uint64_t word) {
+  h = (h ^ word) * 0x9E3779B97F4A7C15U;
+  return h ^ (h >> 32);
+}
+
+std::size_t mix_pointer(std::size_t h, const void* p) {
+  return mix(h, reinterpret_cast<std::uintptr_t>(p));
+}
+
+std::size_t hash_term(const Symbol* symbol, std::span<const Term* const> args) {
+  std::size_t h = mix_pointer(0, symbol);
+  for (const Term* arg : args) h = mix_pointer(h, arg);
+  return h;
+}
+
+}  // namespace
+
+std::size_t TermManager::SymbolKeyHash::operator()(const SymbolKey& key) const noexcept {
+  std::size_t h = mix_pointer(key.tag, key.type);
+  h = mix(h, (std::uint64_t{key.indices[0]} << 32) | key.indices[1]);
+  return mix(h, (std::uint64_t{key.indices[2]} << 32) | key.indices[3]);
+}
+
+std::size_t TermManager::NumberKeyHash::operator()(const NumberKey& key) const noexcept {
+  return mix_pointer(key.value.hash(), key.type);
+}
+
+TermManager::TermManager(bool rewrite)
+    : rewriting(rewrite),
+      bool_type(intern_type(DataType::Kind::boolean, 0, 0)),
+      rounding_type(intern_type(DataType::Kind::rounding_mode, 0, 0)),
+      term_table(kInitialTable, nullptr) {
+  true_term = make_constant(new_symbol(SymbolTag::bool_true, 0, bool_type, {}));
+  false_term = make_constant(new_symbol(SymbolTag::bool_false, 0, bool_type, {}));
+  static constexpr const char* kNames[] = {"roundNearestTiesToEven", "roundTowardZero",
+                                           "roundTowardPositive", "roundTowardNegative",
+                                           "roundNearestTiesToAway"};
+  for (std::size_t i = 0; i < rounding_terms.size(); ++i) {
+    rounding_terms[i] = make_constant(make_unique_symbol(kNames[i], rounding_type));
+  }
+}
+
+TermManager::~TermManager() = default;
+
+// Sorts ---------------------------------------------------------------------------------------
+
+const DataType* TermManager::intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1) {
+  const std::uint64_t key = (static_cast<std::uint64_t>(kind) << 60) |
+                            (static_cast<std::uint64_t>(w0) << 30) | static_cast<std::uint64_t>(w1);
+  const DataType*& entry = type_table[key];
+  if (entry == nullptr) {
+    types.push_back(DataType(kind, static_cast<std::uint32_t>(w0), static_cast<std::uint32_t>(w1)));
+    entry = &types.back();
+  }
+  return entry;
+}
+
+const DataType* TermManager::get_bv_type(std::size_t width) {
+  if (width < 1 || width > kMaxWidth) {
+    throw std::invalid_argument("a bit-vector sort of width " + std::to_string(width) +
+                                ": widths go from 1 to " + std::to_string(kMaxWidth));
+  }
+  return intern_type(DataType::Kind::bit_vector, width, 0);
+}
+
+const DataType* TermManager::get_fp_type(std::size_t e, std::size_t m) {
+  if (e < 1 || m < 1 || e > kMaxWidth || m > kMaxWidth || 1 + e + m > kMaxWidth) {
+    throw std::invalid_argument("a floating-point sort with exponent width " + std::to_string(e) +
+                                " and significand width " + std::to_string(m) +
+                                " (hidden bit not counted): both must be at least 1, and no more "
+                                "than " +
+                                std::to_string(kMaxWidth) + " bits with the sign");
+  }
+  return intern_type(DataType::Kind::floating_point, e, m);
+}
+
+bool TermManager::is_bv_type(const DataType* type, std::size_t* width) const {
+  if (type->get_kind() != DataType::Kind::bit_vector) return false;
+  if (width != nullptr) *width = type->get_width();
+  return true;
+}
+
+bool TermManager::is_fp_type(const DataType* type, std::size_t* e, std::size_t* m) const {
+  if (type->get_kind() != DataType::Kind::floating_point) return false;
+  if (e != nullptr) *e = type->get_e();
+  if (m != nullptr) *m = type->get_m();
+  return true;
+}
+
+// Symbols -------------------------------------------------------------------------------------
+
+Symbol* TermManager::new_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
+                                const Symbol::Indices& indices) {
+  symbols.push_back(Symbol(this, tag, arity, type, indices));
+  return &symbols.back();
+}
+
+const Symbol* TermManager::intern_symbol(SymbolTag::tag tag, std::uint64_t arity,
+                                         const DataType* type, const Symbol::Indices& indices) {
+  const Symbol*& entry = symbol_table[SymbolKey{tag, type, indices}];
+  if (entry == nullptr) entry = new_symbol(tag, arity, type, indices);
+  return entry;
+}
+
+const Symbol* TermManager::make_unique_symbol(const std::string& name, const DataType* type) {
+  std::string unique = name;
+  auto [entry, fresh] = names.try_emplace(unique, 1);
+  std::uint64_t& next_suffix = entry->second;
+  while (!fresh) {
+    unique = name + "!" + std::to_string(next_suffix++);
+    fresh = names.try_emplace(unique, 1).second;
+  }
+  Symbol* symbol = new_symbol(SymbolTag::none, 0, type, {});
+  symbol->name = std::move(unique);
+  return symbol;
+}
+
+const Term* TermManager::make_constant(const Symbol* symbol) {
+  if (symbol->owner != this || symbol->arity != 0) {
+    throw std::invalid_argument("a constant needs a symbol of arity 0 of this manager");
+  }
+  if (symbol->constant == nullptr) {
+    // The one mutable word of a symbol, and the symbol is this manager's own.
+    const_cast<Symbol*>(symbol)->constant = allocate_term(symbol, {});
+  }
+  return symbol->constant;
+}
+
+bool TermManager::get_symbol_kind(const Symbol* symbol, SymbolTag::tag* kind) const {
+  if (symbol->owner != this || symbol->tag == SymbolTag::none) return false;
+  *kind = symbol->tag;
+  return true;
+}
+
+const QNumber* TermManager::get_number(const Symbol* symbol) const {
+  return symbol->owner == this && symbol->is_number ? &symbol->value : nullptr;
+}
+
+bool TermManager::is_number(const Term* term, QNumber* value) const {
+  const QNumber* number = get_number(term->get_symbol());
+  if (number != nullptr && value != nullptr) *value = *number;
+  return number != nullptr;
+}
+
+const Term* TermManager::intern_number(const QNumber& value, const DataType* type) {
+  const Term*& entry = number_table[NumberKey{type, value}];
+  if (entry == nullptr) {
+    Symbol* symbol = new_symbol(SymbolTag::none, 0, type, {});
+    symbol->is_number = true;
+    symbol->value = value;
+    entry = make_constant(symbol);
+  }
+  return entry;
+}
+
+// Terms ---------------------------------------------------------------------------------------
+
+const Term* TermManager::build(SymbolTag::tag tag, const DataType* type,
+                               std::span<const Term* const> args, const Symbol::Indices& indices) {
+  std::array<const Term*, 2> ordered;
+  if (rewriting) {
+    if (find_operation(tag)->commutative && args[0]->get_id() > args[1]->get_id()) {
+      ordered = {args[1], args[0]};
+      args = ordered;
+    }
+    if (const Term* simpler = Rewriter(*this).rewrite(tag, type, args, indices)) return simpler;
+  }
+  return intern_term(intern_symbol(tag, args.size(), type, indices), args);
+}
+
+const Term* TermManager::rebuild(const Term* t, std::span<const Term* const> args) {
+  bool same_sorts = args.size() == t->get_arity() && t->get_symbol()->owner == this;
+  for (std::size_t i = 0; same_sorts && i < args.size(); ++i) {
+    same_sorts = args[i]->get_type() == t->get_arg(i)->get_type();
+  }
+  if (!same_sorts) {
+    throw std::invalid_argument("a term can only be rebuilt on arguments of the same sorts");
+  }
+  if (args.empty()) return t;
+  return build(t->get_tag(), t->get_type(), args, t->get_symbol()->get_indices());
+}
+
+const Term* TermManager::intern_term(const Symbol* symbol, std::span<const Term* const> args) {
+  if ((table_count + 1) * 4 > term_table.size() * 3) grow_term_table();
+  const std::size_t mask = term_table.size() - 1;
+  std::size_t slot = hash_term(symbol, args) & mask;
+  while (const Term* term = term_table[slot]) {
+    if (term->get_symbol() == symbol && std::ranges::equal(term->get_args(), args)) return term;
+    slot = (slot + 1) & mask;
+  }
+  const Term* term = allocate_term(symbol, args);
+  term_table[slot] = term;
+  ++table_count;
+  return term;
+}
+
+void TermManager::grow_term_table() {
+  std::vector<const Term*> larger(term_table.size() * 2, nullptr);
+  const std::size_t mask = larger.size() - 1;
+  for (const Term* term : term_table) {
+    if (term == nullptr) continue;
+    std::size_t slot = hash_term(term->get_symbol(), term->get_args()) & mask;
+    while (larger[slot] != nullptr) slot = (slot + 1) & mask;
+    larger[slot] = term;
+  }
+  term_table = std::move(larger);
+}
+
+Term* TermManager::allocate_term(const Symbol* symbol, std::span<const Term* const> args) {
+  const std::size_t bytes = sizeof(Term) + args.size_bytes();
+  if (bytes > chunk_left) {
+    chunks.push_back(std::make_unique_for_overwrite<std::byte[]>(kChunkBytes));
+    chunk_free = chunks.back().get();
+    chunk_left = kChunkBytes;
+  }
+  auto* term = new (chunk_free) Term(next_id, symbol);
+  std::ranges::copy(args, reinterpret_cast<const Term**>(chunk_free + sizeof(Term)));
+  chunk_free += bytes;
+  chunk_left -= bytes;
+  ++next_id;
+  return term;
+}
+
+std::size_t TermManager::get_term_bytes() const {
+  return chunks.size() * kChunkBytes - chunk_left + term_table.size() * sizeof(const Term*);
+}
+
+}  // namespace vorn

@@ -1,0 +1,287 @@
+// The owner of terms: constructors, recognisers and tables.
+//
+// Constructors take operands in SMT-LIB order, check sorts and widths, and return the one term of
+// that shape. With rewriting on they also fold constants completely and apply cheap local rules, so
+// that building an operation on literals yields a literal. With rewriting off a term has exactly
+// the shape that was asked for.
+#ifndef VORN_TERMS_TERM_MANAGER_H
+#define VORN_TERMS_TERM_MANAGER_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "vorn/terms/ieee_float.h"
+#include "vorn/terms/qnumber.h"
+#include "vorn/terms/term.h"
+#include "vorn/utils/export.h"
+
+namespace vorn {
+
+/// Factory and owner of terms, symbols and sorts.
+///
+/// All constructors throw std::invalid_argument, with a sentence that names the operation and the
+/// sorts, when an operand has the wrong sort or width or belongs to another manager. Widths go from
+/// 1 to kMaxWidth. Widths and indices below are in bits; (e, m) are the exponent width and the
+/// significand width without the hidden bit.
+class VORN_EXPORT TermManager {
+ public:
+  static constexpr std::size_t kMaxWidth = std::size_t{1} << 20;
+
+  explicit TermManager(bool rewrite = true);
+  ~TermManager();
+  TermManager(const TermManager&) = delete;
+  TermManager& operator=(const TermManager&) = delete;
+
+  // Sorts -------------------------------------------------------------------------------------
+
+  const DataType* get_bool_type() const { return bool_type; }
+  const DataType* get_fprounding_type() const { return rounding_type; }
+  const DataType* get_bv_type(std::size_t width);
+  /// Exponent width e >= 1, significand width m >= 1 without the hidden bit.
+  const DataType* get_fp_type(std::size_t e, std::size_t m);
+
+  bool is_bool_type(const DataType* type) const { return type == bool_type; }
+  /// True for a bit-vector sort; stores its width unless `width` is null.
+  bool is_bv_type(const DataType* type, std::size_t* width) const;
+  /// True for a floating-point sort; stores its widths unless null.
+  bool is_fp_type(const DataType* type, std::size_t* e, std::size_t* m) const;
+  bool is_fprounding_type(const DataType* type) const { return type == rounding_type; }
+
+  // Symbols and constants ---------------------------------------------------------------------
+
+  /// A new symbol of arity 0 named `name` or, if that is taken, `name` with a suffix.
+  const Symbol* make_unique_symbol(const std::string& name, const DataType* type);
+  /// The term that applies an arity-0 symbol.
+  const Term* make_constant(const Symbol* symbol);
+  /// The operation of `t` on other arguments of the same sorts.
+  const Term* rebuild(const Term* t, std::span<const Term* const> args);
+
+  /// Stores the kind of `symbol` and returns true if it has one; literals, rounding-mode constants
+  /// and uninterpreted constants have none.
+  bool get_symbol_kind(const Symbol* symbol, SymbolTag::tag* kind) const;
+  /// The number that a literal's symbol stands for; null when it is not a literal of this manager.
+  const QNumber* get_number(const Symbol* symbol) const;
+  /// True for a bit-vector or floating-point literal; stores its bits unless `value` is null.
+  bool is_number(const Term* term, QNumber* value) const;
+
+  // Booleans and generic operations -----------------------------------------------------------
+
+  const Term* make_true() const { return true_term; }
+  const Term* make_false() const { return false_term; }
+  const Term* make_bool(bool value) const { return value ? true_term : false_term; }
+  const Term* make_not(const Term* a);
+  const Term* make_and(const Term* a, const Term* b);
+  const Term* make_or(const Term* a, const Term* b);
+  const Term* make_xor(const Term* a, const Term* b);
+  const Term* make_implies(const Term* a, const Term* b);
+  const Term* make_iff(const Term* a, const Term* b);
+  /// Operands of one sort, any sort.
+  const Term* make_equal(const Term* a, const Term* b);
+  /// c Boolean, a and b of one sort.
+  const Term* make_term_ite(const Term* c, const Term* a, const Term* b);
+  /// True when the symbol is an if-then-else; stores the branches' sort unless `type` is null.
+  bool is_term_ite(const Symbol* symbol, const DataType** type) const;
+
+  // Bit-vectors -------------------------------------------------------------------------------
+
+  /// The literal of `width` bits with value modulo 2^width; the value must be an integer.
+  const Term* make_bv_number(const QNumber& value, std::size_t width);
+  const Term* make_bv_number(int value, std::size_t width);
+  /// Bits msb down to lsb of t: msb - lsb + 1 bits.
+  const Term* make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t);
+  /// a above b.
+  const Term* make_bv_concat(const Term* a, const Term* b);
+  /// n more bits on top: zeros, or copies of t's top bit.
+  const Term* make_bv_zero_extend(std::size_t n, const Term* t);
+  const Term* make_bv_sign_extend(std::size_t n, const Term* t);
+  const Term* make_bv_not(const Term* a);
+  const Term* make_bv_neg(const Term* a);
+  const Term* make_bv_and(const Term* a, const Term* b);
+  const Term* make_bv_or(const Term* a, const Term* b);
+  const Term* make_bv_xor(const Term* a, const Term* b);
+  const Term* make_bv_add(const Term* a, const Term* b);
+  const Term* make_bv_sub(const Term* a, const Term* b);
+  const Term* make_bv_mul(const Term* a, const Term* b);
+  /// Unsigned quotient (all ones by zero) and remainder (a by zero).
+  const Term* make_bv_udiv(const Term* a, const Term* b);
+  const Term* make_bv_urem(const Term* a, const Term* b);
+  /// Signed quotient toward zero, remainder with the sign of a, modulus with the sign of b.
+  const Term* make_bv_sdiv(const Term* a, const Term* b);
+  const Term* make_bv_srem(const Term* a, const Term* b);
+  const Term* make_bv_smod(const Term* a, const Term* b);
+  /// a shifted by b positions, b of a's width: left, right with zeros, right with copies of the
+  /// top bit.
+  const Term* make_bv_lshl(const Term* a, const Term* b);
+  const Term* make_bv_lshr(const Term* a, const Term* b);
+  const Term* make_bv_ashr(const Term* a, const Term* b);
+  /// One bit: 1 when a and b are equal.
+  const Term* make_bv_comp(const Term* a, const Term* b);
+  const Term* make_bv_ult(const Term* a, const Term* b);
+  const Term* make_bv_ule(const Term* a, const Term* b);
+  const Term* make_bv_slt(const Term* a, const Term* b);
+  const Term* make_bv_sle(const Term* a, const Term* b);
+
+  // Rounding modes ----------------------------------------------------------------------------
+
+  const Term* make_fprounding(IEEEFloat::rounding_mode mode) const;
+  const Term* make_fprounding_even() const;
+  const Term* make_fprounding_zero() const;
+  const Term* make_fprounding_plus_inf() const;
+  const Term* make_fprounding_minus_inf() const;
+  const Term* make_fprounding_away() const;
+  /// True for one of the five constants; stores which unless `mode` is null.
+  bool is_fprounding(const Symbol* symbol, IEEEFloat::rounding_mode* mode) const;
+  bool is_fprounding_even(const Symbol* symbol) const;
+  bool is_fprounding_zero(const Symbol* symbol) const;
+  bool is_fprounding_plus_inf(const Symbol* symbol) const;
+  bool is_fprounding_minus_inf(const Symbol* symbol) const;
+  bool is_fprounding_away(const Symbol* symbol) const;
+
+  // Floating point: the terms that the encoders read. None of these is ever simplified.
+
+  /// The literal with these bits (sign, biased exponent, trailing significand), taken modulo
+  /// 2^(1+e+m). A NaN keeps its pattern; make_fp_nan gives the one that NaNs of a formula share.
+  const Term* make_fp_number(const QNumber& bits, std::size_t e, std::size_t m);
+  const Term* make_fp_nan(std::size_t e, std::size_t m);
+  /// A bit-vector of width 1+e+m read as a float.
+  const Term* make_fp_from_bits(std::size_t e, std::size_t m, const Term* bits);
+  /// IEEE equality and order of two floats of one format.
+  const Term* make_fp_equal(const Term* a, const Term* b);
+  const Term* make_fp_lt(const Term* a, const Term* b);
+  const Term* make_fp_le(const Term* a, const Term* b);
+  const Term* make_fp_neg(const Term* a);
+  const Term* make_fp_add(const Term* rm, const Term* a, const Term* b);
+  const Term* make_fp_sub(const Term* rm, const Term* a, const Term* b);
+  const Term* make_fp_mul(const Term* rm, const Term* a, const Term* b);
+  const Term* make_fp_div(const Term* rm, const Term* a, const Term* b);
+  /// a in the format (e, m).
+  const Term* make_fp_cast(std::size_t e, std::size_t m, const Term* rm, const Term* a);
+  /// The signed or unsigned integer v in the format (e, m).
+  const Term* make_fp_from_sbv(std::size_t e, std::size_t m, const Term* rm, const Term* v);
+  const Term* make_fp_from_ubv(std::size_t e, std::size_t m, const Term* rm, const Term* v);
+  const Term* make_fp_isnan(const Term* a);
+  const Term* make_fp_isinf(const Term* a);
+  const Term* make_fp_iszero(const Term* a);
+
+  // Recognisers: true when the symbol is of that kind; the widths are then stored.
+
+  bool is_fp_equal(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_lt(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_le(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_neg(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_add(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_sub(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_mul(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_div(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  /// The operand's e and m, then the target's.
+  bool is_fp_cast(const Symbol* s, std::size_t* e1, std::size_t* m1, std::size_t* e2,
+                  std::size_t* m2) const;
+  /// The integer's width, then the target's e and m.
+  bool is_fp_from_sbv(const Symbol* s, std::size_t* w, std::size_t* e, std::size_t* m) const;
+  bool is_fp_from_ubv(const Symbol* s, std::size_t* w, std::size_t* e, std::size_t* m) const;
+  bool is_fp_isnan(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_isinf(const Symbol* s, std::size_t* e, std::size_t* m) const;
+  bool is_fp_iszero(const Symbol* s, std::size_t* e, std::size_t* m) const;
+
+  // Accounting --------------------------------------------------------------------------------
+
+  /// Number of terms made so far; identifiers are below it.
+  std::uint64_t get_term_count() const { return next_id; }
+  /// Bytes that terms and the table that shares them take.
+  std::size_t get_term_bytes() const;
+
+ private:
+  struct SymbolKey {
+    SymbolTag::tag tag;
+    const DataType* type;
+    Symbol::Indices indices;
+    bool operator==(const SymbolKey&) const = default;
+  };
+  struct SymbolKeyHash {
+    std::size_t operator()(const SymbolKey& key) const noexcept;
+  };
+  struct NumberKey {
+    const DataType* type;
+    QNumber value;
+    bool operator==(const NumberKey&) const = default;
+  };
+  struct NumberKeyHash {
+    std::size_t operator()(const NumberKey& key) const noexcept;
+  };
+  // Sorts and symbols
+  const DataType* intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1);
+  const Symbol* intern_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
+                              const Symbol::Indices& indices);
+  Symbol* new_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
+                     const Symbol::Indices& indices);
+  const Term* intern_number(const QNumber& value, const DataType* type);
+
+  // Terms
+  const Term* build(SymbolTag::tag tag, const DataType* type, std::span<const Term* const> args,
+                    const Symbol::Indices& indices = {});
+  const Term* build(SymbolTag::tag tag, const DataType* type,
+                    std::initializer_list<const Term*> args, const Symbol::Indices& indices = {}) {
+    return build(tag, type, std::span(args.begin(), args.size()), indices);
+  }
+  const Term* intern_term(const Symbol* symbol, std::span<const Term* const> args);
+  Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
+  void grow_term_table();
+
+  // Operand checks: they throw, naming the operation; some return the sort that they found.
+  const DataType* check_own(SymbolTag::tag tag, const Term* t) const;
+  void check_bool(SymbolTag::tag tag, const Term* t) const;
+  std::size_t check_bv(SymbolTag::tag tag, const Term* t) const;
+  const DataType* check_fp(SymbolTag::tag tag, const Term* t) const;
+  void check_rounding(SymbolTag::tag tag, const Term* t) const;
+  const DataType* check_same(SymbolTag::tag tag, const Term* a, const Term* b) const;
+
+  // Families of operations that share their checks.
+  const Term* bool_binary(SymbolTag::tag tag, const Term* a, const Term* b);
+  const Term* bv_unary(SymbolTag::tag tag, const Term* a);
+  const Term* bv_binary(SymbolTag::tag tag, const Term* a, const Term* b);
+  const Term* bv_predicate(SymbolTag::tag tag, const Term* a, const Term* b);
+  const Term* bv_extend(SymbolTag::tag tag, std::size_t n, const Term* t);
+  const Term* fp_test(SymbolTag::tag tag, const Term* a);
+  const Term* fp_comparison(SymbolTag::tag tag, const Term* a, const Term* b);
+  const Term* fp_arithmetic(SymbolTag::tag tag, const Term* rm, const Term* a, const Term* b);
+  const Term* fp_from_int(SymbolTag::tag tag, std::size_t e, std::size_t m, const Term* rm,
+                          const Term* v);
+  bool recognise(SymbolTag::tag tag, const Symbol* s,
+                 std::initializer_list<std::size_t*> widths) const;
+
+  const bool rewriting;
+  std::deque<DataType> types;
+  std::unordered_map<std::uint64_t, const DataType*> type_table;
+  const DataType* bool_type;
+  const DataType* rounding_type;
+
+  std::deque<Symbol> symbols;
+  std::unordered_map<SymbolKey, const Symbol*, SymbolKeyHash> symbol_table;
+  std::unordered_map<NumberKey, const Term*, NumberKeyHash> number_table;
+  std::unordered_map<std::string, std::uint64_t> names;  // taken names, with the next suffix to try
+
+  std::vector<std::unique_ptr<std::byte[]>> chunks;  // storage of terms
+  std::byte* chunk_free = nullptr;
+  std::size_t chunk_left = 0;
+  std::size_t chunk_bytes = 0;
+  std::vector<const Term*> term_table;  // open addressing, a power of two
+  std::size_t table_count = 0;
+  std::uint64_t next_id = 0;
+
+  const Term* true_term = nullptr;
+  const Term* false_term = nullptr;
+  std::array<const Term*, 5> rounding_terms = {};
+};
+
+}  // namespace vorn
+
+#endif
