@@ -2,7 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -23,8 +25,8 @@ using Clock = std::chrono::steady_clock;
 class Deadline : public TerminationTest {
  public:
   explicit Deadline(double seconds)
-      : end(Clock::now() + std::chrono::duration_cast<Clock::duration>(
-                               std::chrono::duration<double>(seconds))) {}
+      : end(Clock::now() +
+            std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds))) {}
   bool terminate() const override { return Clock::now() >= end; }
 
  private:
@@ -35,17 +37,16 @@ std::string read_all(const std::string& file) {
   if (file == "-") {
     return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
   }
-  errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  std::string text;
-  if (stream) text.assign(std::istreambuf_iterator<char>(stream), {});
-  // A directory opens and then fails to be read.
-  if (!stream || (errno != 0 && text.empty())) {
-    throw std::runtime_error(
-        fmt::format("{}: error: cannot read the file: {}", file,
-                    std::generic_category().message(errno != 0 ? errno : EIO)));
+  std::error_code error;
+  if (std::filesystem::is_directory(file, error)) {
+    throw std::runtime_error(fmt::format("{}: error: is a directory", file));
   }
-  return text;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) {
+    throw std::runtime_error(fmt::format("{}: error: cannot read the file: {}", file,
+                                         std::generic_category().message(errno)));
+  }
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 void print_statistics(const std::string& file, const solver::Statistics& s) {
@@ -65,7 +66,7 @@ int solve_one(const std::string& file, const SolveOptions& options) {
 
   TermManager manager;
   solver::Options solver_options;
-  solver_options.allow_departures = options.encoder.has_value();
+  solver_options.encoder = options.encoder;
   solver_options.termination_test = deadline ? &*deadline : nullptr;
   solver_options.logger = options.verbose ? &logger : nullptr;
   solver::Solver engine(manager, solver_options);
@@ -82,7 +83,7 @@ int solve_one(const std::string& file, const SolveOptions& options) {
     status = kInputError;
   }
   if (options.statistics) print_statistics(name, engine.get_statistics());
-  if (status == kDone && deadline && deadline->terminate()) status = kLimitReached;
+  if (status == kDone && engine.get_statistics().interrupted) status = kLimitReached;
   return status;
 }
 

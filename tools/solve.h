@@ -6,15 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "vorn/solver/solver.h"
+
 namespace vorn::tools {
 
 /// Exit statuses of the command.
 enum ExitStatus : int { kDone = 0, kInputError = 1, kUsageError = 2, kLimitReached = 3 };
 
 struct SolveOptions {
-  std::vector<std::string> files;         // "-" is standard input
-  std::optional<std::string> encoder;     // as chosen by the user
-  std::optional<double> time_limit;       // seconds for each script
+  std::vector<std::string> files;  // "-" is standard input
+  solver::EncoderKind encoder = solver::EncoderKind::ieee;
+  std::optional<double> time_limit;  // seconds for each script
   bool statistics = false;
   bool verbose = false;
 };

@@ -1,19 +1,28 @@
 // The command `vorn`: options and subcommands.
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <map>
 #include <string>
 
+#include "tools/eval.h"
 #include "tools/solve.h"
 
 namespace {
 
+void add_encoder_option(CLI::App& app, vorn::solver::EncoderKind& kind) {
+  using vorn::solver::EncoderKind;
+  app.add_option("--encoder", kind,
+                 "circuits for floating point: ieee (exact, the default) or base (departs from "
+                 "IEEE 754 where it rounds)")
+      ->transform(CLI::CheckedTransformer(std::map<std::string, EncoderKind>{
+          {"ieee", EncoderKind::ieee}, {"base", EncoderKind::base}}))
+      ->type_name("ieee|base");
+}
+
 /// Options that `vorn FILE...` and `vorn solve FILE...` share.
 void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
   app.add_option("FILE", options.files, "SMT-LIB scripts to decide; - is standard input");
-  app.add_option("--encoder", options.encoder,
-                 "circuits for floating point: base (departs from IEEE 754 where it rounds; "
-                 "operations that round need it chosen)")
-      ->check(CLI::IsMember({"base"}));
+  add_encoder_option(app, options.encoder);
   app.add_option("--time-limit", options.time_limit, "stop a script's search after SECONDS")
       ->type_name("SECONDS")
       ->check(CLI::NonNegativeNumber);
@@ -24,7 +33,8 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Vorn decides SMT-LIB 2.6 scripts over floating-point and bit-vector terms.", "vorn");
+  CLI::App app("Vorn decides SMT-LIB 2.6 scripts over floating-point and bit-vector terms.",
+               "vorn");
   app.set_version_flag("--version", std::string("vorn ") + VORN_VERSION);
   app.footer(
       "Exit status: 0 done, 1 an error in the input, 2 a usage error, 3 a resource limit was hit.");
@@ -34,11 +44,18 @@ int main(int argc, char** argv) {
   CLI::App* solve = app.add_subcommand("solve", "decide SMT-LIB scripts (the default)");
   add_solve_options(*solve, options);
 
+  CLI::App* eval = app.add_subcommand(
+      "eval", "evaluate operations on bit patterns, one a line of standard input");
+  vorn::solver::EncoderKind eval_encoder = vorn::solver::EncoderKind::ieee;
+  add_encoder_option(*eval, eval_encoder);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? vorn::tools::kDone : vorn::tools::kUsageError;
   }
+  std::ios::sync_with_stdio(false);
+  if (eval->parsed()) return vorn::tools::evaluate_lines(std::cin, std::cout, eval_encoder);
   if (options.files.empty()) {
     std::cerr << "vorn: no file given\nRun with --help for more information.\n";
     return vorn::tools::kUsageError;

@@ -11,9 +11,13 @@
 
 namespace vorn::fp {
 
-const Term* FpBvEncoder::encode_add(const Term* t) { return enc_add_sub(t, false); }
+const Term* FpBvEncoder::encode_add(const Term* t) {
+  return enc_add_sub(t, false);
+}
 
-const Term* FpBvEncoder::encode_sub(const Term* t) { return enc_add_sub(t, true); }
+const Term* FpBvEncoder::encode_sub(const Term* t) {
+  return enc_add_sub(t, true);
+}
 
 const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
   TermManager& mgr = *dst_mgr;
@@ -61,7 +65,7 @@ const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
   debug_track_term(nan, "add_nan");
   debug_track_term(add_sub_sign, "add_add_sub_sign");
 
-  const Term* rounded = enc_do_rounding(rm, fmt, nan, inf, sign, res_exp, mant_res, 0);
+  const Term* rounded = enc_round_sum(rm, fmt, nan, inf, sign, res_exp, mant_res);
   const Term* result = enc_add_zero_result(rm, fmt, x, y, rounded);
   debug_track_term(rm, "add_sub_arg0");
   debug_track_term(x, "add_sub_arg1");
@@ -114,21 +118,29 @@ const Term* FpBvEncoder::enc_add_distance(format fmt, const Term* dist0) {
   return e > m + 1 ? mgr.make_bv_extract(m, 0, distance) : distance;
 }
 
+const Term* FpBvEncoder::enc_add_align(format fmt, const Term* small, const Term* dist0,
+                                       const Term** sticky) {
+  TermManager& mgr = *dst_mgr;
+  const std::size_t m = fmt.m;
+  const Term* small_p = mgr.make_bv_concat(small, bv(0, 2));
+  const Term* distance = enc_add_distance(fmt, dist0);
+  debug_track_term(distance, "add_distance");
+
+  // What the alignment shift loses, brought to the top: the low distance - 2 bits of `small`.
+  const Term* up = mgr.make_bv_sub(bv(m + 3, m + 1), distance);
+  const Term* lost = mgr.make_bv_lshl(small, up);
+  *sticky = mgr.make_bv_not(mgr.make_bv_comp(lost, bv(0, m + 1)));
+  const Term* shifted = mgr.make_bv_lshr(small_p, mgr.make_bv_zero_extend(2, distance));
+  return mgr.make_bv_concat(shifted, *sticky);
+}
+
 const Term* FpBvEncoder::enc_add_significands(format fmt, const Addends& in,
                                               const Term** res_sign) {
   TermManager& mgr = *dst_mgr;
   const std::size_t m = fmt.m;
   const Term* big_p = mgr.make_bv_concat(in.big, bv(0, 3));
-  const Term* small_p = mgr.make_bv_concat(in.small, bv(0, 2));
-  const Term* distance = enc_add_distance(fmt, in.distance);
-  debug_track_term(distance, "add_distance");
-
-  // What the alignment shift loses, brought to the top: the low distance - 2 bits of `small`.
-  const Term* up = mgr.make_bv_sub(bv(m + 3, m + 1), distance);
-  const Term* lost = mgr.make_bv_lshl(in.small, up);
-  const Term* sticky = mgr.make_bv_not(mgr.make_bv_comp(lost, bv(0, m + 1)));
-  const Term* shifted = mgr.make_bv_lshr(small_p, mgr.make_bv_zero_extend(2, distance));
-  const Term* aligned = mgr.make_bv_concat(shifted, sticky);
+  const Term* sticky = nullptr;
+  const Term* aligned = enc_add_align(fmt, in.small, in.distance, &sticky);
 
   const Term* a = mgr.make_bv_zero_extend(2, big_p);
   const Term* b = mgr.make_bv_zero_extend(2, aligned);
@@ -148,6 +160,11 @@ const Term* FpBvEncoder::enc_add_significands(format fmt, const Addends& in,
   const Term* mant_res = enc_make_term_ite(positive, addres, mgr.make_bv_neg(addres));
   debug_track_term(mant_res, "add_mant_res");
   return mant_res;
+}
+
+const Term* FpBvEncoder::enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
+                                       const Term* sign, const Term* exp, const Term* mant) {
+  return enc_do_rounding(rm, fmt, nan, inf, sign, exp, mant, 0);
 }
 
 const Term* FpBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const Term* /*x*/,

@@ -36,18 +36,22 @@ const Term* FpBvEncoder::encode_cast(const Term* t) {
   debug_track_term(inf, "cast_inf1");
   debug_track_term(nan, "cast_nan1");
 
-  const Term* result = nullptr;
-  if (to.e < from.e || to.m < from.m) {
-    result = enc_do_rounding(rm, to, nan, inf, sign, exp, mant, 0);
-  } else {
-    if (to.m > from.m) mant = mgr.make_bv_concat(mant, bv(0, to.m - from.m));
-    exp = mgr.make_bv_sign_extend(to.e - from.e, exp);
-    result = enc_pack_and_bias(to, nan, inf, sign, exp, mant, nullptr);
-  }
+  const Term* result = enc_cast_finish(rm, from, to, nan, inf, sign, exp, mant);
   debug_track_term(rm, "cast_arg0");
   debug_track_term(x, "cast_arg1");
   debug_track_term(result, "cast_result");
   return result;
+}
+
+const Term* FpBvEncoder::enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
+                                         const Term* inf, const Term* sign, const Term* exp,
+                                         const Term* mant) {
+  if (to.e < from.e || to.m < from.m) {
+    return enc_do_rounding(rm, to, nan, inf, sign, exp, mant, 0);
+  }
+  if (to.m > from.m) mant = dst_mgr->make_bv_concat(mant, bv(0, to.m - from.m));
+  exp = dst_mgr->make_bv_sign_extend(to.e - from.e, exp);
+  return enc_pack_and_bias(to, nan, inf, sign, exp, mant, nullptr);
 }
 
 const Term* FpBvEncoder::encode_from_sbv(const Term* t) {

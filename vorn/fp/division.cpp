@@ -46,12 +46,17 @@ const Term* FpBvEncoder::encode_div(const Term* t) {
   return result;
 }
 
+std::size_t FpBvEncoder::enc_div_extension(format /*fmt*/) const {
+  return 2;
+}
+
 const Term* FpBvEncoder::enc_div_significands(format fmt, const Operand& x, const Operand& y,
                                               const Term** exp) {
   TermManager& mgr = *dst_mgr;
   const std::size_t m = fmt.m;
-  const Term* ex = mgr.make_bv_sign_extend(2, x.exp);
-  const Term* ey = mgr.make_bv_sign_extend(2, y.exp);
+  const std::size_t extension = enc_div_extension(fmt);
+  const Term* ex = mgr.make_bv_sign_extend(extension, x.exp);
+  const Term* ey = mgr.make_bv_sign_extend(extension, y.exp);
   const Term* mx = x.mant;
   const Term* my = y.mant;
   enc_normalization_shift(fmt, &ex, &mx, 0);

@@ -64,6 +64,11 @@ const Term* FpBvEncoder::encode(const Term* t) {
   return encode_constant(t);
 }
 
+void FpBvEncoder::define_encoding(const Term* t, const Term* encoding) {
+  cache.insert({t, encoding});
+  trail.push_back(t);
+}
+
 void FpBvEncoder::retract_upto(const Term* t) {
   while (!trail.empty()) {
     const Term* v = trail.back();

@@ -35,7 +35,8 @@ FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
       {SymbolTag::fp_isinf, &FpBvEncoder::encode_isinf},
       {SymbolTag::fp_iszero, &FpBvEncoder::encode_iszero},
   };
-  for (const DispatchRow& row : rows) dispatch.insert(row);
+  for (const DispatchRow& row : rows)
+    dispatch.insert(row);
 
   rm_even_bv = seed_rounding_mode(0, src_mgr->make_fprounding_even());
   rm_zero_bv = seed_rounding_mode(1, src_mgr->make_fprounding_zero());
@@ -62,9 +63,13 @@ void FpBvEncoder::set_logger(Logger* l) {
   own_logger = false;
 }
 
-void FpBvEncoder::set_termination_test(const TerminationTest* t) { termtest = t; }
+void FpBvEncoder::set_termination_test(const TerminationTest* t) {
+  termtest = t;
+}
 
-void FpBvEncoder::set_debug_flag(bool on) { debug = on; }
+void FpBvEncoder::set_debug_flag(bool on) {
+  debug = on;
+}
 
 const Term* FpBvEncoder::get_cached(const Term* t) const {
   const TermMap::Node* node = cache.find(t);

@@ -63,6 +63,12 @@ class VORN_EXPORT FpBvEncoder {
   /// The cached encoding of `t`, or null.
   const Term* get_cached(const Term* t) const;
 
+  /// Makes `encoding` the encoding of `t`, which must not have one yet. This is how an owner gives
+  /// a meaning to terms that the encoder would replace by fresh constants: if-then-else, bits read
+  /// as a float, bit-vector arguments. The encoding must be a term of the target manager with the
+  /// width that `t` calls for, and have no NaN but the canonical one.
+  void define_encoding(const Term* t, const Term* encoding);
+
   /// Forgets encodings, newest first, back to and including the latest mention of `t`; all of them
   /// when `t` was never asked for. Names of fresh constants are not used again.
   void retract_upto(const Term* t);
@@ -155,7 +161,7 @@ class VORN_EXPORT FpBvEncoder {
                                      std::uint64_t max_shift);
   void enc_normalization_shift_linear(format fmt, const Term** exp, const Term** mant,
                                       std::uint64_t max_shift);
-  void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant);
+  virtual void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant);
   /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
   /// exponent to -bias. The bits shifted out are lost.
   virtual void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
@@ -187,7 +193,7 @@ class VORN_EXPORT FpBvEncoder {
                                    const Term* least, const Term* sticky, const Term** increment,
                                    const Term** correction);
 
-  // Arithmetic (addition.cpp, multiplication.cpp, division.cpp) -------------------------------------
+  // Arithmetic and conversion ---------------------------------------------------------------------
 
   /// A packed operand and its parts: unbiased exponent (e bits), significand with hidden bit
   /// (m + 1 bits), and 1-bit flags.
@@ -205,7 +211,7 @@ class VORN_EXPORT FpBvEncoder {
 
   /// The operands of an addition, ordered by exponent.
   struct Addends {
-    const Term* sx;          // signs of the operands as given
+    const Term* sx;  // signs of the operands as given
     const Term* sy;
     const Term* samesign;    // 1 bit
     const Term* x_bigger;    // Boolean: x has the larger exponent, or they tie
@@ -218,6 +224,13 @@ class VORN_EXPORT FpBvEncoder {
   Addends enc_add_unpack(format fmt, const Term* x, const Term* y);
   /// The distance capped at m + 3, in m + 1 bits.
   const Term* enc_add_distance(format fmt, const Term* dist0);
+  /// `small` (m + 1 bits) moved down by dist0 within m + 4 bits, three of them below its own; the
+  /// lowest bit is the sticky bit of what was lost.
+  virtual const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
+                                    const Term** sticky);
+  /// Rounds a sum, whose exponent is never below that of the smallest normal number.
+  virtual const Term* enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
+                                    const Term* sign, const Term* exp, const Term* mant);
   /// The magnitude of the sum in m + 6 bits, and the sign of the difference.
   const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign);
   /// The final result, once the sign of an exact zero is chosen.
@@ -228,9 +241,16 @@ class VORN_EXPORT FpBvEncoder {
   const Term* enc_add_sub_both_zero(const Term* rm, format fmt, bool is_sub, const Term* x,
                                     const Term* y, const Term** pos_zero_out,
                                     const Term** neg_zero_out);
-  /// The quotient's m + 5 bits with a sticky bit below, and its exponent (e + 2 bits).
+  /// Bits by which a divider's exponents are wider than e.
+  virtual std::size_t enc_div_extension(format fmt) const;
+  /// The quotient's m + 5 bits with a sticky bit below, and its exponent.
   const Term* enc_div_significands(format fmt, const Operand& x, const Operand& y,
                                    const Term** exp);
+  /// Rounds an unpacked value of format `from` into the format `to`, or packs it where nothing
+  /// needs rounding.
+  virtual const Term* enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
+                                      const Term* inf, const Term* sign, const Term* exp,
+                                      const Term* mant);
 
   // Debugging -------------------------------------------------------------------------------------
 
@@ -243,15 +263,19 @@ class VORN_EXPORT FpBvEncoder {
   const Term* encoded_arg(const Term* t, std::size_t i) const { return get_cached(t->get_arg(i)); }
 
  private:
+  friend class IeeeBvEncoder;  // replaces stages and shares all other members
+
   using DispatchRow = std::pair<SymbolTag::tag, EncodeMethod>;
-  using DispatchTable =
-      hsh::Hashtable<DispatchRow, hsh::GetKey_pair<DispatchRow>, SymbolTag::tag>;
+  using DispatchTable = hsh::Hashtable<DispatchRow, hsh::GetKey_pair<DispatchRow>, SymbolTag::tag>;
   static_assert(sizeof(DispatchTable::Node) == 32, "link, tag and a two-word method pointer");
 
   const Term* bv(std::uint64_t value, std::size_t width);
   const Term* bv_signed(const QNumber& value, std::size_t width);
   std::size_t width_of(const Term* t) const;
   const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
+  /// ite(c[0], v[0], ite(c[1], v[1], ... v[n-1])).
+  const Term* enc_ite_chain(const std::vector<const Term*>& conds,
+                            const std::vector<const Term*>& values);
   const Term* find_ite_constant(const Term* ite) const;
   const Term* make_ite_constant(const Term* ite);
   const Term* seed_rounding_mode(int code, const Term* mode);
@@ -265,14 +289,14 @@ class VORN_EXPORT FpBvEncoder {
   bool debug;                       // whether debug_track_term does anything
   const TerminationTest* termtest;  // kept for the owner, borrowed
 
-  DispatchTable dispatch;         // kind of a symbol to the method that encodes it
-  const Term* rm_even_bv;         // codes of the rounding modes, 2 bits each: 0
-  const Term* rm_zero_bv;         // 1
-  const Term* rm_plus_inf_bv;     // 2
-  const Term* rm_minus_inf_bv;    // 3
-  TermMap cache;                  // term to encoding, kept from call to call
+  DispatchTable dispatch;                     // kind of a symbol to the method that encodes it
+  const Term* rm_even_bv;                     // codes of the rounding modes, 2 bits each: 0
+  const Term* rm_zero_bv;                     // 1
+  const Term* rm_plus_inf_bv;                 // 2
+  const Term* rm_minus_inf_bv;                // 3
+  TermMap cache;                              // term to encoding, kept from call to call
   std::vector<const Term*> side_constraints;  // of the current call
-  TermMap ite_cache;              // if-then-else to its fresh constant, of the current call
+  TermMap ite_cache;                    // if-then-else to its fresh constant, of the current call
   std::vector<const Term*> work_stack;  // of the current call
   std::vector<const Term*> trail;       // terms in the order in which they entered the cache
   std::ostringstream name_buf;          // where fresh names are put together

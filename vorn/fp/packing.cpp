@@ -22,8 +22,8 @@ FpBvEncoder::RoundingChoice FpBvEncoder::enc_rounding_choice(const Term* mode, c
 }
 
 void FpBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                      const Term* least, const Term* sticky,
-                                      const Term** increment, const Term** correction) {
+                                      const Term* least, const Term* sticky, const Term** increment,
+                                      const Term** correction) {
   for (const Term* mode : {rm_even_bv, rm_zero_bv, rm_plus_inf_bv, rm_minus_inf_bv}) {
     if (rm != mode) continue;
     const RoundingChoice choice = enc_rounding_choice(mode, sign, round, least, sticky);
@@ -47,9 +47,8 @@ void FpBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Te
   *correction = enc_make_term_ite(is_even, even.correction, cor);
 }
 
-void FpBvEncoder::enc_round_mantissa(const Term* rm, format fmt, const Term* sign,
-                                     const Term** exp, const Term** mant,
-                                     const Term** correction) {
+void FpBvEncoder::enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
+                                     const Term** mant, const Term** correction) {
   TermManager& mgr = *dst_mgr;
   debug_track_term(*mant, "round_mant_before");
   debug_track_term(rm, "round_rounding");

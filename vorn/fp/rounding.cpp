@@ -75,14 +75,15 @@ void FpBvEncoder::enc_normalization_shift(format fmt, const Term** exp, const Te
   enc_normalization_shift_log(fmt, exp, mant);
 }
 
-void FpBvEncoder::enc_normalization_shift_const(format /*fmt*/, const Term** exp,
-                                                const Term** mant, std::uint64_t max_shift) {
+void FpBvEncoder::enc_normalization_shift_const(format /*fmt*/, const Term** exp, const Term** mant,
+                                                std::uint64_t max_shift) {
   const QNumber v = *dst_mgr->get_number((*mant)->get_symbol());
   const std::size_t W = width_of(*mant);
   const std::size_t E = width_of(*exp);
   const std::uint64_t limit = max_shift == 0 ? W : std::min<std::uint64_t>(max_shift, W);
   std::uint64_t k = 0;
-  while (k < limit && !v.test_bit(W - 1 - k)) ++k;
+  while (k < limit && !v.test_bit(W - 1 - k))
+    ++k;
   // No leading one within the limit: there is no partial shift.
   if (k == limit) return;
   const QNumber shift(static_cast<std::int64_t>(k));
@@ -110,8 +111,7 @@ void FpBvEncoder::enc_normalization_shift_linear(format /*fmt*/, const Term** ex
   *exp = mgr.make_bv_sub(*exp, count);
 }
 
-void FpBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp,
-                                              const Term** mant) {
+void FpBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp, const Term** mant) {
   TermManager& mgr = *dst_mgr;
   debug_track_term(*exp, "norm_shift_exp");
   debug_track_term(*mant, "norm_shift_mant");

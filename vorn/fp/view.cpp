@@ -64,12 +64,18 @@ void FpBvEncoder::enc_unpack_operands(const Term* t, format fmt, const char* pre
   Operand* const operands[] = {x, y};
   x->packed = encoded_arg(t, 1);
   y->packed = encoded_arg(t, 2);
-  for (Operand* o : operands) o->exp = enc_get_exponent(o->packed, fmt, true);
-  for (Operand* o : operands) o->sign = dst_mgr->make_bv_extract(w, w, o->packed);
-  for (Operand* o : operands) o->mant = enc_get_mantissa(o->packed, fmt, true);
-  for (Operand* o : operands) o->inf = enc_is_inf(o->packed, fmt);
-  for (Operand* o : operands) o->nan = enc_is_nan(o->packed, fmt);
-  for (Operand* o : operands) o->zero = enc_is_zero(o->packed, fmt);
+  for (Operand* o : operands)
+    o->exp = enc_get_exponent(o->packed, fmt, true);
+  for (Operand* o : operands)
+    o->sign = dst_mgr->make_bv_extract(w, w, o->packed);
+  for (Operand* o : operands)
+    o->mant = enc_get_mantissa(o->packed, fmt, true);
+  for (Operand* o : operands)
+    o->inf = enc_is_inf(o->packed, fmt);
+  for (Operand* o : operands)
+    o->nan = enc_is_nan(o->packed, fmt);
+  for (Operand* o : operands)
+    o->zero = enc_is_zero(o->packed, fmt);
   debug_track_pair(prefix, "exp", x->exp, y->exp);
   debug_track_pair(prefix, "sign", x->sign, y->sign);
   debug_track_pair(prefix, "mant", x->mant, y->mant);
@@ -111,13 +117,19 @@ const Term* FpBvEncoder::enc_make_term_ite(const Term* c, const Term* a, const T
   return k;
 }
 
+const Term* FpBvEncoder::enc_ite_chain(const std::vector<const Term*>& conds,
+                                       const std::vector<const Term*>& values) {
+  const Term* chain = nullptr;
+  for (std::size_t i = values.size(); i-- > 0;) {
+    chain = chain == nullptr ? values[i] : dst_mgr->make_term_ite(conds[i], values[i], chain);
+  }
+  return chain;
+}
+
 const Term* FpBvEncoder::enc_make_term_cond(const std::vector<const Term*>& conds,
                                             const std::vector<const Term*>& values) {
   TermManager& mgr = *dst_mgr;
-  const Term* chain = nullptr;
-  for (std::size_t i = values.size(); i-- > 0;) {
-    chain = chain == nullptr ? values[i] : mgr.make_term_ite(conds[i], values[i], chain);
-  }
+  const Term* chain = enc_ite_chain(conds, values);
   if (!mgr.is_term_ite(chain->get_symbol(), nullptr)) return chain;
   if (const Term* known = find_ite_constant(chain)) return known;
   const Term* k = make_ite_constant(chain);

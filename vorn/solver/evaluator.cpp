@@ -12,11 +12,17 @@ namespace {
 
 using T = SymbolTag;
 
-QNumber truth(bool holds) { return QNumber(holds ? 1 : 0); }
+QNumber truth(bool holds) {
+  return QNumber(holds ? 1 : 0);
+}
 
-bool is_true(const QNumber& value) { return value.sign() != 0; }
+bool is_true(const QNumber& value) {
+  return value.sign() != 0;
+}
 
-IEEEFloat::format format_of(const DataType* type) { return {type->get_e(), type->get_m()}; }
+IEEEFloat::format format_of(const DataType* type) {
+  return {type->get_e(), type->get_m()};
+}
 
 /// Bits of a float as a value: NaNs have one pattern.
 QNumber canonical(IEEEFloat value) {

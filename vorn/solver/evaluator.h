@@ -1,8 +1,8 @@
 // Evaluation of terms on a model, by exact arithmetic.
 //
 // This is what stands between a bug in a circuit and a wrong "sat": it shares nothing with the
-// encoders or the bit-blaster. Floating-point operations are computed on software floats, bit-vector
-// operations on integers.
+// encoders or the bit-blaster. Floating-point operations are computed on software floats,
+// bit-vector operations on integers.
 #ifndef VORN_SOLVER_EVALUATOR_H
 #define VORN_SOLVER_EVALUATOR_H
 

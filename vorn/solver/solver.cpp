@@ -9,7 +9,7 @@
 #include "vorn/bv/bit_blaster.h"
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/sat_solver.h"
-#include "vorn/fp/fp_bv_encoder.h"
+#include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/solver/evaluator.h"
 #include "vorn/solver/translator.h"
 
@@ -41,18 +41,23 @@ QNumber read_bits(const bv::Cnf& cnf, std::span<const bv::Lit> bits) {
 
 }  // namespace
 
+std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& manager) {
+  if (kind == EncoderKind::base) return std::make_unique<fp::FpBvEncoder>(&manager, &manager);
+  return std::make_unique<fp::IeeeBvEncoder>(&manager, &manager);
+}
+
 struct Solver::BackEnd {
   BackEnd(TermManager& manager, const Options& options)
-      : encoder(&manager, &manager),
-        translator(manager, encoder, options.allow_departures),
+      : encoder(make_encoder(options.encoder, manager)),
+        translator(manager, *encoder),
         blaster(manager, aig),
         sat(bv::make_cadical_solver()),
         cnf(aig, *sat) {
-    encoder.set_termination_test(options.termination_test);
+    encoder->set_termination_test(options.termination_test);
     sat->set_termination_test(options.termination_test);
   }
 
-  fp::FpBvEncoder encoder;
+  std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
   bv::Aig aig;
   bv::BitBlaster blaster;
@@ -128,7 +133,8 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumptions) {
   if (!assumptions.empty()) {
     push();
     in_assumptions = true;
-    for (const Term* assumption : assumptions) add(assumption);
+    for (const Term* assumption : assumptions)
+      add(assumption);
   }
   ++statistics.checks;
   const smt2::Answer answer = search();
@@ -138,7 +144,7 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumptions) {
     has_model = true;
     return answer;
   }
-  if (!options.allow_departures) {
+  if (options.encoder != EncoderKind::base) {
     throw std::logic_error("internal error: the model found does not satisfy an assertion");
   }
   reason_unknown = "the model found holds for the base encoder only, not for IEEE 754";
@@ -160,7 +166,8 @@ smt2::Answer Solver::search() {
       assumed.push_back(cnf.literal(lit, bv::Cnf::Polarity::positive));
     }
   }
-  for (const int literal : assumed) back_end->sat->assume(literal);
+  for (const int literal : assumed)
+    back_end->sat->assume(literal);
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->aig.get_and_count(),
                   back_end->sat->get_variable_count(), back_end->sat->get_clause_count()));
@@ -169,17 +176,11 @@ smt2::Answer Solver::search() {
     case bv::SatSolver::Result::sat:
       return smt2::Answer::sat;
     case bv::SatSolver::Result::unsat:
-      // The encoder knows four of the five rounding modes: that none of them does proves nothing
-      // about the fifth.
-      if (options.allow_departures || !back_end->translator.has_rounding_variable()) {
-        return smt2::Answer::unsat;
-      }
-      reason_unknown = "a rounding-mode variable may be roundNearestTiesToAway, which the base "
-                       "encoder does not cover";
-      return smt2::Answer::unknown;
+      return smt2::Answer::unsat;
     case bv::SatSolver::Result::unknown:
       break;
   }
+  statistics.interrupted = true;
   reason_unknown = "resource limit";
   return smt2::Answer::unknown;
 }
@@ -196,7 +197,7 @@ void Solver::read_model() {
 QNumber Solver::value_of(const Term* constant) const {
   // A floating-point or rounding-mode constant has the value of what encodes it; what no assertion
   // mentions is zero, false, or to nearest even.
-  const Term* encoding = back_end->encoder.get_cached(constant);
+  const Term* encoding = back_end->encoder->get_cached(constant);
   const auto entry = model.find(encoding != nullptr ? encoding : constant);
   return entry == model.end() ? QNumber() : entry->second;
 }

@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "vorn/fp/fp_bv_encoder.h"
 #include "vorn/smt2/engine.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
@@ -22,11 +23,15 @@
 
 namespace vorn::solver {
 
+/// Which circuits stand for floating-point operations. Answers by the base encoder hold for its
+/// circuits, which depart from IEEE 754 where they round, and for its four rounding modes.
+enum class EncoderKind : std::uint8_t { ieee, base };
+
+/// An encoder within one manager.
+VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& manager);
+
 struct VORN_EXPORT Options {
-  /// Whether answers may differ from IEEE 754 where the base encoder does: operations that round
-  /// are refused unless this is set, and an unsat that rests on a rounding mode's range is not
-  /// given.
-  bool allow_departures = false;
+  EncoderKind encoder = EncoderKind::ieee;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
   /// Told about each step; borrowed, may be null.
@@ -34,13 +39,14 @@ struct VORN_EXPORT Options {
 };
 
 struct VORN_EXPORT Statistics {
-  std::uint64_t checks = 0;             // calls of check_sat
-  std::uint64_t terms = 0;              // terms in the manager
-  std::uint64_t aig_nodes = 0;          // conjunctions in the graph
-  std::uint64_t variables = 0;          // SAT variables
-  std::uint64_t clauses = 0;            // SAT clauses
-  double translation_seconds = 0;       // terms to bit-vector terms
-  double search_seconds = 0;            // clauses and SAT search
+  std::uint64_t checks = 0;        // calls of check_sat
+  std::uint64_t terms = 0;         // terms in the manager
+  std::uint64_t aig_nodes = 0;     // conjunctions in the graph
+  std::uint64_t variables = 0;     // SAT variables
+  std::uint64_t clauses = 0;       // SAT clauses
+  double translation_seconds = 0;  // terms to bit-vector terms
+  double search_seconds = 0;       // clauses and SAT search
+  bool interrupted = false;        // a search was ended by the termination test
 };
 
 /// Decides Boolean combinations of floating-point and bit-vector atoms.
@@ -55,7 +61,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   /// Throws std::logic_error without a matching push.
   void pop() override;
   /// Throws std::logic_error should a model fail the check, which would be a defect of the solver;
-  /// with departures allowed the answer is then unknown.
+  /// with the base encoder, whose models IEEE 754 may reject, the answer is then
+  /// unknown.
   smt2::Answer check_sat(std::span<const Term* const> assumptions) override;
   smt2::Answer check_sat() { return check_sat({}); }
   /// Throws std::logic_error unless the last check answered sat and nothing was asserted since.

@@ -19,9 +19,13 @@ bool words(const QNumber& a, const QNumber& b, std::uint64_t* x, std::uint64_t* 
   return true;
 }
 
-QNumber from_word(std::uint64_t x) { return QNumber(static_cast<std::int64_t>(x)); }
+QNumber from_word(std::uint64_t x) {
+  return QNumber(static_cast<std::int64_t>(x));
+}
 
-std::uint64_t word_mask(std::uint64_t width) { return (std::uint64_t{1} << width) - 1; }
+std::uint64_t word_mask(std::uint64_t width) {
+  return (std::uint64_t{1} << width) - 1;
+}
 
 /// A shift count, if it is below `limit`.
 bool shift_count(const QNumber& b, std::uint64_t limit, std::uint64_t* n) {
@@ -85,7 +89,9 @@ QNumber modulo(const QNumber& x, std::uint64_t width) {
   return QNumber::from_mpz(low_bits(x.get_numerator(), width));
 }
 
-QNumber all_ones(std::uint64_t width) { return power_of_two(width) - 1; }
+QNumber all_ones(std::uint64_t width) {
+  return power_of_two(width) - 1;
+}
 
 QNumber to_signed(const QNumber& x, std::uint64_t width) {
   if (!x.test_bit(width - 1)) return x;
@@ -100,7 +106,9 @@ std::uint64_t bit_length(const QNumber& x) {
   return x.sign() == 0 ? 0 : mpz_sizeinbase(x.get_numerator().get_mpz_t(), 2);
 }
 
-QNumber bv_not(const QNumber& a, std::uint64_t width) { return all_ones(width) - a; }
+QNumber bv_not(const QNumber& a, std::uint64_t width) {
+  return all_ones(width) - a;
+}
 
 QNumber bv_neg(const QNumber& a, std::uint64_t width) {
   return a.sign() == 0 ? a : power_of_two(width) - a;

@@ -13,9 +13,13 @@ namespace {
   throw std::invalid_argument(std::string(find_operation(tag)->name) + ": " + what);
 }
 
-std::string sort_of(const Term* t) { return t->get_type()->to_string(); }
+std::string sort_of(const Term* t) {
+  return t->get_type()->to_string();
+}
 
-std::uint32_t index(std::size_t value) { return static_cast<std::uint32_t>(value); }
+std::uint32_t index(std::size_t value) {
+  return static_cast<std::uint32_t>(value);
+}
 
 Symbol::Indices format_of(const DataType* type) {
   return {index(type->get_e()), index(type->get_m())};
@@ -165,9 +169,13 @@ const Term* TermManager::bv_unary(SymbolTag::tag tag, const Term* a) {
   return build(tag, a->get_type(), {a});
 }
 
-const Term* TermManager::make_bv_not(const Term* a) { return bv_unary(SymbolTag::bv_not, a); }
+const Term* TermManager::make_bv_not(const Term* a) {
+  return bv_unary(SymbolTag::bv_not, a);
+}
 
-const Term* TermManager::make_bv_neg(const Term* a) { return bv_unary(SymbolTag::bv_neg, a); }
+const Term* TermManager::make_bv_neg(const Term* a) {
+  return bv_unary(SymbolTag::bv_neg, a);
+}
 
 const Term* TermManager::bv_binary(SymbolTag::tag tag, const Term* a, const Term* b) {
   check_bv(tag, a);
@@ -386,8 +394,7 @@ const Term* TermManager::make_fp_div(const Term* rm, const Term* a, const Term* 
   return fp_arithmetic(SymbolTag::fp_div, rm, a, b);
 }
 
-const Term* TermManager::make_fp_cast(std::size_t e, std::size_t m, const Term* rm,
-                                      const Term* a) {
+const Term* TermManager::make_fp_cast(std::size_t e, std::size_t m, const Term* rm, const Term* a) {
   check_rounding(SymbolTag::fp_cast, rm);
   const DataType* from = check_fp(SymbolTag::fp_cast, a);
   return build(SymbolTag::fp_cast, get_fp_type(e, m), {rm, a},
@@ -415,11 +422,17 @@ const Term* TermManager::fp_test(SymbolTag::tag tag, const Term* a) {
   return build(tag, bool_type, {a}, format_of(check_fp(tag, a)));
 }
 
-const Term* TermManager::make_fp_isnan(const Term* a) { return fp_test(SymbolTag::fp_isnan, a); }
+const Term* TermManager::make_fp_isnan(const Term* a) {
+  return fp_test(SymbolTag::fp_isnan, a);
+}
 
-const Term* TermManager::make_fp_isinf(const Term* a) { return fp_test(SymbolTag::fp_isinf, a); }
+const Term* TermManager::make_fp_isinf(const Term* a) {
+  return fp_test(SymbolTag::fp_isinf, a);
+}
 
-const Term* TermManager::make_fp_iszero(const Term* a) { return fp_test(SymbolTag::fp_iszero, a); }
+const Term* TermManager::make_fp_iszero(const Term* a) {
+  return fp_test(SymbolTag::fp_iszero, a);
+}
 
 // Recognisers ---------------------------------------------------------------------------------
 
@@ -427,7 +440,8 @@ bool TermManager::recognise(SymbolTag::tag tag, const Symbol* s,
                             std::initializer_list<std::size_t*> widths) const {
   if (s->owner != this || s->tag != tag) return false;
   std::size_t i = 0;
-  for (std::size_t* width : widths) *width = s->indices[i++];
+  for (std::size_t* width : widths)
+    *width = s->indices[i++];
   return true;
 }
 

@@ -77,8 +77,7 @@ IEEEFloat ieee_add(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFl
   if (a.is_inf()) return a;
   if (b.is_inf()) return b;
   if (a.is_zero() && b.is_zero()) {
-    const bool negative =
-        same_sign ? a.is_sign_set() : rm == IEEEFloat::rounding_mode::minus_inf;
+    const bool negative = same_sign ? a.is_sign_set() : rm == IEEEFloat::rounding_mode::minus_inf;
     return zero(fmt, negative);
   }
   if (a.is_zero()) return b;

@@ -13,14 +13,10 @@
 namespace vorn {
 
 /// Operands of one format, results of the same (IEEE 754-2019, clauses 5.4.1 and 6.3).
-VORN_EXPORT IEEEFloat ieee_add(IEEEFloat::rounding_mode rm, const IEEEFloat& a,
-                               const IEEEFloat& b);
-VORN_EXPORT IEEEFloat ieee_sub(IEEEFloat::rounding_mode rm, const IEEEFloat& a,
-                               const IEEEFloat& b);
-VORN_EXPORT IEEEFloat ieee_mul(IEEEFloat::rounding_mode rm, const IEEEFloat& a,
-                               const IEEEFloat& b);
-VORN_EXPORT IEEEFloat ieee_div(IEEEFloat::rounding_mode rm, const IEEEFloat& a,
-                               const IEEEFloat& b);
+VORN_EXPORT IEEEFloat ieee_add(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b);
+VORN_EXPORT IEEEFloat ieee_sub(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b);
+VORN_EXPORT IEEEFloat ieee_mul(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b);
+VORN_EXPORT IEEEFloat ieee_div(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b);
 /// The sign flipped; NaN stays the canonical NaN.
 VORN_EXPORT IEEEFloat ieee_neg(const IEEEFloat& a);
 

@@ -9,7 +9,9 @@
 namespace vorn {
 namespace {
 
-std::size_t bit_count(const mpz_class& x) { return mpz_sizeinbase(x.get_mpz_t(), 2); }
+std::size_t bit_count(const mpz_class& x) {
+  return mpz_sizeinbase(x.get_mpz_t(), 2);
+}
 
 bool rounds_away(IEEEFloat::rounding_mode rm, bool negative, bool odd, int half, bool inexact) {
   switch (rm) {
@@ -29,9 +31,13 @@ bool rounds_away(IEEEFloat::rounding_mode rm, bool negative, bool odd, int half,
 
 }  // namespace
 
-QNumber IEEEFloat::format::bias() const { return BVNumber::power_of_two(e - 1) - 1; }
+QNumber IEEEFloat::format::bias() const {
+  return BVNumber::power_of_two(e - 1) - 1;
+}
 
-QNumber IEEEFloat::format::max_exponent() const { return BVNumber::all_ones(e); }
+QNumber IEEEFloat::format::max_exponent() const {
+  return BVNumber::all_ones(e);
+}
 
 IEEEFloat IEEEFloat::from_bits(format f, const QNumber& bits) {
   IEEEFloat result(f, rounding_mode::nearest_even);
@@ -44,11 +50,17 @@ void IEEEFloat::set(bool negative, const QNumber& exponent_field, const QNumber&
   bits = BVNumber::bv_concat(QNumber(negative ? 1 : 0), body, fmt.e + fmt.m);
 }
 
-void IEEEFloat::self_nan() { set(true, fmt.max_exponent(), QNumber(1)); }
+void IEEEFloat::self_nan() {
+  set(true, fmt.max_exponent(), QNumber(1));
+}
 
-void IEEEFloat::self_inf(bool negative) { set(negative, fmt.max_exponent(), QNumber(0)); }
+void IEEEFloat::self_inf(bool negative) {
+  set(negative, fmt.max_exponent(), QNumber(0));
+}
 
-void IEEEFloat::self_zero(bool negative) { set(negative, QNumber(0), QNumber(0)); }
+void IEEEFloat::self_zero(bool negative) {
+  set(negative, QNumber(0), QNumber(0));
+}
 
 void IEEEFloat::self_round(const QNumber& value) {
   const mpz_class n = abs(value.get_numerator());
@@ -117,7 +129,9 @@ QNumber IEEEFloat::biased_exponent() const {
   return BVNumber::bv_extract(fmt.e + fmt.m - 1, fmt.m, bits);
 }
 
-QNumber IEEEFloat::fraction() const { return BVNumber::bv_extract(fmt.m - 1, 0, bits); }
+QNumber IEEEFloat::fraction() const {
+  return BVNumber::bv_extract(fmt.m - 1, 0, bits);
+}
 
 bool IEEEFloat::is_nan() const {
   return biased_exponent() == fmt.max_exponent() && fraction().sign() != 0;
@@ -131,7 +145,9 @@ bool IEEEFloat::is_zero() const {
   return biased_exponent().sign() == 0 && fraction().sign() == 0;
 }
 
-bool IEEEFloat::is_sign_set() const { return bits.test_bit(fmt.e + fmt.m); }
+bool IEEEFloat::is_sign_set() const {
+  return bits.test_bit(fmt.e + fmt.m);
+}
 
 mpz_class IEEEFloat::get_significand() const {
   mpz_class significand = fraction().get_numerator();

@@ -68,7 +68,8 @@ constexpr std::size_t kTagLimit = 64;
 
 constexpr auto index_by_tag() {
   std::array<const Operation*, kTagLimit> index = {};
-  for (const Operation& row : kOperations) index[row.tag] = &row;
+  for (const Operation& row : kOperations)
+    index[row.tag] = &row;
   return index;
 }
 

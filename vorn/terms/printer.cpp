@@ -20,8 +20,8 @@ namespace {
 /// Whether `name` needs no quoting (SMT-LIB 2.6, section 3.1, simple symbols).
 bool is_simple_symbol(const std::string& name) {
   static constexpr std::string_view kReserved[] = {
-      "!",      "_",   "as",      "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall",
-      "let",    "par", "NUMERAL", "STRING", "match",   "true",   "false"};
+      "!",   "_",   "as",      "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall",
+      "let", "par", "NUMERAL", "STRING", "match",   "true",   "false"};
   static constexpr std::string_view kPunctuation = "~!@$%^&*_-+=<>.?/";
   if (name.empty() || (name[0] >= '0' && name[0] <= '9')) return false;
   for (const std::string_view word : kReserved) {
@@ -167,12 +167,14 @@ std::string DataType::to_string() const {
     case Kind::bit_vector:
       return "(_ BitVec " + std::to_string(widths[0]) + ")";
     case Kind::floating_point:
-      return "(_ FloatingPoint " + std::to_string(widths[0]) + " " +
-             std::to_string(widths[1] + 1) + ")";
+      return "(_ FloatingPoint " + std::to_string(widths[0]) + " " + std::to_string(widths[1] + 1) +
+             ")";
   }
   return "";
 }
 
-std::string Term::to_string() const { return Printer(this).take(); }
+std::string Term::to_string() const {
+  return Printer(this).take();
+}
 
 }  // namespace vorn

@@ -140,7 +140,9 @@ QNumber QNumber::from_string(std::string_view text, int base) {
   return QNumber(read(digits, true), scale);
 }
 
-bool QNumber::is_integer() const { return is_big() ? big->den == 1 : den == 1; }
+bool QNumber::is_integer() const {
+  return is_big() ? big->den == 1 : den == 1;
+}
 
 int QNumber::sign() const {
   if (is_big()) return sgn(big->num);
@@ -163,9 +165,13 @@ bool QNumber::test_bit(std::uint64_t i) const {
   return i < 64 && ((static_cast<std::uint64_t>(num) >> i) & 1) != 0;
 }
 
-mpz_class QNumber::get_numerator() const { return is_big() ? big->num : mpz_class(num); }
+mpz_class QNumber::get_numerator() const {
+  return is_big() ? big->num : mpz_class(num);
+}
 
-mpz_class QNumber::get_denominator() const { return is_big() ? big->den : mpz_class(den); }
+mpz_class QNumber::get_denominator() const {
+  return is_big() ? big->den : mpz_class(den);
+}
 
 std::string QNumber::to_string(int base) const {
   std::string text = get_numerator().get_str(base);
@@ -189,8 +195,8 @@ std::size_t QNumber::hash() const {
     h = mix(h, static_cast<std::uint64_t>(w > 0 ? 1 : w < 0 ? -1 : 0));
     return w == 0 ? h : mix(h, magnitude(w));
   };
-  const std::size_t h = is_big() ? mix_integer(mix_integer(0, big->num), big->den)
-                                 : mix_word(mix_word(0, num), den);
+  const std::size_t h =
+      is_big() ? mix_integer(mix_integer(0, big->num), big->den) : mix_word(mix_word(0, num), den);
   return h ^ (h >> 29);
 }
 

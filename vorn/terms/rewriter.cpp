@@ -11,7 +11,9 @@ namespace {
 
 using T = SymbolTag;
 
-std::size_t width_of(const Term* t) { return t->get_type()->get_width(); }
+std::size_t width_of(const Term* t) {
+  return t->get_type()->get_width();
+}
 
 }  // namespace
 
@@ -82,8 +84,8 @@ const Term* Rewriter::fold(SymbolTag::tag tag, const DataType* type, Args args,
   const QNumber* x = mgr.get_number(args.front()->get_symbol());
   const QNumber* y = mgr.get_number(args.back()->get_symbol());
   if (x == nullptr || y == nullptr) return nullptr;
-  const QNumber value = fold_bv_operation(tag, indices, {*x, width_of(args.front())},
-                                          {*y, width_of(args.back())});
+  const QNumber value =
+      fold_bv_operation(tag, indices, {*x, width_of(args.front())}, {*y, width_of(args.back())});
   if (mgr.is_bool_type(type)) return mgr.make_bool(value.sign() != 0);
   return mgr.make_bv_number(value, type->get_width());
 }
@@ -103,7 +105,9 @@ bool Rewriter::is_complement(SymbolTag::tag negation, const Term* a, const Term*
          (b->get_tag() == negation && b->get_arg(0) == a);
 }
 
-const Term* Rewriter::zero(const Term* like) { return mgr.make_bv_number(0, width_of(like)); }
+const Term* Rewriter::zero(const Term* like) {
+  return mgr.make_bv_number(0, width_of(like));
+}
 
 const Term* Rewriter::ones(const Term* like) {
   return mgr.make_bv_number(BVNumber::all_ones(width_of(like)), width_of(like));

@@ -30,7 +30,8 @@ std::size_t mix_pointer(std::size_t h, const void* p) {
 
 std::size_t hash_term(const Symbol* symbol, std::span<const Term* const> args) {
   std::size_t h = mix_pointer(0, symbol);
-  for (const Term* arg : args) h = mix_pointer(h, arg);
+  for (const Term* arg : args)
+    h = mix_pointer(h, arg);
   return h;
 }
 
@@ -221,7 +222,8 @@ void TermManager::grow_term_table() {
   for (const Term* term : term_table) {
     if (term == nullptr) continue;
     std::size_t slot = hash_term(term->get_symbol(), term->get_args()) & mask;
-    while (larger[slot] != nullptr) slot = (slot + 1) & mask;
+    while (larger[slot] != nullptr)
+      slot = (slot + 1) & mask;
     larger[slot] = term;
   }
   term_table = std::move(larger);

@@ -34,10 +34,10 @@ struct GetKey_pair {
 
 /// The bucket counts, smallest first.
 inline constexpr std::array<std::uint64_t, 28> kBucketCounts = {
-    31,        73,        151,       313,       643,        1291,       2593,
-    5233,      10501,     21013,     42073,     84181,      168451,     337219,
-    674701,    1349473,   2699299,   5398891,   10798093,   21596719,   43193641,
-    86387383,  172775299, 345550609, 691101253, 1382202559, 2764405229, 4294867387};
+    31,       73,        151,       313,       643,        1291,       2593,
+    5233,     10501,     21013,     42073,     84181,      168451,     337219,
+    674701,   1349473,   2699299,   5398891,   10798093,   21596719,   43193641,
+    86387383, 172775299, 345550609, 691101253, 1382202559, 2764405229, 4294867387};
 
 /// Map from `Key` to the rest of `Value`, a pair from which `GetKey` takes the key.
 /// Pairs must be trivially copyable: nodes are recycled without running destructors.

@@ -63,7 +63,8 @@ class MemoryPool {
 
     auto* first = static_cast<std::byte*>(chunk) + kHeader;
     auto* last = first + (k - 1) * NodeSize;
-    for (auto* node = first; node != last; node += NodeSize) next_of(node) = node + NodeSize;
+    for (auto* node = first; node != last; node += NodeSize)
+      next_of(node) = node + NodeSize;
     next_of(last) = nullptr;
     return first;
   }

@@ -1,0 +1,6 @@
+(set-logic QF_FP)
+(declare-const x Float128)
+(assert (or (and (fp.isNaN x) (fp.isInfinite x)) (and (fp.isNaN x) (fp.isZero x))
+            (and (fp.isInfinite x) (fp.isZero x))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,10 @@
+; However a NaN is written, it is the one NaN.
+(set-logic QF_BVFP)
+(declare-const x Float32)
+(declare-const b (_ BitVec 32))
+(assert (fp.isNaN x))
+(assert (fp.isNaN ((_ to_fp 8 24) b)))
+(assert (not (and (= x (_ NaN 8 24)) (= x (fp #b0 #xff #b10000000000000000000000))
+                  (= x ((_ to_fp 8 24) #xffffffff)) (= x (fp.neg x)) (= x ((_ to_fp 8 24) b)))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,5 @@
+(set-logic QF_FP)
+(declare-const x (_ FloatingPoint 11 53))
+(assert (distinct x (fp.neg (fp.neg x))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,11 @@
+; NaN is unordered, and the only value that is not equal to itself as a number.
+(set-logic QF_FP)
+(declare-const x Float16)
+(push 1)
+(assert (distinct (fp.isNaN x) (not (fp.eq x x))))
+(set-info :status unsat)
+(check-sat)
+(pop 1)
+(assert (and (= x x) (not (fp.eq x x))))
+(set-info :status sat)
+(check-sat)

@@ -1,0 +1,8 @@
+(set-logic QF_FP)
+(declare-const x Float32)
+(declare-const y Float32)
+(declare-const z Float32)
+(assert (fp.leq x y z))
+(assert (not (fp.leq x z)))
+(set-info :status unsat)
+(check-sat)

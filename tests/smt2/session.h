@@ -1,0 +1,122 @@
+// A session with a stub for a solver: what the tests of the front end share.
+#ifndef VORN_TESTS_SMT2_SESSION_H
+#define VORN_TESTS_SMT2_SESSION_H
+
+#include <map>
+#include <span>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "vorn/smt2/engine.h"
+#include "vorn/smt2/error.h"
+#include "vorn/smt2/interpreter.h"
+#include "vorn/terms/term_manager.h"
+
+namespace vorn::smt2 {
+
+/// Records what it is told and answers what it was given. A constant without a given value has the
+/// zero of its sort; other terms are only valued when they are literals.
+class FakeEngine : public Engine {
+ public:
+  explicit FakeEngine(TermManager& manager) : mgr(manager) {}
+
+  void assert_formula(const Term* f) override {
+    if (!refusal.empty()) throw std::invalid_argument(refusal);
+    assertions.push_back(f);
+  }
+  void push() override {
+    marks.push_back(assertions.size());
+    calls += "push ";
+  }
+  void pop() override {
+    assertions.resize(marks.back());
+    marks.pop_back();
+    calls += "pop ";
+  }
+  Answer check_sat(std::span<const Term* const> given) override {
+    if (!failure.empty()) throw std::runtime_error(failure);
+    assumptions.assign(given.begin(), given.end());
+    return answer;
+  }
+  const Term* get_value(const Term* t) override {
+    const auto found = values.find(t);
+    if (found != values.end()) return found->second;
+    const DataType* type = t->get_type();
+    switch (type->get_kind()) {
+      case DataType::Kind::boolean:
+        return t == mgr.make_true() ? t : mgr.make_false();
+      case DataType::Kind::rounding_mode:
+        return mgr.make_fprounding_even();
+      case DataType::Kind::bit_vector:
+        return mgr.is_number(t, nullptr) ? t : mgr.make_bv_number(0, type->get_width());
+      case DataType::Kind::floating_point:
+        break;
+    }
+    if (mgr.is_number(t, nullptr)) return t;
+    return mgr.make_fp_number(QNumber(0), type->get_e(), type->get_m());
+  }
+  std::string get_reason_unknown() const override { return "a \"stub\""; }
+  void reset_assertions() override {
+    assertions.clear();
+    marks.clear();
+    calls += "reset ";
+  }
+
+  TermManager& mgr;
+  Answer answer = Answer::sat;
+  std::string refusal;  // of assertions
+  std::string failure;  // of check-sat
+  std::map<const Term*, const Term*> values;
+  std::vector<const Term*> assertions;
+  std::vector<const Term*> assumptions;
+  std::vector<std::size_t> marks;
+  std::string calls;
+};
+
+/// One interpreter with all that it needs.
+struct Session {
+  explicit Session(bool rewrite = true)
+      : mgr(rewrite), engine(mgr), interpreter(mgr, engine, out) {}
+
+  /// Runs a script that must be right and returns what it printed.
+  std::string run(const std::string& text) {
+    out.str("");
+    interpreter.run(text, "t.smt2");
+    return out.str();
+  }
+
+  /// Runs a script that must be wrong and returns "LINE:COLUMN: MESSAGE".
+  std::string error(const std::string& text) {
+    out.str("");
+    try {
+      interpreter.run(text, "t.smt2");
+    } catch (const ScriptError& e) {
+      return std::to_string(e.get_line()) + ":" + std::to_string(e.get_column()) + ": " +
+             e.get_message();
+    }
+    return "no error";
+  }
+
+  /// The constant that a script declared last under this name.
+  const Term* constant(const std::string& name) const {
+    return interpreter.get_symbols().find(name)->body;
+  }
+
+  TermManager mgr;
+  FakeEngine engine;
+  std::ostringstream out;
+  Interpreter interpreter;
+};
+
+inline std::string repeated(const std::string& text, std::size_t n) {
+  std::string result;
+  for (std::size_t i = 0; i < n; ++i)
+    result += text;
+  return result;
+}
+
+}  // namespace vorn::smt2
+
+#endif

@@ -1,0 +1,28 @@
+#ifndef TESTS_SOLVER_SOLVER_FIXTURE_H
+#define TESTS_SOLVER_SOLVER_FIXTURE_H
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "vorn/solver/solver.h"
+#include "vorn/terms/term_manager.h"
+
+namespace vorn::solver {
+
+class SolverTest : public testing::Test {
+ protected:
+  const Term* variable(const std::string& name, const DataType* type) {
+    return mgr.make_constant(mgr.make_unique_symbol(name, type));
+  }
+  const Term* fp(int bits, std::size_t e, std::size_t m) {
+    return mgr.make_fp_number(QNumber(bits), e, m);
+  }
+
+  TermManager mgr;
+  Solver solver{mgr};
+};
+
+}  // namespace vorn::solver
+
+#endif

@@ -1,0 +1,18 @@
+// `vorn eval`: evaluate operations on bit patterns, one a line.
+#ifndef TOOLS_EVAL_H
+#define TOOLS_EVAL_H
+
+#include <istream>
+#include <ostream>
+
+#include "vorn/solver/solver.h"
+
+namespace vorn::tools {
+
+/// Answers each line of `in` with one line on `out`: the result by the circuits of that encoder, or
+/// "error: " and the reason. Returns the exit status.
+int evaluate_lines(std::istream& in, std::ostream& out, solver::EncoderKind encoder);
+
+}  // namespace vorn::tools
+
+#endif

@@ -1,0 +1,115 @@
+// CaDiCaL behind the SatSolver interface. CaDiCaL aborts the process when it is used against its
+// contract, so the contract is checked here first.
+#include <cadical.hpp>
+#include <cstdlib>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+#include "vorn/bv/sat_solver.h"
+
+namespace vorn::bv {
+namespace {
+
+/// Passes CaDiCaL's question on to a termination test.
+class TestTerminator final : public CaDiCaL::Terminator {
+ public:
+  bool terminate() override { return test != nullptr && test->terminate(); }
+
+  const TerminationTest* test = nullptr;  // not owned
+};
+
+class CadicalSolver final : public SatSolver {
+ public:
+  CadicalSolver() {
+    solver.set("quiet", 1);  // standard output belongs to the caller
+    solver.connect_terminator(&terminator);
+  }
+  ~CadicalSolver() override { solver.disconnect_terminator(); }
+  CadicalSolver(const CadicalSolver&) = delete;
+  CadicalSolver& operator=(const CadicalSolver&) = delete;
+
+  int new_variable() override {
+    if (variable_count == std::numeric_limits<int>::max()) {
+      throw std::length_error("SAT solver: too many variables");
+    }
+    return ++variable_count;
+  }
+
+  void add_clause(std::span<const int> literals) override {
+    for (const int literal : literals)
+      check_literal(literal);
+    for (const int literal : literals)
+      solver.add(literal);
+    solver.add(0);
+    ++clause_count;
+    last_result = Result::unknown;
+  }
+
+  void assume(int literal) override {
+    check_literal(literal);
+    solver.assume(literal);
+    last_result = Result::unknown;
+  }
+
+  Result solve() override {
+    last_result = Result::unknown;
+    if (terminator.terminate()) {
+      solver.reset_assumptions();
+      return last_result;
+    }
+    const int status = solver.solve();
+    if (status == kSatisfiable) last_result = Result::sat;
+    if (status == kUnsatisfiable) last_result = Result::unsat;
+    return last_result;
+  }
+
+  bool value(int literal) const override {
+    check_literal(literal);
+    if (last_result != Result::sat) {
+      throw std::logic_error("SAT solver: a value was asked for where there is no model");
+    }
+    return (solver.val(std::abs(literal)) > 0) == (literal > 0);
+  }
+
+  bool failed(int literal) const override {
+    check_literal(literal);
+    if (last_result != Result::unsat) {
+      throw std::logic_error("SAT solver: a failed assumption was asked for without unsat");
+    }
+    return solver.failed(literal);
+  }
+
+  void set_termination_test(const TerminationTest* test) override { terminator.test = test; }
+
+  std::uint64_t get_variable_count() const override {
+    return static_cast<std::uint64_t>(variable_count);
+  }
+  std::uint64_t get_clause_count() const override { return clause_count; }
+
+ private:
+  // Answers of CaDiCaL, those of the SAT competition.
+  static constexpr int kSatisfiable = 10;
+  static constexpr int kUnsatisfiable = 20;
+
+  void check_literal(int literal) const {
+    if (literal == 0 || literal > variable_count || literal < -variable_count) {
+      throw std::invalid_argument("SAT solver: " + std::to_string(literal) +
+                                  " is no literal of the variables made so far");
+    }
+  }
+
+  TestTerminator terminator;
+  mutable CaDiCaL::Solver solver;  // reading a model is not const there
+  int variable_count = 0;
+  std::uint64_t clause_count = 0;
+  Result last_result = Result::unknown;
+};
+
+}  // namespace
+
+std::unique_ptr<SatSolver> make_cadical_solver() {
+  return std::make_unique<CadicalSolver>();
+}
+
+}  // namespace vorn::bv

@@ -1,0 +1,110 @@
+// The exact encoder's leaves and if-then-else, and the stages of single operations that it
+// replaces.
+#include <algorithm>
+#include <bit>
+
+#include "vorn/fp/ieee_bv_encoder.h"
+
+namespace vorn::fp {
+namespace {
+
+constexpr std::size_t kModeWidth = 3;
+constexpr int kAway = static_cast<int>(IEEEFloat::rounding_mode::nearest_away);
+
+}  // namespace
+
+IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst) {
+  const Term** const codes[] = {&rm_even_bv, &rm_zero_bv, &rm_plus_inf_bv, &rm_minus_inf_bv,
+                                &rm_away_bv};
+  for (int code = 0; code <= kAway; ++code) {
+    const Term* mode = src->make_fprounding(static_cast<IEEEFloat::rounding_mode>(code));
+    const Term* number = dst->make_bv_number(code, kModeWidth);
+    *codes[code] = number;
+    cache.insert({mode, number})->value.second = number;
+  }
+}
+
+const Term* IeeeBvEncoder::encode_rounding(const Term* t) {
+  IEEEFloat::rounding_mode mode{};
+  if (src_mgr->is_fprounding(t->get_symbol(), &mode)) {
+    return dst_mgr->make_bv_number(static_cast<int>(mode), kModeWidth);
+  }
+  const Term* k = make_fresh_constant("fp.r", &rounding_counter, dst_mgr->get_bv_type(kModeWidth));
+  side_constraints.push_back(dst_mgr->make_bv_ule(k, rm_away_bv));
+  return k;
+}
+
+const Term* IeeeBvEncoder::enc_make_term_ite(const Term* c, const Term* a, const Term* b) {
+  return dst_mgr->make_term_ite(c, a, b);
+}
+
+const Term* IeeeBvEncoder::enc_make_term_cond(const std::vector<const Term*>& conds,
+                                              const std::vector<const Term*>& values) {
+  return enc_ite_chain(conds, values);
+}
+
+void IeeeBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp,
+                                                const Term** mant) {
+  TermManager& mgr = *dst_mgr;
+  debug_track_term(*exp, "norm_shift_exp");
+  debug_track_term(*mant, "norm_shift_mant");
+  const Term* lz = enc_leading_zeros(*mant);
+  const std::size_t S = width_of(lz);
+  *mant = mgr.make_bv_lshl(*mant, mgr.make_bv_zero_extend(width_of(*mant) - S, lz));
+  *exp = mgr.make_bv_sub(*exp, mgr.make_bv_zero_extend(width_of(*exp) - S, lz));
+}
+
+const Term* IeeeBvEncoder::enc_add_align(format /*fmt*/, const Term* small, const Term* dist0,
+                                         const Term** sticky) {
+  debug_track_term(dist0, "add_distance");
+  const Term* aligned = enc_shift_right_sticky(dst_mgr->make_bv_concat(small, bv(0, 3)), dist0);
+  *sticky = dst_mgr->make_bv_extract(0, 0, aligned);
+  return aligned;
+}
+
+const Term* IeeeBvEncoder::enc_round_sum(const Term* rm, format fmt, const Term* nan,
+                                         const Term* inf, const Term* sign, const Term* exp,
+                                         const Term* mant) {
+  return enc_round_exact(rm, fmt, {nan, inf, sign, exp, mant, false, 0});
+}
+
+/// A sum is zero only if it is exact. Of zeros of one sign it keeps that sign, which is the sign it
+/// was rounded with; otherwise the rounding mode decides (IEEE 754-2019, clause 6.3).
+const Term* IeeeBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const Term* x,
+                                               const Term* y, const Term* rounded) {
+  TermManager& mgr = *dst_mgr;
+  const std::size_t w = fmt.e + fmt.m;
+  const Term* absres = mgr.make_bv_extract(w - 1, 0, rounded);
+  debug_track_term(absres, "add_absres");
+  const Term* sx = mgr.make_bv_extract(w, w, x);
+  const Term* opposite = mgr.make_bv_not(mgr.make_bv_comp(sx, mgr.make_bv_extract(w, w, y)));
+  const Term* cancelled = mgr.make_bv_and(enc_is_zero(rounded, fmt), opposite);
+  const Term* negative = mgr.make_bv_comp(rm, rm_minus_inf_bv);
+  const Term* sign = enc_make_ite(cancelled, negative, mgr.make_bv_extract(w, w, rounded));
+  return mgr.make_bv_concat(sign, absres);
+}
+
+/// Exponents of normalised operands go down to 1 - bias - m, and differences are twice as far from
+/// zero.
+std::size_t IeeeBvEncoder::enc_div_extension(format fmt) const {
+  const std::size_t needed =
+      std::max<std::size_t>(fmt.e, static_cast<std::size_t>(std::bit_width(fmt.m + 1))) + 3;
+  return needed - fmt.e;
+}
+
+const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
+                                           const Term* inf, const Term* sign, const Term* exp,
+                                           const Term* mant) {
+  TermManager& mgr = *dst_mgr;
+  const Unrounded value{nan, inf, sign, exp, mant, to.e < from.e, 0};
+  if (to.e != from.e || to.m < from.m) return enc_round_exact(rm, to, value);
+  // One exponent range: every value keeps its field, and its fraction gets zeros below.
+  const Term* biased = mgr.make_bv_add(exp, mgr.make_bv_number(to.bias(), to.e));
+  const Term* hidden = mgr.make_bv_extract(from.m, from.m, mant);
+  const Term* field = mgr.make_bv_and(enc_mask(hidden, to.e), biased);
+  const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, mant);
+  if (to.m > from.m) fraction = mgr.make_bv_concat(fraction, bv(0, to.m - from.m));
+  return enc_assemble(to, value, bv(0, 1), bv(0, 1), mgr.make_bv_concat(field, fraction));
+}
+
+}  // namespace vorn::fp

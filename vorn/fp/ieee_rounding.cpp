@@ -1,0 +1,181 @@
+// Exact rounding.
+//
+// The significand is shifted so that its top bit is the hidden bit of the result: left over its
+// leading zeros, but no further than the smallest normal exponent; right, with a sticky bit, where
+// the exponent lies below that. Exponent field and fraction then stand side by side as one integer,
+// and rounding away from zero adds one to it: a carry out of the fraction makes a subnormal normal,
+// raises the exponent, or arrives at infinity, all by the order of IEEE patterns. What overflows
+// before rounding is infinity or the largest finite magnitude, as mode and sign have it.
+#include <algorithm>
+#include <bit>
+
+#include "vorn/fp/ieee_bv_encoder.h"
+
+namespace vorn::fp {
+
+const Term* IeeeBvEncoder::enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
+                                           const Term* is_inf, const Term* sign, const Term* exp,
+                                           const Term* mant, std::uint64_t max_shift) {
+  const std::size_t lead_limit = max_shift == 0 ? 0 : max_shift - 1;
+  return enc_round_exact(rm, fmt, {is_nan, is_inf, sign, exp, mant, true, lead_limit});
+}
+
+const Term* IeeeBvEncoder::enc_round_exact(const Term* rm, format fmt, const Unrounded& value) {
+  TermManager& mgr = *dst_mgr;
+  const auto [e, m] = fmt;
+  debug_track_term(value.mant, "round_mant_before");
+  debug_track_term(rm, "round_rounding");
+  const auto [mant, field] = enc_scale(fmt, value);
+  const std::size_t W = width_of(mant);
+  const std::size_t x = W - (m + 1);  // bits below the kept ones, at least 2
+
+  const Term* sticky = enc_any(mgr.make_bv_extract(x - 2, 0, mant));
+  const Term* round = mgr.make_bv_extract(x - 1, x - 1, mant);
+  const Term* least = mgr.make_bv_extract(x, x, mant);
+  debug_track_term(sticky, "round_sticky_bit");
+  debug_track_term(round, "round_rounding_bit");
+  debug_track_term(least, "round_rounding_least");
+  const Term* increment = nullptr;
+  const Term* correction = nullptr;
+  enc_select_rounding(rm, value.sign, round, least, sticky, &increment, &correction);
+  debug_track_term(increment, "round_increment");
+  debug_track_term(correction, "round_correction_bit");
+
+  const Term* hidden = mgr.make_bv_extract(W - 1, W - 1, mant);
+  const Term* max = mgr.make_bv_number(fmt.max_exponent(), width_of(field));
+  const Term* in_range = enc_make_term_ite(mgr.make_bv_slt(field, max), bv(1, 1), bv(0, 1));
+  const Term* overflow = mgr.make_bv_and(hidden, mgr.make_bv_not(in_range));
+  debug_track_term(overflow, "exp_exponent_too_large");
+
+  const Term* kept_field =
+      mgr.make_bv_and(enc_mask(hidden, e), mgr.make_bv_extract(e - 1, 0, field));
+  const Term* kept = mgr.make_bv_concat(kept_field, mgr.make_bv_extract(W - 2, x, mant));
+  const Term* body = mgr.make_bv_add(kept, mgr.make_bv_zero_extend(e + m - 1, increment));
+  const Term* result =
+      enc_assemble(fmt, value, overflow, mgr.make_bv_and(overflow, correction), body);
+  debug_track_term(result, "round_ret");
+  return result;
+}
+
+IeeeBvEncoder::Scaled IeeeBvEncoder::enc_scale(format fmt, const Unrounded& value) {
+  TermManager& mgr = *dst_mgr;
+  const auto [e, m] = fmt;
+  // Below the m + 1 kept bits there is room for a rounding bit and a sticky bit.
+  const std::size_t given = width_of(value.mant);
+  const std::size_t W = std::max<std::size_t>(given, m + 3);
+  const Term* mant = W == given ? value.mant : mgr.make_bv_concat(value.mant, bv(0, W - given));
+
+  const std::size_t lead = value.lead_limit == 0 ? given : std::min(value.lead_limit, given);
+  const Term* lz = enc_leading_zeros(mgr.make_bv_extract(W - 1, W - lead, mant));
+  const std::size_t S = width_of(lz);
+  const std::size_t given_e = width_of(value.exp);
+  const std::size_t E = std::max({given_e, static_cast<std::size_t>(e), S}) + 2;
+
+  // d is the distance above the smallest normal exponent.
+  const Term* exp = mgr.make_bv_sign_extend(E - given_e, value.exp);
+  const Term* d = mgr.make_bv_sub(exp, bv_signed(fmt.bias().neg() + 1, E));
+  const Term* zero = bv(0, E);
+  const Term* below = value.may_underflow ? mgr.make_bv_slt(d, zero) : mgr.make_false();
+  const Term* wide_lz = mgr.make_bv_zero_extend(E - S, lz);
+  const Term* near = mgr.make_bv_slt(d, wide_lz);
+  const Term* capped = enc_make_term_ite(near, mgr.make_bv_extract(S - 1, 0, d), lz);
+  const Term* left = enc_make_term_ite(below, bv(0, S), capped);
+  mant = mgr.make_bv_lshl(mant, mgr.make_bv_zero_extend(W - S, left));
+  if (below != mgr.make_false()) {
+    const Term* right = enc_make_term_ite(below, mgr.make_bv_neg(d), zero);
+    mant = enc_shift_right_sticky(mant, right);
+  }
+  const Term* moved = mgr.make_bv_sub(d, mgr.make_bv_zero_extend(E - S, left));
+  return {mant, mgr.make_bv_add(moved, bv(1, E))};
+}
+
+const Term* IeeeBvEncoder::enc_assemble(format fmt, const Unrounded& value, const Term* overflow,
+                                        const Term* saturates, const Term* body) {
+  TermManager& mgr = *dst_mgr;
+  const auto [e, m] = fmt;
+  const Term* special = mgr.make_bv_or(value.nan, value.inf);
+  const Term* finite_max = mgr.make_bv_and(saturates, mgr.make_bv_not(special));
+  // All ones but for the last bit of the field of the largest finite number, then its fraction; a
+  // NaN has fraction 0...01, an infinity 0...0.
+  const Term* field = mgr.make_bv_concat(enc_mask(bv(1, 1), e - 1), mgr.make_bv_not(finite_max));
+  const Term* last = mgr.make_bv_or(finite_max, value.nan);
+  const Term* fraction = m == 1 ? last : mgr.make_bv_concat(enc_mask(finite_max, m - 1), last);
+  const Term* edge = mgr.make_equal(mgr.make_bv_or(special, overflow), bv(1, 1));
+  const Term* magnitude = enc_make_term_ite(edge, mgr.make_bv_concat(field, fraction), body);
+  return mgr.make_bv_concat(mgr.make_bv_or(value.nan, value.sign), magnitude);
+}
+
+void IeeeBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                        const Term* least, const Term* sticky,
+                                        const Term** increment, const Term** correction) {
+  if (rm == rm_away_bv) {
+    *increment = round;
+    *correction = bv(0, 1);
+    return;
+  }
+  FpBvEncoder::enc_select_rounding(rm, sign, round, least, sticky, increment, correction);
+  if (dst_mgr->get_number(rm->get_symbol()) != nullptr) return;
+  const Term* away = dst_mgr->make_equal(rm, rm_away_bv);
+  *increment = enc_make_term_ite(away, round, *increment);
+  *correction = enc_make_term_ite(away, bv(0, 1), *correction);
+}
+
+// Shifts and counts -----------------------------------------------------------------------------
+
+const Term* IeeeBvEncoder::enc_leading_zeros(const Term* t) {
+  const std::size_t W = width_of(t);
+  if (W == 1) return dst_mgr->make_bv_not(t);
+  // Ones below do not change the count, and stop it where t is zero.
+  const std::size_t P = std::bit_ceil(W);
+  return enc_count_zeros(P == W ? t : dst_mgr->make_bv_concat(t, enc_mask(bv(1, 1), P - W))).count;
+}
+
+/// The count of a half decides, the upper one unless it is all zero; its number is the top bit.
+IeeeBvEncoder::ZeroCount IeeeBvEncoder::enc_count_zeros(const Term* t) {
+  TermManager& mgr = *dst_mgr;
+  const std::size_t half = width_of(t) / 2;
+  const Term* high = mgr.make_bv_extract(2 * half - 1, half, t);
+  const Term* low = mgr.make_bv_extract(half - 1, 0, t);
+  if (half == 1) {
+    const Term* no_high = mgr.make_bv_not(high);
+    return {mgr.make_bv_and(no_high, mgr.make_bv_not(low)), no_high};
+  }
+  const ZeroCount h = enc_count_zeros(high);
+  const ZeroCount l = enc_count_zeros(low);
+  const Term* rest = enc_make_term_ite(mgr.make_equal(h.all, bv(1, 1)), l.count, h.count);
+  return {mgr.make_bv_and(h.all, l.all), mgr.make_bv_concat(h.all, rest)};
+}
+
+const Term* IeeeBvEncoder::enc_shift_right_sticky(const Term* t, const Term* amount) {
+  TermManager& mgr = *dst_mgr;
+  const std::size_t W = width_of(t);
+  const std::size_t A = width_of(amount);
+  const std::size_t steps =
+      std::min<std::size_t>(A, static_cast<std::size_t>(std::bit_width(W - 1)));
+  const Term* sticky = bv(0, 1);
+  if (steps < A) {
+    // A distance that no step below covers moves everything out.
+    const Term* far = enc_any(mgr.make_bv_extract(A - 1, steps, amount));
+    sticky = mgr.make_bv_and(far, enc_any(t));
+    t = mgr.make_bv_and(t, enc_mask(mgr.make_bv_not(far), W));
+  }
+  for (std::size_t j = 0; j < steps; ++j) {
+    const std::size_t s = std::size_t{1} << j;
+    const Term* bit = mgr.make_bv_extract(j, j, amount);
+    const Term* lost = enc_any(mgr.make_bv_extract(s - 1, 0, t));
+    sticky = mgr.make_bv_or(sticky, mgr.make_bv_and(bit, lost));
+    const Term* shifted = mgr.make_bv_zero_extend(s, mgr.make_bv_extract(W - 1, s, t));
+    t = enc_make_term_ite(mgr.make_equal(bit, bv(1, 1)), shifted, t);
+  }
+  return mgr.make_bv_or(t, mgr.make_bv_zero_extend(W - 1, sticky));
+}
+
+const Term* IeeeBvEncoder::enc_any(const Term* t) {
+  return dst_mgr->make_bv_not(dst_mgr->make_bv_comp(t, bv(0, width_of(t))));
+}
+
+const Term* IeeeBvEncoder::enc_mask(const Term* bit, std::size_t n) {
+  return dst_mgr->make_bv_sign_extend(n - 1, bit);
+}
+
+}  // namespace vorn::fp

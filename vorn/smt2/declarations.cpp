@@ -1,0 +1,137 @@
+// Commands that change names and assertions.
+#include <fmt/format.h>
+
+#include "vorn/smt2/interpreter.h"
+
+namespace vorn::smt2 {
+namespace {
+
+/// Bound of open levels: a slip in a numeral is an error and does not eat the memory.
+constexpr std::size_t kMaxLevels = std::size_t{1} << 20;
+
+}  // namespace
+
+// Names -----------------------------------------------------------------------------------------
+
+void Interpreter::declare(const Token& name, const DataType* type) {
+  const Symbol* symbol = mgr.make_unique_symbol(std::string(name.text), type);
+  symbols.declare(name.text, mgr.make_constant(symbol));
+}
+
+void Interpreter::declare_const(Parser& parser, const Token& /*command*/) {
+  const Token name = parser.read_new_symbol();
+  const DataType* type = parser.read_sort();
+  parser.close_command();
+  declare(name, type);
+}
+
+void Interpreter::declare_fun(Parser& parser, const Token& /*command*/) {
+  const Token name = parser.read_new_symbol();
+  parser.get_tokens().expect_open("'(' to open the sorts of the arguments");
+  if (!parser.get_tokens().at_close()) {
+    parser.fail(name.position,
+                fmt::format("the function '{}' has arguments: declare-fun is not supported but for "
+                            "constants",
+                            name.text));
+  }
+  parser.get_tokens().next();
+  const DataType* type = parser.read_sort();
+  parser.close_command();
+  declare(name, type);
+}
+
+void Interpreter::define(Parser& parser, std::span<const Parameter> parameters, const Token& name) {
+  const DataType* type = parser.read_sort();
+  const ParsedTerm body = parser.read_body(parameters);
+  parser.close_command();
+  if (body.term->get_type() != type) {
+    parser.fail(body.position,
+                fmt::format("the definition of '{}' must be of {}, got a term of {}", name.text,
+                            type->to_string(), body.term->get_type()->to_string()));
+  }
+  Function function{{}, body.term};
+  for (const Parameter& p : parameters)
+    function.parameters.push_back(p.constant);
+  symbols.define(name.text, function);
+}
+
+void Interpreter::define_const(Parser& parser, const Token& /*command*/) {
+  define(parser, {}, parser.read_new_symbol());
+}
+
+void Interpreter::define_fun(Parser& parser, const Token& /*command*/) {
+  const Token name = parser.read_new_symbol();
+  define(parser, parser.read_parameters(), name);
+}
+
+void Interpreter::define_sort(Parser& parser, const Token& /*command*/) {
+  const Token name = parser.read_new_sort_symbol();
+  const SortDefinition definition = parser.read_sort_definition();
+  parser.close_command();
+  symbols.define_sort(name.text, definition);
+}
+
+// Assertions ------------------------------------------------------------------------------------
+
+void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
+  const ParsedTerm formula = parser.read_formula("an assertion");
+  parser.close_command();
+  last_answer.reset();
+  ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
+  assertions.push_back(formula.text);
+}
+
+/// The number of levels; one when none is given.
+std::uint32_t Interpreter::read_count(Parser& parser) {
+  return parser.get_tokens().at_close() ? 1 : parser.get_tokens().expect_index();
+}
+
+void Interpreter::push(Parser& parser, const Token& command) {
+  const std::uint32_t count = read_count(parser);
+  parser.close_command();
+  if (count > kMaxLevels - levels.size()) {
+    parser.fail(command.position,
+                fmt::format("push {}: no more than {} levels can be open", count, kMaxLevels));
+  }
+  last_answer.reset();
+  for (std::uint32_t i = 0; i < count; ++i) {
+    levels.push_back(assertions.size());
+    symbols.push();
+    ask_engine(parser, command.position, [&] { engine.push(); });
+  }
+}
+
+void Interpreter::pop(Parser& parser, const Token& command) {
+  const std::uint32_t count = read_count(parser);
+  parser.close_command();
+  if (count > levels.size()) {
+    parser.fail(command.position,
+                fmt::format("pop {}: the number of open levels is {}", count, levels.size()));
+  }
+  last_answer.reset();
+  for (std::uint32_t i = 0; i < count; ++i) {
+    assertions.resize(levels.back());
+    levels.pop_back();
+    symbols.pop();
+    ask_engine(parser, command.position, [&] { engine.pop(); });
+  }
+}
+
+/// Declarations and definitions leave with the assertions, as they do while :global-declarations is
+/// false (SMT-LIB 2.6, section 4.2.2).
+void Interpreter::reset_assertions(Parser& parser, const Token& command) {
+  parser.close_command();
+  assertions.clear();
+  levels.clear();
+  symbols.clear();
+  last_answer.reset();
+  ask_engine(parser, command.position, [&] { engine.reset_assertions(); });
+}
+
+void Interpreter::reset(Parser& parser, const Token& command) {
+  reset_assertions(parser, command);
+  options = defaults;
+  checks = 0;
+}
+
+}  // namespace vorn::smt2

@@ -1,0 +1,47 @@
+// What the command interpreter asks of a solver. The interpreter knows no more of it, so that the
+// solver may be anything that decides terms, and a test can put a stub in its place.
+#ifndef VORN_SMT2_ENGINE_H
+#define VORN_SMT2_ENGINE_H
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "vorn/terms/term.h"
+#include "vorn/utils/export.h"
+
+namespace vorn::smt2 {
+
+enum class Answer : std::uint8_t { sat, unsat, unknown };
+
+/// A stack of assertions and a decision procedure for it. All terms belong to the manager that the
+/// interpreter builds terms with. What an engine does not support it refuses with a
+/// std::invalid_argument or std::runtime_error whose message names it.
+class VORN_EXPORT Engine {
+ public:
+  Engine() = default;
+  virtual ~Engine() = default;
+  Engine(const Engine&) = delete;
+  Engine& operator=(const Engine&) = delete;
+
+  /// Adds a Boolean term to the current level.
+  virtual void assert_formula(const Term* f) = 0;
+  /// Opens a level.
+  virtual void push() = 0;
+  /// Drops the current level with its assertions.
+  virtual void pop() = 0;
+  /// Decides the conjunction of all assertions and of the assumptions, Boolean terms that hold for
+  /// this call only.
+  virtual Answer check_sat(std::span<const Term* const> assumptions) = 0;
+  /// After sat: the value of t in the model, as a literal, true, false or a rounding-mode constant;
+  /// also of terms over constants that occur in no assertion.
+  virtual const Term* get_value(const Term* t) = 0;
+  /// After unknown: why.
+  virtual std::string get_reason_unknown() const = 0;
+  /// Drops all assertions and all levels.
+  virtual void reset_assertions() = 0;
+};
+
+}  // namespace vorn::smt2
+
+#endif

@@ -1,0 +1,46 @@
+// What a script did wrong and where. One error ends a script: its position is all that a user has
+// to find the cause, so everything that reads a script carries positions along.
+#ifndef VORN_SMT2_ERROR_H
+#define VORN_SMT2_ERROR_H
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "vorn/utils/export.h"
+
+namespace vorn::smt2 {
+
+/// A place in a text. Both count from 1; columns count characters, a tab being one.
+struct Position {
+  std::uint32_t line = 1;
+  std::uint32_t column = 1;
+
+  bool operator==(const Position&) const = default;
+};
+
+/// An error in a script; `what()` is "FILE:LINE:COLUMN: error: MESSAGE".
+class VORN_EXPORT ScriptError : public std::runtime_error {
+ public:
+  ScriptError(const std::string& file_name, Position place, const std::string& text)
+      : std::runtime_error(file_name + ":" + std::to_string(place.line) + ":" +
+                           std::to_string(place.column) + ": error: " + text),
+        file(file_name),
+        position(place),
+        message(text) {}
+
+  const std::string& get_file() const { return file; }
+  Position get_position() const { return position; }
+  std::uint32_t get_line() const { return position.line; }
+  std::uint32_t get_column() const { return position.column; }
+  const std::string& get_message() const { return message; }
+
+ private:
+  std::string file;
+  Position position;
+  std::string message;
+};
+
+}  // namespace vorn::smt2
+
+#endif

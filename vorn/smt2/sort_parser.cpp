@@ -1,0 +1,159 @@
+#include "vorn/smt2/sort_parser.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "vorn/smt2/literals.h"
+#include "vorn/smt2/operators.h"
+
+namespace vorn::smt2 {
+namespace {
+
+struct BuiltinSort {
+  std::string_view name;
+  std::uint32_t indices = 0;
+  const DataType* (*build)(TermManager& mgr, std::span<const std::uint32_t> indices) = nullptr;
+};
+
+using Indices = std::span<const std::uint32_t>;
+
+template <std::uint32_t E, std::uint32_t S>
+const DataType* float_sort(TermManager& mgr, Indices) {
+  return mgr.get_fp_type(E, S - 1);
+}
+
+/// A sort without a builder is known, and refused by name.
+constexpr BuiltinSort kSorts[] = {
+    {"Bool", 0, [](TermManager& mgr, Indices) { return mgr.get_bool_type(); }},
+    {"RoundingMode", 0, [](TermManager& mgr, Indices) { return mgr.get_fprounding_type(); }},
+    {"BitVec", 1, [](TermManager& mgr, Indices i) { return mgr.get_bv_type(i[0]); }},
+    {"FloatingPoint", 2,
+     [](TermManager& mgr, Indices i) {
+       const IEEEFloat::format f = make_format(i[0], i[1]);
+       return mgr.get_fp_type(f.e, f.m);
+     }},
+    {"Float16", 0, float_sort<5, 11>},
+    {"Float32", 0, float_sort<8, 24>},
+    {"Float64", 0, float_sort<11, 53>},
+    {"Float128", 0, float_sort<15, 113>},
+    {"Int"},
+    {"Real"},
+    {"Array"},
+    {"String"},
+    {"RegLan"},
+};
+
+const BuiltinSort* find_builtin(std::string_view name) {
+  for (const BuiltinSort& sort : kSorts) {
+    if (sort.name == name) return &sort;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+bool is_builtin_sort(std::string_view name) {
+  const BuiltinSort* sort = find_builtin(name);
+  return sort != nullptr && sort->build != nullptr;
+}
+
+SortValue SortParser::parse() {
+  for (;;) {
+    const std::optional<SortValue> sort = read_step(tokens.next());
+    if (!sort) continue;
+    if (frames.empty()) return *sort;
+    args.push_back(*sort);
+  }
+}
+
+std::optional<SortValue> SortParser::read_step(const Token& token) {
+  switch (token.kind) {
+    case Token::Kind::open:
+      return open_form();
+    case Token::Kind::close:
+      return close_form(token);
+    default:
+      return named(token);
+  }
+}
+
+std::optional<SortValue> SortParser::open_form() {
+  if (tokens.peek().is_word("_")) return indexed();
+  const Token head = tokens.expect_symbol("the name of a sort");
+  frames.push_back({head, &find(head), args.size()});
+  return std::nullopt;
+}
+
+SortValue SortParser::close_form(const Token& close) {
+  if (frames.empty()) tokens.fail_expected("a sort", close);
+  const Frame& frame = frames.back();
+  const SortValue sort =
+      apply(frame.head, *frame.definition, std::span(args).subspan(frame.first_arg));
+  args.resize(frame.first_arg);
+  frames.pop_back();
+  return sort;
+}
+
+SortValue SortParser::named(const Token& name) const {
+  if (!name.is_symbol() || is_reserved_word(name)) tokens.fail_expected("a sort", name);
+  for (std::uint32_t i = 0; i < parameters.size(); ++i) {
+    if (parameters[i].text == name.text) return {nullptr, i};
+  }
+  const BuiltinSort* builtin = find_builtin(name.text);
+  if (builtin == nullptr || builtin->build == nullptr) return apply(name, find(name), {});
+  try {
+    check_count(name.text, {"index", "indices"}, 0, builtin->indices, builtin->indices);
+    return {builtin->build(mgr, {}), 0};
+  } catch (const std::invalid_argument& error) {
+    tokens.fail(name.position, error.what());
+  }
+}
+
+SortValue SortParser::indexed() {
+  tokens.next();
+  const Token name = tokens.expect_symbol("the name of a sort");
+  const BuiltinSort* builtin = find_builtin(name.text);
+  if (builtin == nullptr || builtin->build == nullptr) fail_unknown(name);
+  std::vector<std::uint32_t> indices;
+  while (!tokens.at_close())
+    indices.push_back(tokens.expect_index());
+  tokens.next();
+  try {
+    check_count(name.text, {"index", "indices"}, indices.size(), builtin->indices,
+                builtin->indices);
+    return {builtin->build(mgr, indices), 0};
+  } catch (const std::invalid_argument& error) {
+    tokens.fail(name.position, error.what());
+  }
+}
+
+SortValue SortParser::apply(const Token& head, const SortDefinition& definition,
+                            std::span<const SortValue> sorts) const {
+  try {
+    check_count(head.text, {"sort", "sorts"}, sorts.size(), definition.parameters,
+                definition.parameters);
+  } catch (const std::invalid_argument& error) {
+    tokens.fail(head.position, error.what());
+  }
+  return definition.body.type != nullptr ? definition.body : sorts[definition.body.parameter];
+}
+
+const SortDefinition& SortParser::find(const Token& name) const {
+  const SortDefinition* definition = symbols.find_sort(name.text);
+  if (definition == nullptr) fail_unknown(name);
+  return *definition;
+}
+
+void SortParser::fail_unknown(const Token& name) const {
+  const BuiltinSort* builtin = find_builtin(name.text);
+  if (builtin == nullptr) {
+    tokens.fail(name.position, fmt::format("unknown sort '{}'", name.text));
+  }
+  if (builtin->build == nullptr) {
+    tokens.fail(name.position, fmt::format("{} is not supported", name.text));
+  }
+  tokens.fail(name.position, fmt::format("the sort {} takes no sorts as arguments", name.text));
+}
+
+}  // namespace vorn::smt2

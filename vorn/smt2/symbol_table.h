@@ -1,0 +1,108 @@
+// The names of a script: what the user declared and defined, and what `let` and parameters bind.
+//
+// Declarations live on levels that push and pop open and close. Names bound inside of a term are
+// another matter: they hide everything else, nest as deep as terms do, and end with their form.
+// Each kind has its own class, and a lookup costs one probe whatever the depth.
+#ifndef VORN_SMT2_SYMBOL_TABLE_H
+#define VORN_SMT2_SYMBOL_TABLE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "vorn/smt2/value.h"
+#include "vorn/terms/term.h"
+#include "vorn/utils/export.h"
+
+namespace vorn::smt2 {
+
+/// What a function symbol stands for: `body` with terms in place of the parameters, which are fresh
+/// constants. A declared constant or a defined one has no parameters.
+struct Function {
+  std::vector<const Term*> parameters;
+  const Term* body = nullptr;
+};
+
+/// A sort, or a parameter of the definition of a sort. No supported sort has sorts as arguments, so
+/// every definition comes down to one of the two.
+struct SortValue {
+  const DataType* type = nullptr;
+  std::uint32_t parameter = 0;  // when there is no type
+};
+
+struct SortDefinition {
+  std::uint32_t parameters = 0;
+  SortValue body;
+};
+
+/// The names that commands introduce.
+class VORN_EXPORT SymbolTable {
+ public:
+  struct Declaration {
+    std::string name;
+    const Term* constant;
+  };
+
+  // Functions and sorts are two name spaces. Names must be new; the readers of names see to it.
+  void declare(std::string_view name, const Term* constant);
+  void define(std::string_view name, const Function& function);
+  void define_sort(std::string_view name, const SortDefinition& definition);
+
+  /// Null when the name is unknown. A function stays where it is until its level is popped.
+  const Function* find(std::string_view name) const;
+  const SortDefinition* find_sort(std::string_view name) const;
+  /// The declared constants in the order of their declarations.
+  const std::vector<Declaration>& get_declarations() const { return declarations; }
+
+  std::size_t get_level() const { return levels.size(); }
+  void push();
+  /// Forgets what came since the last push, of which there must be one.
+  void pop();
+  /// Forgets everything.
+  void clear();
+
+ private:
+  struct StringHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+  };
+  template <class T>
+  using Table = std::unordered_map<std::string, T, StringHash, std::equal_to<>>;
+  struct Level {
+    std::size_t functions, sorts, declarations;
+  };
+
+  Table<Function> functions;
+  Table<SortDefinition> sorts;
+  std::vector<std::string> function_trail;
+  std::vector<std::string> sort_trail;
+  std::vector<Declaration> declarations;
+  std::vector<Level> levels;
+};
+
+/// The names that forms inside of a term bind; views into the text of the script.
+class VORN_EXPORT LocalScope {
+ public:
+  /// Binds `name` for a form at this nesting depth. False when that form has bound it already.
+  bool bind(std::string_view name, const Value& value, std::size_t depth);
+  /// Undoes the innermost binding of `name`.
+  void unbind(std::string_view name);
+  /// The innermost value; null when there is none.
+  const Value* find(std::string_view name) const;
+
+ private:
+  struct Binding {
+    Value value;
+    std::size_t depth;
+  };
+
+  std::unordered_map<std::string_view, std::vector<Binding>> bindings;
+};
+
+}  // namespace vorn::smt2
+
+#endif
