@@ -188,10 +188,6 @@ class Session {
   }
 
   const Term* encode(const Term* t) {
-    const Term* away = terms.make_fprounding_away();
-    if (t->get_arg(0) == away && encoder->get_cached(away) == nullptr) {
-      throw std::invalid_argument("the base encoder does not support rna");
-    }
     for (const Term* arg : t->get_args()) {
       // Left to itself, the encoder would put a fresh constant for a bit-vector.
       const bool bits = terms.is_bv_type(arg->get_type(), nullptr);
@@ -200,8 +196,7 @@ class Session {
     try {
       return encoder->get_bv_encoding(t, &constraints);
     } catch (const std::invalid_argument& error) {
-      throw std::invalid_argument(
-          fmt::format("the encoder does not support this format: {}", error.what()));
+      throw std::invalid_argument(fmt::format("not supported by this encoder: {}", error.what()));
     }
   }
 

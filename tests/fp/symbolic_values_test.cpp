@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "tests/fp/folded_operation.h"
@@ -160,14 +161,15 @@ TEST_P(Symbolic, ConversionsHaveTheFoldedValue) {
   }
 }
 
+std::string format_name(const testing::TestParamInfo<IEEEFloat::format>& info) {
+  return "e" + std::to_string(info.param.e) + "m" + std::to_string(info.param.m);
+}
+
 INSTANTIATE_TEST_SUITE_P(Base, Symbolic,
                          testing::Values(IEEEFloat::format{3, 3}, IEEEFloat::format{5, 10},
                                          IEEEFloat::format{8, 7}, IEEEFloat::format{8, 23},
                                          IEEEFloat::format{11, 52}),
-                         [](const testing::TestParamInfo<IEEEFloat::format>& info) {
-                           return "e" + std::to_string(info.param.e) + "m" +
-                                  std::to_string(info.param.m);
-                         });
+                         format_name);
 
 }  // namespace
 }  // namespace vorn::fp

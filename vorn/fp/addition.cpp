@@ -54,9 +54,11 @@ const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
   const Term* iy = enc_is_inf(y, fmt);
   const Term* nx = enc_is_nan(x, fmt);
   const Term* ny = enc_is_nan(y, fmt);
-  const Term* opposite = mgr.make_bv_and(mgr.make_bv_and(ix, iy), mgr.make_bv_not(in.samesign));
+  const Term* both_inf = mgr.make_bv_and(ix, iy);
+  const Term* opposite = mgr.make_bv_and(both_inf, mgr.make_bv_not(in.samesign));
   const Term* nan = mgr.make_bv_or(opposite, mgr.make_bv_or(nx, ny));
-  const Term* inf = mgr.make_bv_and(mgr.make_bv_not(nan), mgr.make_bv_or(ix, iy));
+  const Term* not_nan = mgr.make_bv_not(nan);
+  const Term* inf = mgr.make_bv_and(not_nan, mgr.make_bv_or(ix, iy));
   const Term* bigsign = enc_make_term_ite(in.x_bigger, in.sx, in.sy);
   const Term* add_sub_sign = mgr.make_bv_not(mgr.make_bv_comp(bigsign, res_sign));
   const Term* inf_sign = enc_make_ite(ix, in.sx, in.sy);
@@ -205,8 +207,8 @@ const Term* FpBvEncoder::enc_add_sub_both_zero(const Term* rm, format fmt, bool 
     rtn = mgr.make_equal(rm, rm_minus_inf_bv);
   }
   const Term* both = mgr.make_equal(mgr.make_bv_and(zx, zy), one);
-  const Term* pos = is_sub ? mgr.make_and(mgr.make_not(sx), sy)
-                           : mgr.make_and(mgr.make_not(sx), mgr.make_not(sy));
+  const Term* not_sx = mgr.make_not(sx);
+  const Term* pos = mgr.make_and(not_sx, is_sub ? sy : mgr.make_not(sy));
   const Term* neg = is_sub ? mgr.make_and(sx, mgr.make_not(sy)) : mgr.make_and(sx, sy);
   *pos_zero_out = mgr.make_and(both, enc_make_ite(rtn, pos, mgr.make_not(neg)));
   *neg_zero_out = mgr.make_and(both, enc_make_ite(rtn, mgr.make_not(pos), neg));

@@ -55,7 +55,8 @@ const Term* FpBvEncoder::enc_fp_comparison(const Term* t, FpComp kind) {
   const Term* neg_a = mgr.make_equal(sign_a, one);
   const Term* same = mgr.make_equal(a, b);
   if (kind == FpComp::equal) {
-    return mgr.make_and(mgr.make_or(same, zeros), mgr.make_not(nan));
+    const Term* equal = mgr.make_or(same, zeros);
+    return mgr.make_and(equal, mgr.make_not(nan));
   }
 
   const Term* diff = mgr.make_not(mgr.make_equal(sign_a, sign_b));
@@ -66,11 +67,14 @@ const Term* FpBvEncoder::enc_fp_comparison(const Term* t, FpComp kind) {
   const Term* below = enc_make_ite(diff, neg_a, mag);
   // `below` also holds for -0 against +0 and for equal negative numbers.
   if (kind == FpComp::less_than) {
-    const Term* ordered = mgr.make_and(mgr.make_not(zeros), mgr.make_not(nan));
-    return mgr.make_and(below, mgr.make_and(mgr.make_not(same), ordered));
+    const Term* not_same = mgr.make_not(same);
+    const Term* not_zeros = mgr.make_not(zeros);
+    const Term* ordered = mgr.make_and(not_zeros, mgr.make_not(nan));
+    return mgr.make_and(below, mgr.make_and(not_same, ordered));
   }
+  const Term* not_nan = mgr.make_not(nan);
   const Term* equal = mgr.make_or(zeros, same);
-  return mgr.make_and(mgr.make_not(nan), mgr.make_or(below, equal));
+  return mgr.make_and(not_nan, mgr.make_or(below, equal));
 }
 
 }  // namespace vorn::fp

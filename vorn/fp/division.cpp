@@ -24,15 +24,15 @@ const Term* FpBvEncoder::encode_div(const Term* t) {
   const Term* invalid = mgr.make_bv_or(zeros, mgr.make_bv_and(x.inf, y.inf));
   const Term* nan = mgr.make_bv_or(x.nan, mgr.make_bv_or(y.nan, invalid));
   const Term* by_zero = mgr.make_bv_and(mgr.make_bv_not(x.zero), y.zero);
-  const Term* inf = mgr.make_bv_and(mgr.make_bv_not(nan), mgr.make_bv_or(by_zero, x.inf));
+  const Term* not_nan = mgr.make_bv_not(nan);
+  const Term* inf = mgr.make_bv_and(not_nan, mgr.make_bv_or(by_zero, x.inf));
   const Term* rounded = enc_do_rounding(rm, fmt, nan, inf, sign, exp, mant, 2);
 
   const Term* finite_by_inf = mgr.make_bv_and(mgr.make_bv_not(inf), y.inf);
   const Term* of_zero = mgr.make_bv_and(x.zero, mgr.make_bv_not(y.zero));
-  const Term* zero_cond =
-      mgr.make_bv_and(mgr.make_bv_not(nan), mgr.make_bv_or(finite_by_inf, of_zero));
+  const Term* zero_cond = mgr.make_bv_and(not_nan, mgr.make_bv_or(finite_by_inf, of_zero));
   const Term* mask = mgr.make_bv_sign_extend(e + m, mgr.make_bv_not(zero_cond));
-  const Term* zero_sign = mgr.make_bv_and(mgr.make_bv_not(nan), sign);
+  const Term* zero_sign = mgr.make_bv_and(not_nan, sign);
   const Term* zero = mgr.make_bv_concat(zero_sign, bv(0, e + m));
   const Term* result = mgr.make_bv_or(mgr.make_bv_and(mask, rounded), zero);
   debug_track_term(sign, "div_sign");

@@ -1,6 +1,8 @@
 // The walk over a term: bottom-up, each subterm once, on an explicit stack, so that the depth of a
 // term costs no native stack. What was encoded is kept from call to call and noted on a trail, so
 // that an owner who backtracks can have it forgotten in reverse order.
+#include <cassert>
+
 #include "vorn/fp/fp_bv_encoder.h"
 
 namespace vorn::fp {
@@ -65,6 +67,7 @@ const Term* FpBvEncoder::encode(const Term* t) {
 }
 
 void FpBvEncoder::define_encoding(const Term* t, const Term* encoding) {
+  assert(get_cached(t) == nullptr);
   cache.insert({t, encoding});
   trail.push_back(t);
 }

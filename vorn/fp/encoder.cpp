@@ -1,6 +1,7 @@
 // The encoder object: dispatch table, cache, configuration and debug tracking.
 #include "vorn/fp/fp_bv_encoder.h"
 
+#include <locale>
 #include <memory>
 #include <string>
 
@@ -13,6 +14,7 @@ FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
       own_logger(true),
       debug(false),
       termtest(nullptr) {
+  name_buf.imbue(std::locale::classic());  // counters are plain digits whatever the user's locale
   // Until the constructor has finished, the logger belongs to this pointer: an exception on the way
   // must not leak it.
   auto own = std::make_unique<Logger>();

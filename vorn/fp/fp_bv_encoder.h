@@ -57,7 +57,9 @@ class VORN_EXPORT FpBvEncoder {
   /// rounding mode. `out` receives the constraints that define the fresh constants of this call, in
   /// the order of their making, and loses what it held; they must be asserted beside any use of the
   /// result. `t` must be a floating-point atom or term, a rounding mode, or a bit-vector argument
-  /// of a conversion; the Boolean structure above them is the owner's.
+  /// of a conversion; the Boolean structure above them is the owner's. Exceptions of the term
+  /// managers pass through; the owner must then retract `t`, since the constraints of what was
+  /// encoded on the way are lost.
   const Term* get_bv_encoding(const Term* t, std::vector<const Term*>* out);
 
   /// The cached encoding of `t`, or null.
@@ -84,7 +86,8 @@ class VORN_EXPORT FpBvEncoder {
 
   // Leaves (leaves.cpp) -------------------------------------------------------------------------
 
-  /// A rounding mode: its 2-bit code, or a fresh 2-bit constant.
+  /// A rounding mode: its 2-bit code, or a fresh 2-bit constant for a variable. Throws
+  /// std::invalid_argument for roundNearestTiesToAway, which has no code.
   virtual const Term* encode_rounding(const Term* t);
   /// A floating-point variable: a fresh constant, constrained to be a non-NaN value or the
   /// canonical NaN.

@@ -77,10 +77,13 @@ const Term* IeeeBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const
   const Term* absres = mgr.make_bv_extract(w - 1, 0, rounded);
   debug_track_term(absres, "add_absres");
   const Term* sx = mgr.make_bv_extract(w, w, x);
-  const Term* opposite = mgr.make_bv_not(mgr.make_bv_comp(sx, mgr.make_bv_extract(w, w, y)));
-  const Term* cancelled = mgr.make_bv_and(enc_is_zero(rounded, fmt), opposite);
+  const Term* sy = mgr.make_bv_extract(w, w, y);
+  const Term* opposite = mgr.make_bv_not(mgr.make_bv_comp(sx, sy));
+  const Term* zero = enc_is_zero(rounded, fmt);
+  const Term* cancelled = mgr.make_bv_and(zero, opposite);
   const Term* negative = mgr.make_bv_comp(rm, rm_minus_inf_bv);
-  const Term* sign = enc_make_ite(cancelled, negative, mgr.make_bv_extract(w, w, rounded));
+  const Term* rounded_sign = mgr.make_bv_extract(w, w, rounded);
+  const Term* sign = enc_make_ite(cancelled, negative, rounded_sign);
   return mgr.make_bv_concat(sign, absres);
 }
 
@@ -104,7 +107,8 @@ const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format t
   const Term* field = mgr.make_bv_and(enc_mask(hidden, to.e), biased);
   const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, mant);
   if (to.m > from.m) fraction = mgr.make_bv_concat(fraction, bv(0, to.m - from.m));
-  return enc_assemble(to, value, bv(0, 1), bv(0, 1), mgr.make_bv_concat(field, fraction));
+  const Term* never = bv(0, 1);
+  return enc_assemble(to, value, never, never, mgr.make_bv_concat(field, fraction));
 }
 
 }  // namespace vorn::fp

@@ -43,16 +43,18 @@ const Term* IeeeBvEncoder::enc_round_exact(const Term* rm, format fmt, const Unr
 
   const Term* hidden = mgr.make_bv_extract(W - 1, W - 1, mant);
   const Term* max = mgr.make_bv_number(fmt.max_exponent(), width_of(field));
-  const Term* in_range = enc_make_term_ite(mgr.make_bv_slt(field, max), bv(1, 1), bv(0, 1));
-  const Term* overflow = mgr.make_bv_and(hidden, mgr.make_bv_not(in_range));
+  const Term* one_bit = bv(1, 1);
+  const Term* no_bit = bv(0, 1);
+  const Term* too_large = enc_make_term_ite(mgr.make_bv_slt(field, max), no_bit, one_bit);
+  const Term* overflow = mgr.make_bv_and(hidden, too_large);
   debug_track_term(overflow, "exp_exponent_too_large");
 
-  const Term* kept_field =
-      mgr.make_bv_and(enc_mask(hidden, e), mgr.make_bv_extract(e - 1, 0, field));
+  const Term* mask = enc_mask(hidden, e);
+  const Term* kept_field = mgr.make_bv_and(mask, mgr.make_bv_extract(e - 1, 0, field));
   const Term* kept = mgr.make_bv_concat(kept_field, mgr.make_bv_extract(W - 2, x, mant));
   const Term* body = mgr.make_bv_add(kept, mgr.make_bv_zero_extend(e + m - 1, increment));
-  const Term* result =
-      enc_assemble(fmt, value, overflow, mgr.make_bv_and(overflow, correction), body);
+  const Term* saturates = mgr.make_bv_and(overflow, correction);
+  const Term* result = enc_assemble(fmt, value, overflow, saturates, body);
   debug_track_term(result, "round_ret");
   return result;
 }
@@ -97,12 +99,16 @@ const Term* IeeeBvEncoder::enc_assemble(format fmt, const Unrounded& value, cons
   const Term* finite_max = mgr.make_bv_and(saturates, mgr.make_bv_not(special));
   // All ones but for the last bit of the field of the largest finite number, then its fraction; a
   // NaN has fraction 0...01, an infinity 0...0.
-  const Term* field = mgr.make_bv_concat(enc_mask(bv(1, 1), e - 1), mgr.make_bv_not(finite_max));
+  const Term* ones = enc_mask(bv(1, 1), e - 1);
+  const Term* field = mgr.make_bv_concat(ones, mgr.make_bv_not(finite_max));
   const Term* last = mgr.make_bv_or(finite_max, value.nan);
   const Term* fraction = m == 1 ? last : mgr.make_bv_concat(enc_mask(finite_max, m - 1), last);
-  const Term* edge = mgr.make_equal(mgr.make_bv_or(special, overflow), bv(1, 1));
-  const Term* magnitude = enc_make_term_ite(edge, mgr.make_bv_concat(field, fraction), body);
-  return mgr.make_bv_concat(mgr.make_bv_or(value.nan, value.sign), magnitude);
+  const Term* at_edge = mgr.make_bv_or(special, overflow);
+  const Term* edge = mgr.make_equal(at_edge, bv(1, 1));
+  const Term* edge_value = mgr.make_bv_concat(field, fraction);
+  const Term* magnitude = enc_make_term_ite(edge, edge_value, body);
+  const Term* sign = mgr.make_bv_or(value.nan, value.sign);
+  return mgr.make_bv_concat(sign, magnitude);
 }
 
 void IeeeBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
@@ -138,12 +144,14 @@ IeeeBvEncoder::ZeroCount IeeeBvEncoder::enc_count_zeros(const Term* t) {
   const Term* low = mgr.make_bv_extract(half - 1, 0, t);
   if (half == 1) {
     const Term* no_high = mgr.make_bv_not(high);
-    return {mgr.make_bv_and(no_high, mgr.make_bv_not(low)), no_high};
+    const Term* no_low = mgr.make_bv_not(low);
+    return {mgr.make_bv_and(no_high, no_low), no_high};
   }
   const ZeroCount h = enc_count_zeros(high);
   const ZeroCount l = enc_count_zeros(low);
   const Term* rest = enc_make_term_ite(mgr.make_equal(h.all, bv(1, 1)), l.count, h.count);
-  return {mgr.make_bv_and(h.all, l.all), mgr.make_bv_concat(h.all, rest)};
+  const Term* all = mgr.make_bv_and(h.all, l.all);
+  return {all, mgr.make_bv_concat(h.all, rest)};
 }
 
 const Term* IeeeBvEncoder::enc_shift_right_sticky(const Term* t, const Term* amount) {
@@ -157,7 +165,8 @@ const Term* IeeeBvEncoder::enc_shift_right_sticky(const Term* t, const Term* amo
     // A distance that no step below covers moves everything out.
     const Term* far = enc_any(mgr.make_bv_extract(A - 1, steps, amount));
     sticky = mgr.make_bv_and(far, enc_any(t));
-    t = mgr.make_bv_and(t, enc_mask(mgr.make_bv_not(far), W));
+    const Term* near = mgr.make_bv_not(far);
+    t = mgr.make_bv_and(t, enc_mask(near, W));
   }
   for (std::size_t j = 0; j < steps; ++j) {
     const std::size_t s = std::size_t{1} << j;

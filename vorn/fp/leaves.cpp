@@ -3,6 +3,8 @@
 // A rounding mode is a 2-bit code, and each of the four codes is a mode, so a variable needs no
 // constraint. A floating-point variable is free but for its NaNs: they are reduced to one pattern,
 // so that equality of values is equality of bits.
+#include <stdexcept>
+
 #include "vorn/fp/fp_bv_encoder.h"
 
 namespace vorn::fp {
@@ -21,6 +23,10 @@ const Term* FpBvEncoder::encode_rounding(const Term* t) {
   if (src_mgr->is_fprounding_zero(s)) return rm_zero_bv;
   if (src_mgr->is_fprounding_plus_inf(s)) return rm_plus_inf_bv;
   if (src_mgr->is_fprounding_minus_inf(s)) return rm_minus_inf_bv;
+  if (src_mgr->is_fprounding_away(s)) {
+    // A fresh constant would stand for any of the four modes, and never for this one.
+    throw std::invalid_argument("roundNearestTiesToAway is not supported by the base encoder");
+  }
   return make_fresh_constant("fp.r", &rounding_counter, dst_mgr->get_bv_type(2));
 }
 

@@ -101,8 +101,10 @@ void FpBvEncoder::enc_round_exponent(format fmt, const Term* is_nan, const Term*
   const Term* limit = mgr.make_bv_number(fmt.max_exponent() - fmt.bias(), E);
   const Term* in_range = mgr.make_bv_slt(*exp, limit);
   const Term* zero = mgr.make_equal(mant, bv(0, width_of(mant)));
-  const Term* overflows = mgr.make_and(mgr.make_not(in_range), mgr.make_not(zero));
-  const Term* too_large = enc_make_term_ite(overflows, bv(1, 1), bv(0, 1));
+  const Term* out_of_range = mgr.make_not(in_range);
+  const Term* overflows = mgr.make_and(out_of_range, mgr.make_not(zero));
+  const Term* one_bit = bv(1, 1);
+  const Term* too_large = enc_make_term_ite(overflows, one_bit, bv(0, 1));
   debug_track_term(too_large, "exp_exponent_too_large");
   if (*correction != nullptr) {
     // Saturation is for finite results that really overflow.
@@ -129,13 +131,15 @@ const Term* FpBvEncoder::enc_pack_and_bias(format fmt, const Term* is_nan, const
   const Term* exp_field = mgr.make_bv_and(mgr.make_bv_not(denormal), biased);
   const Term* frac = mgr.make_bv_extract(m - 1, 0, mant);
 
-  const Term* res_sign = enc_make_ite(mgr.make_bv_or(is_nan, sign), bv(1, 1), bv(0, 1));
+  const Term* negative = mgr.make_bv_or(is_nan, sign);
+  const Term* one_bit = bv(1, 1);
+  const Term* res_sign = enc_make_ite(negative, one_bit, bv(0, 1));
   const Term* special = mgr.make_bv_or(is_nan, is_inf);
   // A NaN has fraction 0...01, an infinity 0...0.
   const Term* keep = mgr.make_bv_sign_extend(m - 2, mgr.make_bv_not(special));
   const Term* high = mgr.make_bv_and(keep, mgr.make_bv_extract(m - 1, 1, frac));
-  const Term* finite_low =
-      mgr.make_bv_and(mgr.make_bv_not(is_inf), mgr.make_bv_extract(0, 0, frac));
+  const Term* not_inf = mgr.make_bv_not(is_inf);
+  const Term* finite_low = mgr.make_bv_and(not_inf, mgr.make_bv_extract(0, 0, frac));
   const Term* res_mant = mgr.make_bv_concat(high, mgr.make_bv_or(is_nan, finite_low));
   const Term* res_exp = mgr.make_bv_or(mgr.make_bv_sign_extend(e - 1, special), exp_field);
   const Term* body = mgr.make_bv_concat(res_exp, res_mant);

@@ -22,22 +22,6 @@ std::size_t bit_length(std::size_t n) {
 
 }  // namespace
 
-std::size_t FpBvEncoder::width_of(const Term* t) const {
-  std::size_t width = 0;
-  dst_mgr->is_bv_type(t->get_symbol()->get_output_type(), &width);
-  return width;
-}
-
-const Term* FpBvEncoder::bv(std::uint64_t value, std::size_t width) {
-  return dst_mgr->make_bv_number(QNumber(static_cast<std::int64_t>(value)), width);
-}
-
-const Term* FpBvEncoder::bv_signed(const QNumber& value, std::size_t width) {
-  QNumber bits;
-  BVNumber::twos_complement(value, width, &bits);
-  return dst_mgr->make_bv_number(bits, width);
-}
-
 const Term* FpBvEncoder::enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
                                          const Term* is_inf, const Term* sign, const Term* exp,
                                          const Term* mant, std::uint64_t max_shift) {
@@ -63,7 +47,13 @@ void FpBvEncoder::enc_widen(format fmt, const Term** exp, const Term** mant) {
   // below the significand change nothing: its top bit carries the weight.
   const std::size_t E = width_of(*exp);
   const std::size_t W = width_of(*mant);
-  if (W < E) *mant = dst_mgr->make_bv_concat(*mant, bv(0, E - W));
+  if (W >= E) return;
+  if (const QNumber* constant = dst_mgr->get_number((*mant)->get_symbol())) {
+    // A constant stays one, so that it is normalised as one.
+    *mant = dst_mgr->make_bv_number(*constant * BVNumber::power_of_two(E - W), E);
+  } else {
+    *mant = dst_mgr->make_bv_concat(*mant, bv(0, E - W));
+  }
 }
 
 void FpBvEncoder::enc_normalization_shift(format fmt, const Term** exp, const Term** mant,
@@ -128,9 +118,9 @@ void FpBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp, 
   std::vector<const Term*> masks;
   for (std::size_t j = 0; j < S; ++j) {
     const std::size_t s = std::size_t{1} << j;
+    steps.push_back(bv(s, P));
     const Term* ones = mgr.make_bv_sign_extend(s - 1, bv(1, 1));
     const Term* zeros = mgr.make_bv_zero_extend(s - 1, bv(0, 1));
-    steps.push_back(bv(s, P));
     masks.push_back(mgr.make_bv_zero_extend(P - 2 * s, mgr.make_bv_concat(ones, zeros)));
   }
 

@@ -5,7 +5,25 @@
 // clauses that define it, which keeps the encodings of large formulas flat.
 #include "vorn/fp/fp_bv_encoder.h"
 
+#include "vorn/terms/bv_number.h"
+
 namespace vorn::fp {
+
+std::size_t FpBvEncoder::width_of(const Term* t) const {
+  std::size_t width = 0;
+  dst_mgr->is_bv_type(t->get_symbol()->get_output_type(), &width);
+  return width;
+}
+
+const Term* FpBvEncoder::bv(std::uint64_t value, std::size_t width) {
+  return dst_mgr->make_bv_number(QNumber(static_cast<std::int64_t>(value)), width);
+}
+
+const Term* FpBvEncoder::bv_signed(const QNumber& value, std::size_t width) {
+  QNumber bits;
+  BVNumber::twos_complement(value, width, &bits);
+  return dst_mgr->make_bv_number(bits, width);
+}
 
 const Term* FpBvEncoder::enc_get_exponent(const Term* t, format fmt, bool unbias) {
   TermManager& mgr = *dst_mgr;
@@ -112,7 +130,8 @@ const Term* FpBvEncoder::enc_make_term_ite(const Term* c, const Term* a, const T
   if (!mgr.is_term_ite(t->get_symbol(), nullptr)) return t;
   if (const Term* known = find_ite_constant(t)) return known;
   const Term* k = make_ite_constant(t);
-  side_constraints.push_back(mgr.make_or(mgr.make_not(c), mgr.make_equal(k, a)));
+  const Term* not_c = mgr.make_not(c);
+  side_constraints.push_back(mgr.make_or(not_c, mgr.make_equal(k, a)));
   side_constraints.push_back(mgr.make_or(c, mgr.make_equal(k, b)));
   return k;
 }
@@ -135,7 +154,8 @@ const Term* FpBvEncoder::enc_make_term_cond(const std::vector<const Term*>& cond
   const Term* k = make_ite_constant(chain);
   // Each clause speaks of its own condition only: callers pass conditions that exclude each other.
   for (std::size_t i = 0; i < values.size(); ++i) {
-    side_constraints.push_back(mgr.make_or(mgr.make_not(conds[i]), mgr.make_equal(k, values[i])));
+    const Term* not_cond = mgr.make_not(conds[i]);
+    side_constraints.push_back(mgr.make_or(not_cond, mgr.make_equal(k, values[i])));
   }
   return k;
 }

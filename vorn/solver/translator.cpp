@@ -1,6 +1,9 @@
 #include "vorn/solver/translator.h"
 
 #include <stdexcept>
+#include <string>
+
+#include "vorn/terms/operations.h"
 
 namespace vorn::solver {
 
@@ -80,16 +83,20 @@ void Translator::finish(const Term* t, std::vector<const Term*>* constraints) {
 }
 
 void Translator::encode(const Term* t, std::vector<const Term*>* constraints) {
-  if (t == mgr.make_fprounding_away()) {
-    // Only an encoder that does not know this mode has it left to encode.
-    throw std::invalid_argument("roundNearestTiesToAway is not supported by the base encoder");
-  }
   for (const Term* arg : t->get_args()) {
     if (encoder.get_cached(arg) == nullptr) define(arg, find(arg));
   }
   std::vector<const Term*> definitions;
   encoded.push_back(t);
-  encoder.get_bv_encoding(t, &definitions);
+  try {
+    encoder.get_bv_encoding(t, &definitions);
+  } catch (const std::invalid_argument& error) {
+    if (t->get_arity() == 0) throw;
+    // The base encoder's circuits have no well-formed widths for some formats.
+    throw std::invalid_argument(std::string(find_operation(t->get_tag())->name) + " on " +
+                                t->get_arg(t->get_arity() - 1)->get_type()->to_string() +
+                                " is not supported by this encoder (" + error.what() + ")");
+  }
   constraints->insert(constraints->end(), definitions.begin(), definitions.end());
 }
 

@@ -143,6 +143,11 @@ const Term* TermManager::make_bv_extract(std::size_t msb, std::size_t lsb, const
 
 const Term* TermManager::make_bv_concat(const Term* a, const Term* b) {
   const std::size_t width = check_bv(SymbolTag::bv_concat, a) + check_bv(SymbolTag::bv_concat, b);
+  if (width > kMaxWidth) {
+    fail(SymbolTag::bv_concat, "operands of " + sort_of(a) + " and " + sort_of(b) + " make " +
+                                   std::to_string(width) + " bits; widths go up to " +
+                                   std::to_string(kMaxWidth));
+  }
   return build(SymbolTag::bv_concat, get_bv_type(width), {a, b});
 }
 

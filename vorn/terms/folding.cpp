@@ -65,7 +65,7 @@ QNumber fold_bv_operation(SymbolTag::tag tag, const Symbol::Indices& indices, Bv
     case T::bv_sle:
       return QNumber(N::bv_slt(b, a, w) ? 0 : 1);
     default:
-      assert(!"a bit-vector operation");
+      assert(false && "not a bit-vector operation");
       return QNumber();
   }
 }

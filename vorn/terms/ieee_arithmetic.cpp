@@ -56,8 +56,9 @@ IEEEFloat add_finite(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEE
     sum = shifted(signed_significand(a), distance) + signed_significand(b);
     exponent = b.get_exponent();
   } else {
-    // |b| is below one unit of a's scaled significand. Toward zero of the sum there is a gap of
-    // less than one unit: step one down and let the sticky bit say that more is left.
+    // |b| is below 2^m units of the scaled significand of a, far less than the 2^(2m+6) of half a
+    // unit in the last place: only its direction shows. The sticky bit stands for it, one unit
+    // down where it points toward zero.
     sum = shifted(signed_significand(a), limit);
     exponent = a.get_exponent() - limit;
     sticky = true;

@@ -4,10 +4,15 @@
 // more than others.
 #include "vorn/terms/ieee_float.h"
 
+#include <stdexcept>
+#include <string>
+
 #include "vorn/terms/bv_number.h"
 
 namespace vorn {
 namespace {
+
+constexpr unsigned long kMaxValueBits = 1UL << 30U;
 
 std::size_t bit_count(const mpz_class& x) {
   return mpz_sizeinbase(x.get_mpz_t(), 2);
@@ -163,7 +168,12 @@ mpz_class IEEEFloat::get_exponent() const {
 
 QNumber IEEEFloat::get_value() const {
   const mpz_class exponent = get_exponent();
-  const QNumber power = BVNumber::power_of_two(mpz_class(abs(exponent)).get_ui());
+  const mpz_class magnitude_bits = abs(exponent);
+  if (magnitude_bits > kMaxValueBits) {
+    throw std::length_error("the value of a float of exponent width " + std::to_string(fmt.e) +
+                            " is too large to be written out");
+  }
+  const QNumber power = BVNumber::power_of_two(magnitude_bits.get_ui());
   const QNumber significand = QNumber::from_mpz(get_significand());
   const QNumber magnitude = exponent < 0 ? significand / power : significand * power;
   return is_sign_set() ? magnitude.neg() : magnitude;

@@ -77,7 +77,8 @@ class VORN_EXPORT IEEEFloat {
   /// significand in [0, 2^(m+1)), exponent in [1 - bias - m, bias - m].
   mpz_class get_significand() const;
   mpz_class get_exponent() const;
-  /// The exact value of a finite float; it takes up to 2^(e-1) bits.
+  /// The exact value of a finite float, which may take 2^(e-1) bits. Throws std::length_error
+  /// beyond a gigabit.
   QNumber get_value() const;
 
  private:

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "vorn/terms/bv_number.h"
@@ -20,8 +21,15 @@ namespace {
 /// Whether `name` needs no quoting (SMT-LIB 2.6, section 3.1, simple symbols).
 bool is_simple_symbol(const std::string& name) {
   static constexpr std::string_view kReserved[] = {
-      "!",   "_",   "as",      "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall",
-      "let", "par", "NUMERAL", "STRING", "match",   "true",   "false"};
+      "!", "_", "as", "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall", "let", "match",
+      "NUMERAL", "par", "STRING", "true", "false",
+      // Command names are reserved too.
+      "assert", "check-sat", "check-sat-assuming", "declare-const", "declare-datatype",
+      "declare-datatypes", "declare-fun", "declare-sort", "define-const", "define-fun",
+      "define-fun-rec", "define-funs-rec", "define-sort", "echo", "exit", "get-assertions",
+      "get-assignment", "get-info", "get-model", "get-option", "get-proof", "get-unsat-assumptions",
+      "get-unsat-core", "get-value", "pop", "push", "reset", "reset-assertions", "set-info",
+      "set-logic", "set-option"};
   static constexpr std::string_view kPunctuation = "~!@$%^&*_-+=<>.?/";
   if (name.empty() || (name[0] >= '0' && name[0] <= '9')) return false;
   for (const std::string_view word : kReserved) {
@@ -80,7 +88,9 @@ std::string leaf_text(const Symbol* symbol) {
   if (const QNumber* value = symbol->get_literal()) {
     return literal_text(*value, symbol->get_output_type());
   }
-  return symbol->get_name().empty() ? operator_name(symbol) : quote_symbol(symbol->get_name());
+  // An uninterpreted constant may have the empty name: || is a symbol.
+  return symbol->get_tag() == SymbolTag::none ? quote_symbol(symbol->get_name())
+                                              : operator_name(symbol);
 }
 
 /// Prints one term; see the head of this file.
@@ -91,7 +101,8 @@ class Printer {
     for (const Term* t : post_order) {
       if (uses[t] < 2 || t == root) continue;
       std::string definition = print(t);
-      names[t] = ".s" + std::to_string(++bindings);
+      names[t] = fresh_name();
+      ++bindings;
       text += "(let ((" + names[t] + " " + definition + ")) ";
     }
     text += print(root) + std::string(bindings, ')');
@@ -111,12 +122,25 @@ class Printer {
       Visit& top = stack.back();
       if (top.next < top.term->get_arity()) {
         const Term* arg = top.term->get_arg(top.next++);
-        if (arg->get_arity() != 0 && uses[arg]++ == 0) stack.push_back({arg});
+        if (arg->get_arity() == 0) {
+          taken.insert(arg->get_symbol()->get_name());
+        } else if (uses[arg]++ == 0) {
+          stack.push_back({arg});
+        }
       } else {
         post_order.push_back(top.term);
         stack.pop_back();
       }
     }
+  }
+
+  /// A name that no constant of the term has.
+  std::string fresh_name() {
+    std::string name;
+    do {
+      name = ".s" + std::to_string(++counter);
+    } while (taken.contains(name));
+    return name;
   }
 
   std::string print(const Term* root) {
@@ -143,6 +167,8 @@ class Printer {
   std::unordered_map<const Term*, std::size_t> uses;
   std::unordered_map<const Term*, std::string> names;
   std::vector<const Term*> post_order;
+  std::unordered_set<std::string> taken;  // names of constants
+  std::size_t counter = 0;
   std::size_t bindings = 0;
   std::string text;
 };

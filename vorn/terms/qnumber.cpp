@@ -119,7 +119,8 @@ QNumber QNumber::from_string(std::string_view text, int base) {
     const std::string body(digits.substr(minus ? 1 : 0));
     mpz_class value;
     // GMP would accept a sign, blanks and base prefixes of its own.
-    const bool plain = body.find_first_of("+- \t\n\r\v\f") == std::string::npos;
+    const bool plain = body.find_first_of("+- \t\n\r\v\f") == std::string::npos &&
+                       body.find('\0') == std::string::npos;
     if (body.empty() || !plain || value.set_str(body, base) != 0) throw fail();
     return minus ? mpz_class(-value) : value;
   };
@@ -133,7 +134,7 @@ QNumber QNumber::from_string(std::string_view text, int base) {
   if (point == std::string_view::npos) return from_mpz(read(text, true));
 
   const std::string_view fraction = text.substr(point + 1);
-  if (fraction.empty() || point == 0) throw fail();
+  if (fraction.empty() || point == 0 || text.substr(0, point) == "-") throw fail();
   const std::string digits = std::string(text.substr(0, point)) + std::string(fraction);
   mpz_class scale;
   mpz_ui_pow_ui(scale.get_mpz_t(), 10, fraction.size());
@@ -390,6 +391,15 @@ QNumber QNumber::neg() const {
     result.num = -result.num;
   }
   return result;
+}
+
+bool operator==(const QNumber& a, const QNumber& b) {
+  // In lowest terms equal numbers have equal parts.
+  if (!a.is_big() && !b.is_big()) return a.num == b.num && a.den == b.den;
+  if (a.is_big() && b.is_big()) return a.big->num == b.big->num && a.big->den == b.big->den;
+  const QNumber& small = a.is_big() ? b : a;
+  const QNumber& large = a.is_big() ? a : b;
+  return large.big->num == small.num && large.big->den == small.den;
 }
 
 std::strong_ordering operator<=>(const QNumber& a, const QNumber& b) {

@@ -33,7 +33,12 @@ class VORN_EXPORT QNumber {
 
   QNumber() noexcept : num(0), den(1) {}
   /// The integer `value`; -2^63 takes the big form.
-  QNumber(std::int64_t value);  // NOLINT(google-explicit-constructor): integers are numbers
+  QNumber(std::int64_t value);
+  QNumber(int value) : num(value), den(1) {}
+  QNumber(unsigned value) : num(value), den(1) {}
+  // Other arithmetic types would be narrowed without a word.
+  QNumber(double value) = delete;
+  QNumber(std::uint64_t value) = delete;
   /// The fraction `numerator / denominator`, normalised. Small when both fit an `int`, big
   /// otherwise. The denominator must not be zero.
   QNumber(const mpz_class& numerator, const mpz_class& denominator);
@@ -43,7 +48,7 @@ class VORN_EXPORT QNumber {
 
   /// Copies the value. The target's form wins: a big target stays big.
   QNumber& operator=(const QNumber& other);
-  QNumber& operator=(QNumber&& other) {
+  QNumber& operator=(QNumber&& other) noexcept {
     if (is_big() && !other.is_big()) return *this = static_cast<const QNumber&>(other);
     swap(other);
     return *this;
@@ -93,7 +98,7 @@ class VORN_EXPORT QNumber {
   void normalize();
 
   friend VORN_EXPORT std::strong_ordering operator<=>(const QNumber& a, const QNumber& b);
-  friend bool operator==(const QNumber& a, const QNumber& b) { return (a <=> b) == 0; }
+  friend VORN_EXPORT bool operator==(const QNumber& a, const QNumber& b);
 
   /// Scratch integers of the GMP paths.
   static std::array<mpz_class, 4> gmp_tmp;

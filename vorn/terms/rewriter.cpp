@@ -200,29 +200,50 @@ const Term* Rewriter::if_then_else(const Term* c, const Term* a, const Term* b) 
 // Bit-vectors ---------------------------------------------------------------------------------
 
 const Term* Rewriter::extract(std::size_t msb, std::size_t lsb, const Term* t) {
-  if (lsb == 0 && msb + 1 == width_of(t)) return t;
-  switch (t->get_tag()) {
-    case T::bv_extract: {
-      const std::size_t base = t->get_symbol()->get_indices()[1];
-      return mgr.make_bv_extract(base + msb, base + lsb, t->get_arg(0));
+  // Steps down to the part that holds the bits in a loop: compositions may be nested very deep.
+  const Term* const whole = t;
+  for (;;) {
+    if (lsb == 0 && msb + 1 == width_of(t)) return t;
+    const Term* part = nullptr;
+    std::size_t offset = 0;  // of the part within t
+    switch (t->get_tag()) {
+      case T::bv_extract:
+        part = t->get_arg(0);
+        msb += t->get_symbol()->get_indices()[1];
+        lsb += t->get_symbol()->get_indices()[1];
+        break;
+      case T::bv_concat: {
+        const std::size_t low = width_of(t->get_arg(1));
+        if (msb < low) part = t->get_arg(1);
+        if (lsb >= low) {
+          part = t->get_arg(0);
+          offset = low;
+        }
+        break;
+      }
+      case T::bv_zero_extend:
+      case T::bv_sign_extend: {
+        const Term* inner = t->get_arg(0);
+        const std::size_t width = width_of(inner);
+        if (msb < width) part = inner;
+        if (lsb < width) break;
+        if (t->get_tag() == T::bv_zero_extend) return mgr.make_bv_number(0, msb - lsb + 1);
+        if (msb > lsb) {
+          const Term* top = mgr.make_bv_extract(width - 1, width - 1, inner);
+          return mgr.make_bv_sign_extend(msb - lsb, top);
+        }
+        part = inner;
+        msb = lsb = width - 1;
+        break;
+      }
+      default:
+        break;
     }
-    case T::bv_concat: {
-      const std::size_t low = width_of(t->get_arg(1));
-      if (lsb >= low) return mgr.make_bv_extract(msb - low, lsb - low, t->get_arg(0));
-      if (msb < low) return mgr.make_bv_extract(msb, lsb, t->get_arg(1));
-      return nullptr;
-    }
-    case T::bv_zero_extend:
-    case T::bv_sign_extend: {
-      const Term* inner = t->get_arg(0);
-      const std::size_t width = width_of(inner);
-      if (msb < width) return mgr.make_bv_extract(msb, lsb, inner);
-      if (lsb < width) return nullptr;
-      if (t->get_tag() == T::bv_zero_extend) return mgr.make_bv_number(0, msb - lsb + 1);
-      return mgr.make_bv_sign_extend(msb - lsb, mgr.make_bv_extract(width - 1, width - 1, inner));
-    }
-    default:
-      return nullptr;
+    // At the end of the way down: fold a literal, or extract from where the walk stopped.
+    if (part == nullptr) return t == whole ? nullptr : mgr.make_bv_extract(msb, lsb, t);
+    t = part;
+    msb -= offset;
+    lsb -= offset;
   }
 }
 

@@ -66,10 +66,18 @@ TermManager::~TermManager() = default;
 
 // Sorts ---------------------------------------------------------------------------------------
 
+std::uint64_t TermManager::type_key(DataType::Kind kind, std::size_t w0, std::size_t w1) {
+  return (static_cast<std::uint64_t>(kind) << 60) | (static_cast<std::uint64_t>(w0) << 30) |
+         static_cast<std::uint64_t>(w1);
+}
+
+bool TermManager::owns(const DataType* type) const {
+  const auto entry = type_table.find(type_key(type->kind, type->widths[0], type->widths[1]));
+  return entry != type_table.end() && entry->second == type;
+}
+
 const DataType* TermManager::intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1) {
-  const std::uint64_t key = (static_cast<std::uint64_t>(kind) << 60) |
-                            (static_cast<std::uint64_t>(w0) << 30) | static_cast<std::uint64_t>(w1);
-  const DataType*& entry = type_table[key];
+  const DataType*& entry = type_table[type_key(kind, w0, w1)];
   if (entry == nullptr) {
     types.push_back(DataType(kind, static_cast<std::uint32_t>(w0), static_cast<std::uint32_t>(w1)));
     entry = &types.back();
@@ -86,11 +94,11 @@ const DataType* TermManager::get_bv_type(std::size_t width) {
 }
 
 const DataType* TermManager::get_fp_type(std::size_t e, std::size_t m) {
-  if (e < 1 || m < 1 || e > kMaxWidth || m > kMaxWidth || 1 + e + m > kMaxWidth) {
+  if (e < 2 || m < 1 || e > kMaxWidth || m > kMaxWidth || 1 + e + m > kMaxWidth) {
     throw std::invalid_argument("a floating-point sort with exponent width " + std::to_string(e) +
                                 " and significand width " + std::to_string(m) +
-                                " (hidden bit not counted): both must be at least 1, and no more "
-                                "than " +
+                                " (hidden bit not counted): they must be at least 2 and 1, and no "
+                                "more than " +
                                 std::to_string(kMaxWidth) + " bits with the sign");
   }
   return intern_type(DataType::Kind::floating_point, e, m);
@@ -125,6 +133,12 @@ const Symbol* TermManager::intern_symbol(SymbolTag::tag tag, std::uint64_t arity
 }
 
 const Symbol* TermManager::make_unique_symbol(const std::string& name, const DataType* type) {
+  if (name.find_first_of("|\\") != std::string::npos) {
+    throw std::invalid_argument("a symbol cannot hold a bar or a backslash: " + name);
+  }
+  if (type == nullptr || !owns(type)) {
+    throw std::invalid_argument("the sort of symbol " + name + " is not one of this manager's");
+  }
   std::string unique = name;
   auto [entry, fresh] = names.try_emplace(unique, 1);
   std::uint64_t& next_suffix = entry->second;
@@ -196,7 +210,9 @@ const Term* TermManager::rebuild(const Term* t, std::span<const Term* const> arg
     same_sorts = args[i]->get_type() == t->get_arg(i)->get_type();
   }
   if (!same_sorts) {
-    throw std::invalid_argument("a term can only be rebuilt on arguments of the same sorts");
+    const Operation* operation = find_operation(t->get_tag());
+    throw std::invalid_argument(std::string(operation != nullptr ? operation->name : "a constant") +
+                                ": can only be rebuilt on arguments of the same sorts");
   }
   if (args.empty()) return t;
   return build(t->get_tag(), t->get_type(), args, t->get_symbol()->get_indices());

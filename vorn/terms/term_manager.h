@@ -46,7 +46,7 @@ class VORN_EXPORT TermManager {
   const DataType* get_bool_type() const { return bool_type; }
   const DataType* get_fprounding_type() const { return rounding_type; }
   const DataType* get_bv_type(std::size_t width);
-  /// Exponent width e >= 1, significand width m >= 1 without the hidden bit.
+  /// Exponent width e >= 2, significand width m >= 1 without the hidden bit.
   const DataType* get_fp_type(std::size_t e, std::size_t m);
 
   bool is_bool_type(const DataType* type) const { return type == bool_type; }
@@ -96,6 +96,9 @@ class VORN_EXPORT TermManager {
   /// The literal of `width` bits with value modulo 2^width; the value must be an integer.
   const Term* make_bv_number(const QNumber& value, std::size_t width);
   const Term* make_bv_number(int value, std::size_t width);
+  const Term* make_bv_number(std::int64_t value, std::size_t width) {
+    return make_bv_number(QNumber(value), width);
+  }
   /// Bits msb down to lsb of t: msb - lsb + 1 bits.
   const Term* make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t);
   /// a above b.
@@ -218,6 +221,8 @@ class VORN_EXPORT TermManager {
     std::size_t operator()(const NumberKey& key) const noexcept;
   };
   // Sorts and symbols
+  static std::uint64_t type_key(DataType::Kind kind, std::size_t w0, std::size_t w1);
+  bool owns(const DataType* type) const;
   const DataType* intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1);
   const Symbol* intern_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
                               const Symbol::Indices& indices);
@@ -272,7 +277,6 @@ class VORN_EXPORT TermManager {
   std::vector<std::unique_ptr<std::byte[]>> chunks;  // storage of terms
   std::byte* chunk_free = nullptr;
   std::size_t chunk_left = 0;
-  std::size_t chunk_bytes = 0;
   std::vector<const Term*> term_table;  // open addressing, a power of two
   std::size_t table_count = 0;
   std::uint64_t next_id = 0;

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -40,11 +41,12 @@ inline constexpr std::array<std::uint64_t, 28> kBucketCounts = {
     86387383, 172775299, 345550609, 691101253, 1382202559, 2764405229, 4294867387};
 
 /// Map from `Key` to the rest of `Value`, a pair from which `GetKey` takes the key.
-/// Pairs must be trivially copyable: nodes are recycled without running destructors.
+/// Nodes are recycled without running destructors.
 template <typename Value, typename GetKey, typename Key, typename Hash = hash<Key>,
           typename Equal = std::equal_to<Key>>
 class Hashtable {
-  static_assert(std::is_trivially_destructible_v<Value>);
+  static_assert(std::is_trivially_destructible_v<Value> &&
+                std::is_nothrow_copy_constructible_v<Value>);
 
  public:
   struct Node {
@@ -143,8 +145,8 @@ class Hashtable {
         }
       }
     }
-    if (renew_buckets) std::vector<Node*>(buckets.size(), nullptr).swap(buckets);
     count = 0;
+    if (renew_buckets) std::vector<Node*>(buckets.size(), nullptr).swap(buckets);
   }
 
   std::uint64_t size() const noexcept { return count; }

@@ -7,6 +7,7 @@
 #ifndef VORN_UTILS_MEMORY_POOL_H
 #define VORN_UTILS_MEMORY_POOL_H
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -43,10 +44,7 @@ class MemoryPool {
   }
 
   /// Gives back a block that `allocate` returned.
-  void release(void* node) noexcept {
-    next_of(node) = free;
-    free = node;
-  }
+  void release(void* node) noexcept { free = ::new (node) void*(free); }
 
   /// Allocates one chunk and returns its first block; the blocks of the chunk are linked in address
   /// order, the last one to null. Throws std::bad_alloc and changes nothing when memory is short.
@@ -73,7 +71,10 @@ class MemoryPool {
   std::uint64_t get_chunk_nodes() const noexcept { return chunk_nodes; }
 
   /// Sets the size of the next chunk in blocks (at least 1).
-  void set_chunk_nodes(std::uint64_t n) noexcept { chunk_nodes = n; }
+  void set_chunk_nodes(std::uint64_t n) noexcept {
+    assert(n > 0);
+    chunk_nodes = n;
+  }
 
  private:
   static constexpr std::size_t kHeader = sizeof(void*);  // link to the chunk allocated before

@@ -1,0 +1,9 @@
+; Addition commutes, in every mode.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 5 11))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (not (= (fp.add r x y) (fp.add r y x))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,12 @@
+; Rounding is monotone: so is addition of a constant.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(declare-const z F)
+(assert (fp.leq x y))
+(assert (not (or (fp.isNaN (fp.add r x z)) (fp.isNaN (fp.add r y z)))))
+(assert (not (fp.leq (fp.add r x z) (fp.add r y z))))
+(set-info :status unsat)
+(check-sat)

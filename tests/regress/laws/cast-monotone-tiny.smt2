@@ -1,0 +1,10 @@
+; Rounding is monotone: so is a cast to a narrower format.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (fp.leq x y))
+(assert (not (fp.leq ((_ to_fp 2 3) r x) ((_ to_fp 2 3) r y))))
+(set-info :status unsat)
+(check-sat)

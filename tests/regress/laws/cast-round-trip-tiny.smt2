@@ -1,0 +1,9 @@
+; A cast to a wider format and back is the identity.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const q RoundingMode)
+(declare-const x F)
+(assert (not (= ((_ to_fp 3 4) q ((_ to_fp 4 7) r x)) x)))
+(set-info :status unsat)
+(check-sat)

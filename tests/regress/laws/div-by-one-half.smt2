@@ -1,0 +1,8 @@
+; A quotient by one is the dividend.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 5 11))
+(declare-const r RoundingMode)
+(declare-const x F)
+(assert (not (= (fp.div r x ((_ to_fp 5 11) RNE 1)) x)))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,8 @@
+; A quotient by one is the dividend.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 8 24))
+(declare-const r RoundingMode)
+(declare-const x F)
+(assert (not (= (fp.div r x ((_ to_fp 8 24) RNE 1)) x)))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,10 @@
+; In the modes that treat signs alike, so does division.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (or (= r RNE) (= r RNA) (= r RTZ)))
+(assert (not (= (fp.div r x (fp.neg y)) (fp.neg (fp.div r x y)))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,10 @@
+; The order is total on numbers.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 8 24))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (not (or (fp.isNaN x) (fp.isNaN y))))
+(assert (not (or (fp.leq x y) (fp.leq y x))))
+(set-info :status unsat)
+(check-sat)

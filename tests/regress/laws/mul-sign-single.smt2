@@ -1,0 +1,10 @@
+; In the modes that treat signs alike, so does multiplication.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 8 24))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (or (= r RNE) (= r RNA) (= r RTZ)))
+(assert (not (= (fp.mul r (fp.neg x) y) (fp.neg (fp.mul r x y)))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,8 @@
+; 2x = x + x, zeros and infinities included.
+(set-logic QF_FP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(assert (not (= (fp.mul r ((_ to_fp 3 4) RNE 2) x) (fp.add r x x))))
+(set-info :status unsat)
+(check-sat)
