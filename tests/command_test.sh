@@ -27,7 +27,7 @@ check() {
 
 script() { printf '%b' "$2" >"$dir/$1"; }
 
-check help 0 'Usage: vorn' '^$' "$vorn" --help
+check help 0 'Usage: vorn.*--encoder NAME:\{ieee,base\}' '^$' "$vorn" --help
 check version 0 '^vorn [0-9]+\.[0-9]+\.[0-9]+$' '^$' "$vorn" --version
 check no_file 2 '^$' 'no file given' "$vorn"
 check unknown_option 2 '^$' 'wrong' "$vorn" --wrong
@@ -63,6 +63,34 @@ script beyond.smt2 '(declare-const x Float32)\n(assert (fp.isNormal (fp.sqrt RNE
 check beyond_the_command 1 '^$' 'beyond.smt2:2:[0-9]+: error: fp\.(isNormal|sqrt) is not supported' "$vorn" "$dir/beyond.smt2"
 script logic.smt2 '(set-logic QF_FP)\n(echo "done")\n(exit)\n(check-sat)\n'
 check exit_ends_the_script 0 '^"done"$' '^$' "$vorn" "$dir/logic.smt2"
+
+# vorn eval: one answer a line.
+printf '%s\n' 'add rne 8 23 3f800000 3f800000' 'mul rtz 8 23 7f7fffff 40000000' \
+  'from_sbv rne 8 8 23 80' 'add rne 8 23 80000000 80000000' 'cast rne 8 23 11 52 00000001' \
+  'mul rne 5 2 01 3c' 'add rna 8 23 3f800000 33800000' 'neg 8 23 7fc00000' 'isnan 8 23 7fc00000' \
+  'lt 8 23 80000001 80000000' 'eq 5 10 0000 8000' >"$dir/lines"
+check eval_exact 0 $'^40000000\n7f7fffff\nc3000000\n80000000\n36a0000000000000\n01\n3f800001\nffc00000\n1\n1\n1$' \
+  '^$' bash -c "'$vorn' eval <'$dir/lines'"
+check eval_base 0 $'^40000000\n7f7fffff\nc3000000\n00000000\n0000000020000000\n01\nerror: .*Away.*\nffc00000\n1\n1\n1$' \
+  '^$' bash -c "'$vorn' eval --encoder base <'$dir/lines'"
+printf '%s\n' '' 'frob 1' 'add rne 8 23 1' 'add rne 8 23 1 zz' 'add rne 8 23 100000000 1' \
+  'add foo 8 23 1 1' 'add rne 1 23 1 1' 'add rne 8 0 1 1' 'add rne 8 99999999 1 1' \
+  'from_ubv rne 0 8 23 0' 'neg 8 23 00000000' >"$dir/bad"
+check eval_bad_lines 0 "^(error: [^"$'\n'"]+"$'\n'"){10}80000000$" '^$' bash -c "'$vorn' eval <'$dir/bad'"
+echo 'mul rne 8 1 3f 3f' >"$dir/narrow"
+check eval_unsupported_format 0 '^error: not supported by this encoder' '^$' \
+  bash -c "'$vorn' eval --encoder base <'$dir/narrow'"
+# An answer comes before the next line is written.
+check eval_streams 0 '^40000000 80000000$' '^$' bash -c "coproc '$vorn' eval
+  echo 'add rne 8 23 3f800000 3f800000' >&\${COPROC[1]}; read -r -t 20 first <&\${COPROC[0]}
+  echo 'neg 8 23 0' >&\${COPROC[1]}; read -r -t 20 second <&\${COPROC[0]}; echo \"\$first \$second\""
+
+script refused.smt2 '(declare-const x Float32)\n(assert (fp.isNaN (fp.add RNA x x)))\n'
+check base_refuses_ties_to_away 1 '^$' 'refused.smt2:2:[0-9]+: error: .*roundNearestTiesToAway' \
+  "$vorn" --encoder base "$dir/refused.smt2"
+script narrow.smt2 '(declare-const x (_ FloatingPoint 8 2))\n(assert (fp.isNaN (fp.mul RNE x x)))\n'
+check base_refuses_a_format 1 '^$' 'narrow.smt2:2:[0-9]+: error: fp.mul on \(_ FloatingPoint 8 2\) is not supported' \
+  "$vorn" --encoder base "$dir/narrow.smt2"
 
 awk 'BEGIN { print "(declare-const x Bool)"; printf "(assert "; for (i = 0; i < 100000; i++) printf "(not ";
   printf "x"; for (i = 0; i < 100000; i++) printf ")"; print ")\n(check-sat)" }' >"$dir/deep.smt2"

@@ -23,7 +23,7 @@
 namespace vorn::tools {
 namespace {
 
-constexpr std::uint64_t kTermsOfASession = 1U << 18U;
+constexpr std::uint64_t kTermsOfASession = 1U << 16U;
 
 /// The words of a line, read as its operation asks for them.
 struct Request {

@@ -1,7 +1,6 @@
 // The command `vorn`: options and subcommands.
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
 #include <string>
 
 #include "tools/eval.h"
@@ -11,12 +10,15 @@ namespace {
 
 void add_encoder_option(CLI::App& app, vorn::solver::EncoderKind& kind) {
   using vorn::solver::EncoderKind;
-  app.add_option("--encoder", kind,
-                 "circuits for floating point: ieee (exact, the default) or base (departs from "
-                 "IEEE 754 where it rounds)")
-      ->transform(CLI::CheckedTransformer(std::map<std::string, EncoderKind>{
-          {"ieee", EncoderKind::ieee}, {"base", EncoderKind::base}}))
-      ->type_name("ieee|base");
+  app.add_option_function<std::string>(
+         "--encoder",
+         [&kind](const std::string& name) {
+           kind = name == "base" ? EncoderKind::base : EncoderKind::ieee;
+         },
+         "circuits for floating point: ieee (exact, the default) or base (departs from IEEE 754 "
+         "where it rounds)")
+      ->type_name("NAME")
+      ->check(CLI::IsMember({"ieee", "base"}));
 }
 
 /// Options that `vorn FILE...` and `vorn solve FILE...` share.

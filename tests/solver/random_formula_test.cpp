@@ -114,7 +114,7 @@ bool brute_force(TermManager& mgr, const RandomFormula& names, const Term* formu
 
 TEST(RandomFormula, IsAnsweredAsTryingAllAssignmentsSays) {
   int unsat = 0;
-  for (unsigned seed = 0; seed < 120; ++seed) {
+  for (unsigned seed = 0; seed < 60; ++seed) {
     TermManager mgr;
     RandomFormula random(mgr, seed);
     const Term* formula = random.formula(2);
@@ -127,7 +127,7 @@ TEST(RandomFormula, IsAnsweredAsTryingAllAssignmentsSays) {
         << "seed " << seed << ": " << formula->to_string();
     unsat += satisfiable ? 0 : 1;
   }
-  EXPECT_GT(unsat, 5) << "the formulas should not all be satisfiable";
+  EXPECT_GT(unsat, 3) << "the formulas should not all be satisfiable";
 }
 
 TEST(RandomFormula, IsAnsweredAlikeWithAssertionsOnLevels) {

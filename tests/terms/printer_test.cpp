@@ -163,5 +163,23 @@ TEST_F(Printing, DeepSharingNeedsNoNativeStack) {
   EXPECT_TRUE(text.starts_with("(let ((.s1 (bvadd x x))) (let ((.s2 (bvadd .s1 .s1))) "));
 }
 
+TEST(Printer, TheEmptyNameIsQuoted) {
+  TermManager mgr;
+  const Term* x = mgr.make_constant(mgr.make_unique_symbol("", mgr.get_bool_type()));
+  EXPECT_EQ(x->to_string(), "||");
+}
+
+TEST(Printer, LetBindsNoNameThatAConstantHas) {
+  TermManager mgr(false);
+  const Term* x = mgr.make_constant(mgr.make_unique_symbol(".s1", mgr.get_bv_type(4)));
+  const Term* shared = mgr.make_bv_not(x);
+  EXPECT_EQ(mgr.make_bv_add(mgr.make_bv_add(shared, x), shared)->to_string(),
+            "(let ((.s2 (bvnot .s1))) (bvadd (bvadd .s2 .s1) .s2))");
+}
+
+TEST(Printer, CommandNamesAreQuoted) {
+  EXPECT_EQ(quote_symbol("assert"), "|assert|");
+}
+
 }  // namespace
 }  // namespace vorn

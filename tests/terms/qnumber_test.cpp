@@ -557,5 +557,10 @@ TEST(QNumber, RandomProgramsComputeTheRationalsThatGmpDoes) {
   ASSERT_TRUE(holds);
 }
 
+TEST(QNumber, RefusesTextWithAnythingBehindTheNumber) {
+  EXPECT_THROW(QNumber::from_string(std::string_view("12\0junk", 7)), std::invalid_argument);
+  EXPECT_THROW(QNumber::from_string("-.5"), std::invalid_argument);
+}
+
 }  // namespace
 }  // namespace vorn

@@ -758,5 +758,22 @@ TEST_F(Rules, ComparisonsOfEqualsAndWithExtremes) {
   EXPECT_EQ(mgr.make_bv_comp(mgr.make_bv_number(0, 1), bit), mgr.make_bv_not(bit));
 }
 
+TEST(Rewriter, ExtractionFromDeepCompositionsNeedsNoNativeStack) {
+  TermManager mgr;
+  const Term* x = mgr.make_constant(mgr.make_unique_symbol("x", mgr.get_bv_type(1)));
+  const Term* left = x;
+  const Term* right = x;
+  const Term* extended = x;
+  constexpr std::size_t kDepth = 200'000;
+  for (std::size_t i = 0; i < kDepth; ++i) {
+    left = mgr.make_bv_concat(left, x);
+    right = mgr.make_bv_concat(x, right);
+    extended = mgr.make_bv_sign_extend(1, mgr.make_bv_concat(extended, x));
+  }
+  EXPECT_EQ(mgr.make_bv_extract(kDepth, kDepth, left), x);
+  EXPECT_EQ(mgr.make_bv_extract(0, 0, right), x);
+  EXPECT_EQ(mgr.make_bv_extract(2 * kDepth, 2 * kDepth, extended), x);
+}
+
 }  // namespace
 }  // namespace vorn

@@ -346,5 +346,18 @@ TEST(TermManager, OtherSymbolsAreNoRoundingModes) {
   EXPECT_FALSE(mgr.is_fprounding(other.make_fprounding_even()->get_symbol(), nullptr));
 }
 
+TEST(TermManager, RefusesSymbolsThatCannotBeWritten) {
+  TermManager mgr;
+  EXPECT_THROW(mgr.make_unique_symbol("a|b", mgr.get_bool_type()), std::invalid_argument);
+  EXPECT_THROW(mgr.make_unique_symbol("a\\b", mgr.get_bool_type()), std::invalid_argument);
+}
+
+TEST(TermManager, RefusesSymbolsOfAForeignSort) {
+  TermManager mgr;
+  TermManager other;
+  EXPECT_THROW(mgr.make_unique_symbol("a", other.get_bool_type()), std::invalid_argument);
+  EXPECT_THROW(mgr.make_unique_symbol("a", nullptr), std::invalid_argument);
+}
+
 }  // namespace
 }  // namespace vorn
