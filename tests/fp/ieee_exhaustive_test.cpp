@@ -169,11 +169,8 @@ std::string format_name(const testing::TestParamInfo<IEEEFloat::format>& info) {
 INSTANTIATE_TEST_SUITE_P(Ieee, SmallFormat, testing::ValuesIn(kSmall), format_name);
 INSTANTIATE_TEST_SUITE_P(Ieee, TinyFormat, testing::ValuesIn(kSmall, kSmall + 5), format_name);
 
-class LargeFormat : public testing::TestWithParam<IEEEFloat::format> {};
-
-TEST_P(LargeFormat, ArithmeticIsCorrectOnBoundaryAndRandomOperands) {
-  constexpr int kRounds = 26;  // of 512 cases for each operation, mode and format: a million in all
-  const IEEEFloat::format f = GetParam();
+/// Compares add, sub, mul and div in every mode on `rounds` times 512 operand pairs each.
+void check_random_arithmetic(IEEEFloat::format f, int rounds) {
   const IEEEFloat::format sorts[] = {f, f};
   oracle::RandomOperands random(f.width());
   std::vector<Bits> x(OperationCircuit::kLanes);
@@ -181,7 +178,7 @@ TEST_P(LargeFormat, ArithmeticIsCorrectOnBoundaryAndRandomOperands) {
   for (const Binary& op : kArithmetic) {
     for (const RoundingMode rm : oracle::kAllModes) {
       auto circuit = OperationCircuit::make<IeeeBvEncoder>(op.build, sorts, f, mode_of(rm));
-      for (int round = 0; round < kRounds; ++round) {
+      for (int round = 0; round < rounds; ++round) {
         for (std::size_t lane = 0; lane < x.size(); ++lane) {
           x[lane] = random.float_pattern(plain(f));
           y[lane] = random.partner(plain(f), x[lane]);
@@ -197,6 +194,12 @@ TEST_P(LargeFormat, ArithmeticIsCorrectOnBoundaryAndRandomOperands) {
       }
     }
   }
+}
+
+class LargeFormat : public testing::TestWithParam<IEEEFloat::format> {};
+
+TEST_P(LargeFormat, ArithmeticIsCorrectOnBoundaryAndRandomOperands) {
+  check_random_arithmetic(GetParam(), 26);  // a million cases over the four formats
 }
 
 TEST_P(LargeFormat, CastsAreCorrectOnBoundaryAndRandomOperands) {
@@ -253,27 +256,7 @@ INSTANTIATE_TEST_SUITE_P(Ieee, LargeFormat, testing::ValuesIn(kLarge), format_na
 class OddFormat : public testing::TestWithParam<IEEEFloat::format> {};
 
 TEST_P(OddFormat, ArithmeticIsCorrectOnBoundaryAndRandomOperands) {
-  const IEEEFloat::format f = GetParam();
-  const IEEEFloat::format sorts[] = {f, f};
-  oracle::RandomOperands random(f.width() + 3);
-  for (const Binary& op : kArithmetic) {
-    for (const RoundingMode rm : oracle::kAllModes) {
-      auto circuit = OperationCircuit::make<IeeeBvEncoder>(op.build, sorts, f, mode_of(rm));
-      std::vector<Bits> x(OperationCircuit::kLanes);
-      std::vector<Bits> y(OperationCircuit::kLanes);
-      for (std::size_t lane = 0; lane < x.size(); ++lane) {
-        x[lane] = random.float_pattern(plain(f));
-        y[lane] = random.partner(plain(f), x[lane]);
-        circuit.set_operand(0, lane, x[lane]);
-        circuit.set_operand(1, lane, y[lane]);
-      }
-      circuit.run();
-      for (std::size_t lane = 0; lane < x.size(); ++lane) {
-        ASSERT_EQ(circuit.result(lane), op.expected(rm, plain(f), x[lane], y[lane]))
-            << op.name << " " << x[lane].get_str(16) << " " << y[lane].get_str(16);
-      }
-    }
-  }
+  check_random_arithmetic(GetParam(), 1);
 }
 
 // Exponents wider than significands, significands much wider than exponents, one fraction bit.

@@ -275,6 +275,7 @@ class VORN_EXPORT FpBvEncoder {
   const Term* bv(std::uint64_t value, std::size_t width);
   const Term* bv_signed(const QNumber& value, std::size_t width);
   std::size_t width_of(const Term* t) const;
+  void enc_test_fields(const Term* t, format fmt, const Term** at_max, const Term** no_fraction);
   const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
   /// ite(c[0], v[0], ite(c[1], v[1], ... v[n-1])).
   const Term* enc_ite_chain(const std::vector<const Term*>& conds,

@@ -50,24 +50,30 @@ const Term* FpBvEncoder::enc_get_mantissa(const Term* t, format fmt, bool with_h
   return mgr.make_bv_concat(hidden, significand);
 }
 
-const Term* FpBvEncoder::enc_is_nan(const Term* t, format fmt) {
+/// One bit each: whether the exponent field is all ones, whether the fraction is zero.
+void FpBvEncoder::enc_test_fields(const Term* t, format fmt, const Term** at_max,
+                                  const Term** no_fraction) {
   TermManager& mgr = *dst_mgr;
   const Term* x = enc_get_exponent(t, fmt, false);
   const Term* significand = enc_get_mantissa(t, fmt, false);
   const Term* max = mgr.make_bv_number(fmt.max_exponent(), fmt.e);
   const Term* zero = mgr.make_bv_number(0, fmt.m);
-  const Term* at_max = mgr.make_bv_comp(x, max);
-  return mgr.make_bv_and(at_max, mgr.make_bv_not(mgr.make_bv_comp(significand, zero)));
+  *at_max = mgr.make_bv_comp(x, max);
+  *no_fraction = mgr.make_bv_comp(significand, zero);
+}
+
+const Term* FpBvEncoder::enc_is_nan(const Term* t, format fmt) {
+  const Term* at_max = nullptr;
+  const Term* no_fraction = nullptr;
+  enc_test_fields(t, fmt, &at_max, &no_fraction);
+  return dst_mgr->make_bv_and(at_max, dst_mgr->make_bv_not(no_fraction));
 }
 
 const Term* FpBvEncoder::enc_is_inf(const Term* t, format fmt) {
-  TermManager& mgr = *dst_mgr;
-  const Term* x = enc_get_exponent(t, fmt, false);
-  const Term* significand = enc_get_mantissa(t, fmt, false);
-  const Term* max = mgr.make_bv_number(fmt.max_exponent(), fmt.e);
-  const Term* zero = mgr.make_bv_number(0, fmt.m);
-  const Term* at_max = mgr.make_bv_comp(x, max);
-  return mgr.make_bv_and(at_max, mgr.make_bv_comp(significand, zero));
+  const Term* at_max = nullptr;
+  const Term* no_fraction = nullptr;
+  enc_test_fields(t, fmt, &at_max, &no_fraction);
+  return dst_mgr->make_bv_and(at_max, no_fraction);
 }
 
 const Term* FpBvEncoder::enc_is_zero(const Term* t, format fmt) {
