@@ -1,0 +1,10 @@
+; Addition is not associative, not even for numbers from 1 to 2.
+(set-logic QF_FP)
+(define-fun small ((v Float32)) Bool (fp.leq ((_ to_fp 8 24) RNE 1) v ((_ to_fp 8 24) RNE 2)))
+(declare-const x Float32)
+(declare-const y Float32)
+(declare-const z Float32)
+(assert (and (small x) (small y) (small z)))
+(assert (distinct (fp.add RNE (fp.add RNE x y) z) (fp.add RNE x (fp.add RNE y z))))
+(set-info :status sat)
+(check-sat)

@@ -1,0 +1,10 @@
+; Interval arithmetic: rounding down and up encloses the rounded sum, whatever its mode.
+(set-logic QF_FP)
+(declare-const r RoundingMode)
+(declare-const x Float32)
+(declare-const y Float32)
+(define-fun sum () Float32 (fp.add r x y))
+(assert (not (fp.isNaN sum)))
+(assert (not (fp.leq (fp.add RTN x y) sum (fp.add RTP x y))))
+(set-info :status unsat)
+(check-sat)
