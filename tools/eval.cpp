@@ -117,7 +117,7 @@ QNumber pattern(std::string_view word, std::size_t bits) {
   if (word.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
     throw std::invalid_argument(fmt::format("'{}' is no hexadecimal number", word));
   }
-  const QNumber value = QNumber::from_string(word, 16);
+  QNumber value = QNumber::from_string(word, 16);
   if (BVNumber::bit_length(value) > bits) {
     throw std::invalid_argument(fmt::format("'{}' has more than {} bits", word, bits));
   }

@@ -26,7 +26,10 @@ if [[ ! -f $build/build.ninja ]]; then
   [[ $target == vorn_command ]] || options=(-DVORN_BUILD_TESTS=ON -DVORN_BUILD_BENCH=ON)
   (cd "$root" && cmake --preset "$preset" "${options[@]}") >&2
 fi
-if ! ninja -C "$build" -n "$target" | grep -q 'no work to do'; then
+# Ninja looks for new source files first, which says nothing about work: count the steps after that.
+if ninja -C "$build" -n "$target" | grep -qE '^\[[0-9]+/[0-9]+\] (Building|Linking|Re-running)'; then
   echo "building $target ($preset)" >&2
   ninja -C "$build" "$target" >&2
+else
+  ninja -C "$build" --quiet "$target" >&2
 fi

@@ -1,5 +1,7 @@
 // The command `vorn`: options and subcommands.
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
 #include <iostream>
 #include <string>
 
@@ -32,9 +34,7 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
   app.add_flag("--verbose", options.verbose, "report progress on standard error");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app("Vorn decides SMT-LIB 2.6 scripts over floating-point and bit-vector terms.",
                "vorn");
   app.set_version_flag("--version", std::string("vorn ") + VORN_VERSION);
@@ -63,4 +63,15 @@ int main(int argc, char** argv) {
     return vorn::tools::kUsageError;
   }
   return vorn::tools::solve(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "vorn: error: %s\n", error.what());
+    return vorn::tools::kInputError;
+  }
 }
