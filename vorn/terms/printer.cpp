@@ -69,7 +69,7 @@ std::string fp_literal(const QNumber& bits, std::size_t e, std::size_t m) {
 std::string operator_name(const Symbol* symbol) {
   const Operation* operation = find_operation(symbol->get_tag());
   const Symbol::Indices& i = symbol->get_indices();
-  const std::string name = operation->name;
+  std::string name = operation->name;
   switch (operation->name_indices) {
     case NameIndices::none:
       return name;

@@ -261,7 +261,7 @@ Term* TermManager::allocate_term(const Symbol* symbol, std::span<const Term* con
 }
 
 std::size_t TermManager::get_term_bytes() const {
-  return chunks.size() * kChunkBytes - chunk_left + term_table.size() * sizeof(const Term*);
+  return chunks.size() * kChunkBytes - chunk_left + term_table.size() * sizeof(void*);
 }
 
 }  // namespace vorn
