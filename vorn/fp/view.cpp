@@ -16,7 +16,7 @@ std::size_t FpBvEncoder::width_of(const Term* t) const {
 }
 
 const Term* FpBvEncoder::bv(std::uint64_t value, std::size_t width) {
-  return dst_mgr->make_bv_number(QNumber(static_cast<std::int64_t>(value)), width);
+  return dst_mgr->make_bv_number(static_cast<std::int64_t>(value), width);
 }
 
 const Term* FpBvEncoder::bv_signed(const QNumber& value, std::size_t width) {

@@ -129,7 +129,12 @@ const Term* TermManager::make_bv_number(const QNumber& value, std::size_t width)
 }
 
 const Term* TermManager::make_bv_number(int value, std::size_t width) {
-  return make_bv_number(QNumber(value), width);
+  if ((value != 0 && value != 1) || width == 0 || width >= kCommonWidths) {
+    return make_bv_number(QNumber(value), width);
+  }
+  const Term*& common = common_numbers[static_cast<std::size_t>(value)][width];
+  if (common == nullptr) common = make_bv_number(QNumber(value), width);
+  return common;
 }
 
 const Term* TermManager::make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t) {

@@ -97,6 +97,7 @@ class VORN_EXPORT TermManager {
   const Term* make_bv_number(const QNumber& value, std::size_t width);
   const Term* make_bv_number(int value, std::size_t width);
   const Term* make_bv_number(std::int64_t value, std::size_t width) {
+    if (value == 0 || value == 1) return make_bv_number(static_cast<int>(value), width);
     return make_bv_number(QNumber(value), width);
   }
   /// Bits msb down to lsb of t: msb - lsb + 1 bits.
@@ -274,10 +275,17 @@ class VORN_EXPORT TermManager {
   std::unordered_map<NumberKey, const Term*, NumberKeyHash> number_table;
   std::unordered_map<std::string, std::uint64_t> names;  // taken names, with the next suffix to try
 
+  // What circuits ask for all the time, one step away.
+  static constexpr std::size_t kCommonWidths = 256;
+  std::array<const DataType*, kCommonWidths> common_bv_types = {};
+  std::array<std::array<const Term*, kCommonWidths>, 2> common_numbers = {};  // 0 and 1
+  std::array<const Symbol*, 512> recent_symbols = {};                         // by hash
+
   std::vector<std::unique_ptr<std::byte[]>> chunks;  // storage of terms
   std::byte* chunk_free = nullptr;
   std::size_t chunk_left = 0;
-  std::vector<const Term*> term_table;  // open addressing, a power of two
+  std::vector<const Term*> term_table;     // open addressing, a power of two
+  std::vector<std::uint32_t> term_hashes;  // of the terms in the table
   std::size_t table_count = 0;
   std::uint64_t next_id = 0;
 
