@@ -26,10 +26,12 @@ if [[ ! -f $build/build.ninja ]]; then
   [[ $target == vorn_command ]] || options=(-DVORN_BUILD_TESTS=ON -DVORN_BUILD_BENCH=ON)
   (cd "$root" && cmake --preset "$preset" "${options[@]}") >&2
 fi
-# Ninja looks for new source files first, which says nothing about work: count the steps after that.
-if ninja -C "$build" -n "$target" | grep -qE '^\[[0-9]+/[0-9]+\] (Building|Linking|Re-running)'; then
+# Progress is shown where there are steps to be seen. Ninja looks for new source files first, and a dry
+# run counts that as work, so only real steps count here; without any, ninja has the last word quietly.
+if ninja -C "$build" -n "$target" | grep -qE '^\[[0-9]+/[0-9]+\] (Building|Linking)'; then
   echo "building $target ($preset)" >&2
   ninja -C "$build" "$target" >&2
-else
-  ninja -C "$build" --quiet "$target" >&2
+elif ! output=$(ninja -C "$build" --quiet "$target" 2>&1); then
+  echo "$output" >&2
+  exit 1
 fi
