@@ -7,9 +7,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 preset=$1
 target=$2
 
-packages=(g++ cmake ninja-build libgmp-dev libmpfr-dev libcadical-dev libcli11-dev libfmt-dev)
+packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev)
 if [[ $target != vorn_command ]]; then
-  packages+=(libgtest-dev librapidcheck-dev libbenchmark-dev)
+  packages+=(libmpfr-dev libgtest-dev librapidcheck-dev libbenchmark-dev)
 fi
 "$root/tools/install_packages.sh" "${packages[@]}"
 
