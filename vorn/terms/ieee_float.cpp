@@ -18,6 +18,26 @@ std::size_t bit_count(const mpz_class& x) {
   return mpz_sizeinbase(x.get_mpz_t(), 2);
 }
 
+/// What is left of an integer without its `n` lowest bits, and what they say about rounding.
+struct Cut {
+  mpz_class kept;
+  int half;      // the bits against half a unit of `kept`: -1 below, 0 equal, 1 above
+  bool inexact;  // they are not all zero
+};
+
+/// With `sticky` there is something more below the lowest bit.
+Cut cut_bits(const mpz_class& x, const mpz_class& n, bool sticky) {
+  Cut cut{0, -1, true};
+  if (n > static_cast<unsigned long>(mpz_sizeinbase(x.get_mpz_t(), 2))) return cut;
+  const unsigned long bits = n.get_ui();
+  mpz_fdiv_q_2exp(cut.kept.get_mpz_t(), x.get_mpz_t(), bits);
+  const bool rest = sticky || mpz_scan1(x.get_mpz_t(), 0) < bits - 1;
+  const bool guard = mpz_tstbit(x.get_mpz_t(), bits - 1) != 0;
+  cut.half = !guard ? -1 : rest ? 1 : 0;
+  cut.inexact = guard || rest;
+  return cut;
+}
+
 bool rounds_away(IEEEFloat::rounding_mode rm, bool negative, bool odd, int half, bool inexact) {
   switch (rm) {
     case IEEEFloat::rounding_mode::nearest_even:
@@ -106,20 +126,13 @@ void IEEEFloat::self_round(bool negative, const mpz_class& significand, const mp
   const mpz_class top = log < smallest ? smallest : log;
   const mpz_class cut = top - static_cast<unsigned long>(fmt.m) - exponent;
   mpz_class q;
-  int half = -1;  // what is cut off against half a unit
-  bool inexact = true;
   if (cut <= 0) {
     mpz_mul_2exp(q.get_mpz_t(), significand.get_mpz_t(), mpz_class(-cut).get_ui());
-    inexact = false;
-  } else if (cut <= static_cast<unsigned long>(length)) {
-    const unsigned long n = cut.get_ui();
-    mpz_fdiv_q_2exp(q.get_mpz_t(), significand.get_mpz_t(), n);
-    const bool rest = sticky || mpz_scan1(significand.get_mpz_t(), 0) < n - 1;
-    const bool guard = mpz_tstbit(significand.get_mpz_t(), n - 1) != 0;
-    half = !guard ? -1 : rest ? 1 : 0;
-    inexact = guard || rest;
+  } else {
+    const Cut low = cut_bits(significand, cut, sticky);
+    const bool odd = mpz_odd_p(low.kept.get_mpz_t()) != 0;
+    q = low.kept + (rounds_away(rm, negative, odd, low.half, low.inexact) ? 1 : 0);
   }
-  if (rounds_away(rm, negative, mpz_odd_p(q.get_mpz_t()) != 0, half, inexact)) ++q;
 
   // q is a fraction below a zero exponent field, or 2^m plus a fraction: adding it to the field of
   // the exponent before carries as IEEE patterns are ordered, up to infinity.
@@ -164,6 +177,16 @@ mpz_class IEEEFloat::get_exponent() const {
   const QNumber field = biased_exponent();
   const QNumber exponent = (field.sign() == 0 ? QNumber(1) : field) - fmt.bias();
   return exponent.get_numerator() - static_cast<unsigned long>(fmt.m);
+}
+
+mpz_class IEEEFloat::get_rounded_magnitude(rounding_mode mode) const {
+  const mpz_class exponent = get_exponent();
+  const mpz_class significand = get_significand();
+  if (significand == 0) return significand;
+  if (exponent >= 0) return abs(get_value().get_numerator());
+  const Cut low = cut_bits(significand, -exponent, false);
+  const bool odd = mpz_odd_p(low.kept.get_mpz_t()) != 0;
+  return low.kept + (rounds_away(mode, is_sign_set(), odd, low.half, low.inexact) ? 1 : 0);
 }
 
 QNumber IEEEFloat::get_value() const {

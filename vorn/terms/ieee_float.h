@@ -80,6 +80,9 @@ class VORN_EXPORT IEEEFloat {
   /// The exact value of a finite float, which may take 2^(e-1) bits. Throws std::length_error
   /// beyond a gigabit.
   QNumber get_value() const;
+  /// The magnitude of a finite float rounded to an integer in `mode`, which sees the float's sign.
+  /// Throws std::length_error beyond a gigabit.
+  mpz_class get_rounded_magnitude(rounding_mode mode) const;
 
  private:
   QNumber biased_exponent() const;

@@ -62,9 +62,23 @@ constexpr Operation kOperations[] = {
     {T::fp_isnan, "fp.isNaN", none, 2},
     {T::fp_isinf, "fp.isInfinite", none, 2},
     {T::fp_iszero, "fp.isZero", none, 2},
+    {T::fp_to_sbv, "fp.to_sbv", first, 3},
+    {T::fp_to_ubv, "fp.to_ubv", first, 3},
+    {T::fp_abs, "fp.abs", none, 2},
+    {T::fp_min, "fp.min", none, 2},
+    {T::fp_max, "fp.max", none, 2},
+    {T::fp_sqrt, "fp.sqrt", none, 2},
+    {T::fp_fma, "fp.fma", none, 2},
+    {T::fp_rem, "fp.rem", none, 2},
+    {T::fp_round_to_integral, "fp.roundToIntegral", none, 2},
+    {T::fp_isnormal, "fp.isNormal", none, 2},
+    {T::fp_issubnormal, "fp.isSubnormal", none, 2},
+    {T::fp_isnegative, "fp.isNegative", none, 2},
+    {T::fp_ispositive, "fp.isPositive", none, 2},
+    {T::fp_to_bits, "fp.to_ieee_bv", none, 2},
 };
 
-constexpr std::size_t kTagLimit = 64;
+constexpr std::size_t kTagLimit = 70;
 
 constexpr auto index_by_tag() {
   std::array<const Operation*, kTagLimit> index = {};

@@ -83,6 +83,18 @@ struct SymbolTag {
     fp_isnan = 55,
     fp_isinf = 56,
     fp_iszero = 57,
+    fp_abs = 58,
+    fp_min = 59,
+    fp_max = 60,
+    fp_sqrt = 61,
+    fp_fma = 62,
+    fp_rem = 63,
+    fp_round_to_integral = 64,
+    fp_isnormal = 65,
+    fp_issubnormal = 66,
+    fp_isnegative = 67,
+    fp_ispositive = 68,
+    fp_to_bits = 69,  // a float's bits, of which NaN has one choice
   };
 };
 

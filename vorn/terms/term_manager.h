@@ -172,9 +172,28 @@ class VORN_EXPORT TermManager {
   /// The signed or unsigned integer v in the format (e, m).
   const Term* make_fp_from_sbv(std::size_t e, std::size_t m, const Term* rm, const Term* v);
   const Term* make_fp_from_ubv(std::size_t e, std::size_t m, const Term* rm, const Term* v);
+  /// a as an integer of `width` bits; what an a without a value of that width gives is left open.
+  const Term* make_fp_to_sbv(std::size_t width, const Term* rm, const Term* a);
+  const Term* make_fp_to_ubv(std::size_t width, const Term* rm, const Term* a);
+  /// The 1+e+m bits of a.
+  const Term* make_fp_to_bits(const Term* a);
+  const Term* make_fp_abs(const Term* a);
+  /// Of zeros of opposite sign either is the result.
+  const Term* make_fp_min(const Term* a, const Term* b);
+  const Term* make_fp_max(const Term* a, const Term* b);
+  const Term* make_fp_sqrt(const Term* rm, const Term* a);
+  /// a * b + c, rounded once.
+  const Term* make_fp_fma(const Term* rm, const Term* a, const Term* b, const Term* c);
+  /// a - b * n for the integer n nearest to a / b.
+  const Term* make_fp_rem(const Term* a, const Term* b);
+  const Term* make_fp_round_to_integral(const Term* rm, const Term* a);
   const Term* make_fp_isnan(const Term* a);
   const Term* make_fp_isinf(const Term* a);
   const Term* make_fp_iszero(const Term* a);
+  const Term* make_fp_isnormal(const Term* a);
+  const Term* make_fp_issubnormal(const Term* a);
+  const Term* make_fp_isnegative(const Term* a);
+  const Term* make_fp_ispositive(const Term* a);
 
   // Recognisers: true when the symbol is of that kind; the widths are then stored.
 
@@ -261,6 +280,9 @@ class VORN_EXPORT TermManager {
   const Term* fp_arithmetic(SymbolTag::tag tag, const Term* rm, const Term* a, const Term* b);
   const Term* fp_from_int(SymbolTag::tag tag, std::size_t e, std::size_t m, const Term* rm,
                           const Term* v);
+  const Term* fp_to_int(SymbolTag::tag tag, std::size_t width, const Term* rm, const Term* a);
+  const Term* fp_binary(SymbolTag::tag tag, const Term* a, const Term* b);
+  const Term* fp_rounded(SymbolTag::tag tag, const Term* rm, const Term* a);
   bool recognise(SymbolTag::tag tag, const Symbol* s,
                  std::initializer_list<std::size_t*> widths) const;
 
