@@ -28,62 +28,69 @@ constexpr std::uint64_t kTermsOfASession = 1U << 16U;
 /// The words of a line, read as its operation asks for them.
 struct Request {
   const Term* rm = nullptr;
+  std::size_t width = 0;
   std::vector<IEEEFloat::format> formats;
   std::vector<const Term*> operands;
 };
 
 struct Operation {
   std::string_view name;
-  /// The arguments: r a rounding mode, f a format "E M", w a width, a an operand of the first
-  /// format, v one of the width.
+  /// The arguments: r a rounding mode, o one that may be left out since it makes no difference, f a
+  /// format "E M", w a width, a an operand of the first format, v one of the width.
   std::string_view arguments;
   const Term* (*build)(TermManager& t, const Request& q);
 };
 
+using T = TermManager;
+using Q = Request;
+
 constexpr Operation kOperations[] = {
     {"add", "rfaa",
-     [](TermManager& t, const Request& q) {
-       return t.make_fp_add(q.rm, q.operands[0], q.operands[1]);
-     }},
+     [](T& t, const Q& q) { return t.make_fp_add(q.rm, q.operands[0], q.operands[1]); }},
     {"sub", "rfaa",
-     [](TermManager& t, const Request& q) {
-       return t.make_fp_sub(q.rm, q.operands[0], q.operands[1]);
-     }},
+     [](T& t, const Q& q) { return t.make_fp_sub(q.rm, q.operands[0], q.operands[1]); }},
     {"mul", "rfaa",
-     [](TermManager& t, const Request& q) {
-       return t.make_fp_mul(q.rm, q.operands[0], q.operands[1]);
-     }},
+     [](T& t, const Q& q) { return t.make_fp_mul(q.rm, q.operands[0], q.operands[1]); }},
     {"div", "rfaa",
-     [](TermManager& t, const Request& q) {
-       return t.make_fp_div(q.rm, q.operands[0], q.operands[1]);
+     [](T& t, const Q& q) { return t.make_fp_div(q.rm, q.operands[0], q.operands[1]); }},
+    {"fma", "rfaaa",
+     [](T& t, const Q& q) {
+       return t.make_fp_fma(q.rm, q.operands[0], q.operands[1], q.operands[2]);
      }},
+    {"sqrt", "rfa", [](T& t, const Q& q) { return t.make_fp_sqrt(q.rm, q.operands[0]); }},
+    {"rti", "rfa",
+     [](T& t, const Q& q) { return t.make_fp_round_to_integral(q.rm, q.operands[0]); }},
+    {"rem", "ofaa", [](T& t, const Q& q) { return t.make_fp_rem(q.operands[0], q.operands[1]); }},
+    {"min", "ofaa", [](T& t, const Q& q) { return t.make_fp_min(q.operands[0], q.operands[1]); }},
+    {"max", "ofaa", [](T& t, const Q& q) { return t.make_fp_max(q.operands[0], q.operands[1]); }},
     {"cast", "rffa",
-     [](TermManager& t, const Request& q) {
+     [](T& t, const Q& q) {
        return t.make_fp_cast(q.formats[1].e, q.formats[1].m, q.rm, q.operands[0]);
      }},
     {"from_sbv", "rwfv",
-     [](TermManager& t, const Request& q) {
+     [](T& t, const Q& q) {
        return t.make_fp_from_sbv(q.formats[0].e, q.formats[0].m, q.rm, q.operands[0]);
      }},
     {"from_ubv", "rwfv",
-     [](TermManager& t, const Request& q) {
+     [](T& t, const Q& q) {
        return t.make_fp_from_ubv(q.formats[0].e, q.formats[0].m, q.rm, q.operands[0]);
      }},
-    {"neg", "fa", [](TermManager& t, const Request& q) { return t.make_fp_neg(q.operands[0]); }},
-    {"isnan", "fa",
-     [](TermManager& t, const Request& q) { return t.make_fp_isnan(q.operands[0]); }},
-    {"isinf", "fa",
-     [](TermManager& t, const Request& q) { return t.make_fp_isinf(q.operands[0]); }},
-    {"iszero", "fa",
-     [](TermManager& t, const Request& q) { return t.make_fp_iszero(q.operands[0]); }},
-    {"eq", "faa",
-     [](TermManager& t, const Request& q) {
-       return t.make_fp_equal(q.operands[0], q.operands[1]);
-     }},
-    {"lt", "faa",
-     [](TermManager& t, const Request& q) { return t.make_fp_lt(q.operands[0], q.operands[1]); }},
-    {"le", "faa",
-     [](TermManager& t, const Request& q) { return t.make_fp_le(q.operands[0], q.operands[1]); }},
+    {"to_sbv", "rfwa",
+     [](T& t, const Q& q) { return t.make_fp_to_sbv(q.width, q.rm, q.operands[0]); }},
+    {"to_ubv", "rfwa",
+     [](T& t, const Q& q) { return t.make_fp_to_ubv(q.width, q.rm, q.operands[0]); }},
+    {"neg", "fa", [](T& t, const Q& q) { return t.make_fp_neg(q.operands[0]); }},
+    {"abs", "fa", [](T& t, const Q& q) { return t.make_fp_abs(q.operands[0]); }},
+    {"isnan", "fa", [](T& t, const Q& q) { return t.make_fp_isnan(q.operands[0]); }},
+    {"isinf", "fa", [](T& t, const Q& q) { return t.make_fp_isinf(q.operands[0]); }},
+    {"iszero", "fa", [](T& t, const Q& q) { return t.make_fp_iszero(q.operands[0]); }},
+    {"isnormal", "fa", [](T& t, const Q& q) { return t.make_fp_isnormal(q.operands[0]); }},
+    {"issubnormal", "fa", [](T& t, const Q& q) { return t.make_fp_issubnormal(q.operands[0]); }},
+    {"isnegative", "fa", [](T& t, const Q& q) { return t.make_fp_isnegative(q.operands[0]); }},
+    {"ispositive", "fa", [](T& t, const Q& q) { return t.make_fp_ispositive(q.operands[0]); }},
+    {"eq", "faa", [](T& t, const Q& q) { return t.make_fp_equal(q.operands[0], q.operands[1]); }},
+    {"lt", "faa", [](T& t, const Q& q) { return t.make_fp_lt(q.operands[0], q.operands[1]); }},
+    {"le", "faa", [](T& t, const Q& q) { return t.make_fp_le(q.operands[0], q.operands[1]); }},
 };
 
 const Operation* find_operation(std::string_view name) {
@@ -142,7 +149,8 @@ class Session {
       return encoding == terms.make_true() ? "1" : "0";
     }
     QNumber bits;
-    if (!terms.is_number(encoding, &bits)) throw std::logic_error("the encoding did not fold");
+    // Operands are literals: what does not fold is what the theory leaves open.
+    if (!terms.is_number(encoding, &bits)) return "unspecified";
     const std::string digits = bits.to_string(16);
     const std::size_t length = (encoding->get_type()->get_width() + 3) / 4;
     return std::string(length - digits.size(), '0') + digits;
@@ -150,9 +158,14 @@ class Session {
 
  private:
   Request read(const Operation& operation, const std::vector<std::string>& words) {
+    std::string_view arguments = operation.arguments;
     std::size_t expected = 0;
-    for (const char argument : operation.arguments)
+    for (const char argument : arguments)
       expected += argument == 'f' ? 2 : 1;
+    if (arguments.front() == 'o' && words.size() == expected) {
+      arguments.remove_prefix(1);
+      --expected;
+    }
     if (words.size() != expected + 1) {
       throw std::invalid_argument(
           fmt::format("{} takes {} arguments, got {}", operation.name, expected, words.size() - 1));
@@ -160,13 +173,14 @@ class Session {
     Request request;
     std::size_t bits = 0;
     const std::string* word = &words[1];
-    for (const char argument : operation.arguments) {
+    for (const char argument : arguments) {
       switch (argument) {
         case 'r':
+        case 'o':
           request.rm = rounding_mode(terms, *word++);
           break;
         case 'w':
-          bits = width(*word++, 1, "bit-vector width");
+          bits = request.width = width(*word++, 1, "bit-vector width");
           break;
         case 'f': {
           const std::size_t e = width(*word++, 2, "exponent width");
@@ -188,6 +202,9 @@ class Session {
   }
 
   const Term* encode(const Term* t) {
+    if (!encoder->supports(t->get_tag())) {
+      throw std::invalid_argument("not supported by this encoder");
+    }
     for (const Term* arg : t->get_args()) {
       // Left to itself, the encoder would put a fresh constant for a bit-vector.
       const bool bits = terms.is_bv_type(arg->get_type(), nullptr);

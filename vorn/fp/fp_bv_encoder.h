@@ -71,6 +71,16 @@ class VORN_EXPORT FpBvEncoder {
   /// width that `t` calls for, and have no NaN but the canonical one.
   void define_encoding(const Term* t, const Term* encoding);
 
+  /// Whether the encoder has circuits for operations of this kind.
+  bool supports(SymbolTag::tag kind) const { return dispatch.find(kind) != nullptr; }
+
+  /// The constant that stands for what the theory leaves open of `t`, which has been encoded: the
+  /// two bits that fp.min or fp.max choose the sign of their result from (bit s where the first of
+  /// two different zeros has sign s; one constant serves all terms of the operation and format), or
+  /// the bits of a conversion to an integer where no integer of the width is right. Null for every
+  /// other operation. Two conversions of equal values must agree there: the owner sees to it.
+  virtual const Term* get_choice(const Term* /*t*/) const { return nullptr; }
+
   /// Forgets encodings, newest first, back to and including the latest mention of `t`; all of them
   /// when `t` was never asked for. Names of fresh constants are not used again.
   void retract_upto(const Term* t);
@@ -277,6 +287,7 @@ class VORN_EXPORT FpBvEncoder {
   std::size_t width_of(const Term* t) const;
   void enc_test_fields(const Term* t, format fmt, const Term** at_max, const Term** no_fraction);
   const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
+  void constrain_nan(const Term* k, format fmt);
   /// ite(c[0], v[0], ite(c[1], v[1], ... v[n-1])).
   const Term* enc_ite_chain(const std::vector<const Term*>& conds,
                             const std::vector<const Term*>& values);
@@ -305,11 +316,11 @@ class VORN_EXPORT FpBvEncoder {
   std::vector<const Term*> trail;       // terms in the order in which they entered the cache
   std::ostringstream name_buf;          // where fresh names are put together
 
-  std::int32_t rounding_counter;                // next number of a ".fp.r" name
-  std::int32_t const_counter;                   // of a ".fp.f" or ".fp.bv" name: they share it
-  std::int32_t ite_counter;                     // of a ".fp.i" name
-  [[maybe_unused]] std::int32_t spare_counter;  // of names yet to come
-  std::vector<const Term*> new_bv_terms;        // for get_new_bv_terms
+  std::int32_t rounding_counter;          // next number of a ".fp.r" name
+  std::int32_t const_counter;             // of a ".fp.f" or ".fp.bv" name: they share it
+  std::int32_t ite_counter;               // of a ".fp.i" name
+  std::int32_t spare_counter;             // of a name that only a derived encoder makes
+  std::vector<const Term*> new_bv_terms;  // for get_new_bv_terms
 };
 
 }  // namespace vorn::fp

@@ -5,12 +5,18 @@
 // has the sign that the standard gives it, and widths are chosen so that no exponent wraps,
 // whatever the format. Unpacking, the adder, the multiplier, the divider, the special cases,
 // comparison and classification are those of the base. If-then-else terms are built as such, so an
-// encoding is a function of its leaves, and side constraints speak of leaves only.
+// encoding is a function of its leaves, and side constraints speak of leaves only. A leaf that was
+// retracted gets the same constant again when it comes back, so that what is asserted again is the
+// same formula as before.
+//
+// The operations of the FloatingPoint theory that the base does not have are circuits of this
+// encoder.
 #ifndef VORN_FP_IEEE_BV_ENCODER_H
 #define VORN_FP_IEEE_BV_ENCODER_H
 
 #include <cstddef>
 #include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include "vorn/fp/fp_bv_encoder.h"
@@ -25,8 +31,11 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
  public:
   IeeeBvEncoder(TermManager* src, TermManager* dst);
 
+  const Term* get_choice(const Term* t) const override;
+
  protected:
   const Term* encode_rounding(const Term* t) override;
+  const Term* encode_constant(const Term* t) override;
   const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b) override;
   const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
                                  const std::vector<const Term*>& values) override;
@@ -50,6 +59,71 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
                               const Term* mant) override;
 
  private:
+  // Operations beyond the base, one for each further row of the dispatch table
+  // ----------------------
+
+  // Classes and choices (ieee_selection.cpp)
+  const Term* encode_isnormal(const Term* t);
+  const Term* encode_issubnormal(const Term* t);
+  const Term* encode_isnegative(const Term* t);
+  const Term* encode_ispositive(const Term* t);
+  const Term* encode_abs(const Term* t);
+  const Term* encode_to_bits(const Term* t);
+  const Term* encode_min(const Term* t);
+  const Term* encode_max(const Term* t);
+  const Term* enc_select(const Term* t, bool larger);
+
+  // Arithmetic (ieee_fma.cpp, ieee_sqrt.cpp, ieee_remainder.cpp)
+  const Term* encode_fma(const Term* t);
+  const Term* encode_sqrt(const Term* t);
+  const Term* encode_rem(const Term* t);
+
+  // Integers (ieee_integers.cpp)
+  const Term* encode_round_to_integral(const Term* t);
+  const Term* encode_to_sbv(const Term* t);
+  const Term* encode_to_ubv(const Term* t);
+  const Term* enc_to_integer(const Term* t, bool is_signed);
+
+  /// An operand as Operand has it, taken apart.
+  Operand enc_unpack(const Term* t, std::size_t i);
+  /// The format of argument i of t.
+  format arg_format(const Term* t, std::size_t i) const;
+  /// The constant of a leaf or a choice: made once, named by prefix and counter.
+  const Term* get_leaf(const Term* t, const char* prefix, std::int32_t* counter,
+                       const DataType* type);
+
+  /// A finite magnitude rounded to an integer below 2^w.
+  struct Integral {
+    const Term* value;      // w + 1 bits
+    const Term* too_large;  // 1 bit: the magnitude is 2^w or more, and `value` means nothing
+  };
+  Integral enc_integral(const Term* rm, format fmt, const Operand& x, std::size_t w);
+
+  /// An exponent (signed, any width above e) and its significand (m + 1 bits), normalised unless
+  /// zero.
+  struct Normalised {
+    const Term* exp;
+    const Term* mant;
+  };
+  Normalised enc_normalise(format fmt, const Operand& x);
+
+  struct Sum {
+    const Term* sign;  // 1 bit
+    const Term* exp;   // signed, the weight of the top bit of `mant`
+    const Term* mant;  // 2m + 6 bits
+  };
+  /// The exact sum of the product and z, cut to a sticky bit.
+  Sum enc_fma_sum(const Term* rm, format fmt, const Normalised& x, const Normalised& y,
+                  const Operand& z, const Term* product_sign, const Term* product_zero);
+
+  /// The integer square root of `radicand` (2n bits): n bits, and whether there is a remainder.
+  const Term* enc_square_root(const Term* radicand, const Term** inexact);
+
+  /// x * 2^d modulo `modulus` (m + 2 bits each), x of m + 1 bits, d unsigned.
+  const Term* enc_scale_modulo(const Term* x, const Term* d, const Term* modulus);
+  /// a modulo b, for a at least as wide as b; b's width.
+  const Term* enc_reduce(const Term* a, const Term* b);
+
   /// A value on its way through rounding.
   struct Unrounded {
     const Term* nan;  // flags and sign of 1 bit
@@ -88,6 +162,8 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   const Term* enc_mask(const Term* bit, std::size_t n);
 
   const Term* rm_away_bv;
+  TermMap leaves;                                               // constants of leaves and choices
+  std::unordered_map<const Symbol*, const Term*> zero_choices;  // of fp.min and fp.max
 };
 
 }  // namespace vorn::fp

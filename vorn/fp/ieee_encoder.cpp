@@ -22,6 +22,77 @@ IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(s
     *codes[code] = number;
     cache.insert({mode, number})->value.second = number;
   }
+  using Encoder = IeeeBvEncoder;
+  const std::pair<SymbolTag::tag, const Term* (Encoder::*)(const Term*)> rows[] = {
+      {SymbolTag::fp_to_sbv, &Encoder::encode_to_sbv},
+      {SymbolTag::fp_to_ubv, &Encoder::encode_to_ubv},
+      {SymbolTag::fp_to_bits, &Encoder::encode_to_bits},
+      {SymbolTag::fp_abs, &Encoder::encode_abs},
+      {SymbolTag::fp_min, &Encoder::encode_min},
+      {SymbolTag::fp_max, &Encoder::encode_max},
+      {SymbolTag::fp_sqrt, &Encoder::encode_sqrt},
+      {SymbolTag::fp_fma, &Encoder::encode_fma},
+      {SymbolTag::fp_rem, &Encoder::encode_rem},
+      {SymbolTag::fp_round_to_integral, &Encoder::encode_round_to_integral},
+      {SymbolTag::fp_isnormal, &Encoder::encode_isnormal},
+      {SymbolTag::fp_issubnormal, &Encoder::encode_issubnormal},
+      {SymbolTag::fp_isnegative, &Encoder::encode_isnegative},
+      {SymbolTag::fp_ispositive, &Encoder::encode_ispositive},
+  };
+  for (const auto& [kind, method] : rows)
+    dispatch.insert({kind, static_cast<EncodeMethod>(method)});
+}
+
+FpBvEncoder::format IeeeBvEncoder::arg_format(const Term* t, std::size_t i) const {
+  format fmt{};
+  src_mgr->is_fp_type(t->get_arg(i)->get_type(), &fmt.e, &fmt.m);
+  return fmt;
+}
+
+FpBvEncoder::Operand IeeeBvEncoder::enc_unpack(const Term* t, std::size_t i) {
+  const format fmt = arg_format(t, i);
+  const std::size_t w = fmt.e + fmt.m;
+  const Term* x = encoded_arg(t, i);
+  const Term* exp = enc_get_exponent(x, fmt, true);
+  const Term* sign = dst_mgr->make_bv_extract(w, w, x);
+  const Term* mant = enc_get_mantissa(x, fmt, true);
+  const Term* inf = enc_is_inf(x, fmt);
+  const Term* nan = enc_is_nan(x, fmt);
+  return {x, exp, sign, mant, inf, nan, enc_is_zero(x, fmt)};
+}
+
+const Term* IeeeBvEncoder::get_leaf(const Term* t, const char* prefix, std::int32_t* counter,
+                                    const DataType* type) {
+  if (const TermMap::Node* known = leaves.find(t)) return known->value.second;
+  const Term* k = make_fresh_constant(prefix, counter, type);
+  leaves.insert({t, k});
+  return k;
+}
+
+const Term* IeeeBvEncoder::get_choice(const Term* t) const {
+  switch (t->get_tag()) {
+    case SymbolTag::fp_min:
+    case SymbolTag::fp_max: {
+      const auto known = zero_choices.find(t->get_symbol());
+      return known == zero_choices.end() ? nullptr : known->second;
+    }
+    case SymbolTag::fp_to_sbv:
+    case SymbolTag::fp_to_ubv: {
+      const TermMap::Node* known = leaves.find(t);
+      return known == nullptr ? nullptr : known->value.second;
+    }
+    default:
+      return nullptr;
+  }
+}
+
+const Term* IeeeBvEncoder::encode_constant(const Term* t) {
+  format fmt{};
+  src_mgr->is_fp_type(t->get_symbol()->get_output_type(), &fmt.e, &fmt.m);
+  const DataType* type = dst_mgr->get_bv_type(fmt.width());
+  const Term* k = get_leaf(t, "fp.f", &const_counter, type);
+  constrain_nan(k, fmt);
+  return k;
 }
 
 const Term* IeeeBvEncoder::encode_rounding(const Term* t) {
@@ -29,7 +100,7 @@ const Term* IeeeBvEncoder::encode_rounding(const Term* t) {
   if (src_mgr->is_fprounding(t->get_symbol(), &mode)) {
     return dst_mgr->make_bv_number(static_cast<int>(mode), kModeWidth);
   }
-  const Term* k = make_fresh_constant("fp.r", &rounding_counter, dst_mgr->get_bv_type(kModeWidth));
+  const Term* k = get_leaf(t, "fp.r", &rounding_counter, dst_mgr->get_bv_type(kModeWidth));
   side_constraints.push_back(dst_mgr->make_bv_ule(k, rm_away_bv));
   return k;
 }

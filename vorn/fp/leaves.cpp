@@ -35,7 +35,13 @@ const Term* FpBvEncoder::encode_constant(const Term* t) {
   src_mgr->is_fp_type(t->get_symbol()->get_output_type(), &fmt.e, &fmt.m);
   const std::size_t width = fmt.m + fmt.e + 1;
   const Term* k = make_fresh_constant("fp.f", &const_counter, dst_mgr->get_bv_type(width));
+  constrain_nan(k, fmt);
+  return k;
+}
 
+/// Asks that k, if it is a NaN, be the canonical one.
+void FpBvEncoder::constrain_nan(const Term* k, format fmt) {
+  const std::size_t width = width_of(k);
   const Term* is_nan = enc_is_nan(k, fmt);
   const Term* no_nan = dst_mgr->make_equal(is_nan, dst_mgr->make_bv_number(0, 1));
   IEEEFloat nan(fmt, IEEEFloat::rounding_mode::nearest_even);
@@ -43,7 +49,6 @@ const Term* FpBvEncoder::encode_constant(const Term* t) {
   const Term* pattern = dst_mgr->make_bv_number(nan.get_bits(), width);
   const Term* canonical = dst_mgr->make_equal(k, pattern);
   side_constraints.push_back(dst_mgr->make_or(no_nan, canonical));
-  return k;
 }
 
 const Term* FpBvEncoder::encode_bv_constant(const Term* t) {

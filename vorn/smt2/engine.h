@@ -3,9 +3,11 @@
 #ifndef VORN_SMT2_ENGINE_H
 #define VORN_SMT2_ENGINE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "vorn/terms/term.h"
 #include "vorn/utils/export.h"
@@ -33,6 +35,8 @@ class VORN_EXPORT Engine {
   /// Decides the conjunction of all assertions and of the assumptions, Boolean terms that hold for
   /// this call only.
   virtual Answer check_sat(std::span<const Term* const> assumptions) = 0;
+  /// After unsat: positions of assumptions that, together with the assertions, are unsatisfiable.
+  virtual std::vector<std::size_t> get_unsat_assumptions() = 0;
   /// After sat: the value of t in the model, as a literal, true, false or a rounding-mode constant;
   /// also of terms over constants that occur in no assertion.
   virtual const Term* get_value(const Term* t) = 0;

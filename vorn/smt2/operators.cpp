@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "vorn/smt2/literals.h"
+#include "vorn/terms/bv_number.h"
 
 namespace vorn::smt2 {
 namespace {
@@ -44,6 +45,15 @@ Value indexed_unary(const Call& c) {
   return Value::of((c.mgr.*Make)(c.indices[0], c.term(0)));
 }
 
+template <auto Make>
+Value indexed_binary(const Call& c) {
+  return Value::of((c.mgr.*Make)(c.indices[0], c.term(0), c.term(1)));
+}
+
+Value fma(const Call& c) {
+  return Value::of(c.mgr.make_fp_fma(c.term(0), c.term(1), c.term(2), c.term(3)));
+}
+
 // Derived operations ----------------------------------------------------------------------------
 
 template <auto Make>
@@ -59,18 +69,28 @@ Value extract(const Call& c) {
   return Value::of(c.mgr.make_bv_extract(c.indices[0], c.indices[1], c.term(0)));
 }
 
-std::size_t width_of(std::string_view name, const Call& c) {
+std::size_t width_of(const Call& c) {
   std::size_t width = 0;
   if (!c.mgr.is_bv_type(c.term(0)->get_type(), &width)) {
-    throw std::invalid_argument(fmt::format("{}: expected a bit-vector, got a term of {}", name,
+    throw std::invalid_argument(fmt::format("{}: expected a bit-vector, got a term of {}", c.name,
                                             c.term(0)->get_type()->to_string()));
+  }
+  return width;
+}
+
+std::size_t common_width(const Call& c) {
+  const std::size_t width = width_of(c);
+  if (c.term(0)->get_type() != c.term(1)->get_type()) {
+    throw std::invalid_argument(fmt::format("{}: operands of different sorts, {} and {}", c.name,
+                                            c.term(0)->get_type()->to_string(),
+                                            c.term(1)->get_type()->to_string()));
   }
   return width;
 }
 
 /// Doubles the term along the bits of the count, so that few and small terms are built.
 Value repeat(const Call& c) {
-  const std::size_t width = width_of("repeat", c);
+  const std::size_t width = width_of(c);
   std::uint32_t count = c.indices[0];
   if (count == 0) throw std::invalid_argument("repeat: the count must be at least 1, got 0");
   c.mgr.get_bv_type(width * count);  // refuses what is too wide before anything is built
@@ -90,13 +110,54 @@ const Term* rotate(const Call& c, std::size_t width, std::size_t left) {
 }
 
 Value rotate_left(const Call& c) {
-  const std::size_t width = width_of("rotate_left", c);
+  const std::size_t width = width_of(c);
   return Value::of(rotate(c, width, c.indices[0] % width));
 }
 
 Value rotate_right(const Call& c) {
-  const std::size_t width = width_of("rotate_right", c);
+  const std::size_t width = width_of(c);
   return Value::of(rotate(c, width, (width - c.indices[0] % width) % width));
+}
+
+// Overflow: whether the exact result, which fits twice the width, is no number of the width.
+
+template <auto Make>
+Value unsigned_overflow(const Call& c) {
+  const std::size_t w = common_width(c);
+  const Term* a = c.mgr.make_bv_zero_extend(w, c.term(0));
+  const Term* exact = (c.mgr.*Make)(a, c.mgr.make_bv_zero_extend(w, c.term(1)));
+  const Term* high = c.mgr.make_bv_extract(2 * w - 1, w, exact);
+  return Value::of(c.mgr.make_not(c.mgr.make_equal(high, c.mgr.make_bv_number(0, w))));
+}
+
+template <auto Make>
+Value signed_overflow(const Call& c) {
+  const std::size_t w = common_width(c);
+  const Term* a = c.mgr.make_bv_sign_extend(w, c.term(0));
+  const Term* exact = (c.mgr.*Make)(a, c.mgr.make_bv_sign_extend(w, c.term(1)));
+  const Term* fitting = c.mgr.make_bv_sign_extend(w, c.mgr.make_bv_extract(w - 1, 0, exact));
+  return Value::of(c.mgr.make_not(c.mgr.make_equal(exact, fitting)));
+}
+
+Value subtraction_borrows(const Call& c) {
+  common_width(c);
+  return Value::of(c.mgr.make_bv_ult(c.term(0), c.term(1)));
+}
+
+const Term* is_least(const Call& c, std::size_t w) {
+  const Term* least = c.mgr.make_bv_number(BVNumber::power_of_two(w - 1), w);
+  return c.mgr.make_equal(c.term(0), least);
+}
+
+Value negation_overflows(const Call& c) {
+  return Value::of(is_least(c, width_of(c)));
+}
+
+Value division_overflows(const Call& c) {
+  const std::size_t w = common_width(c);
+  const Term* by_minus_one =
+      c.mgr.make_equal(c.term(1), c.mgr.make_bv_not(c.mgr.make_bv_number(0, w)));
+  return Value::of(c.mgr.make_and(is_least(c, w), by_minus_one));
 }
 
 // Rounding modes and floats ---------------------------------------------------------------------
@@ -216,7 +277,7 @@ constexpr Operator kOperators[] = {
     {"bvxor", binary<&T::make_bv_xor>, 2, kMany, 0, left},
     {"bvnand", negated_bits<&T::make_bv_and>, 2, 2},
     {"bvnor", negated_bits<&T::make_bv_or>, 2, 2},
-    {"bvxnor", negated_bits<&T::make_bv_xor>, 2, 2},
+    {"bvxnor", negated_bits<&T::make_bv_xor>, 2, kMany, 0, left},
     {"bvadd", binary<&T::make_bv_add>, 2, kMany, 0, left},
     {"bvsub", binary<&T::make_bv_sub>, 2, 2},
     {"bvmul", binary<&T::make_bv_mul>, 2, kMany, 0, left},
@@ -237,6 +298,14 @@ constexpr Operator kOperators[] = {
     {"bvsle", binary<&T::make_bv_sle>, 2, 2},
     {"bvsgt", swapped<&T::make_bv_slt>, 2, 2},
     {"bvsge", swapped<&T::make_bv_sle>, 2, 2},
+    {"bvnego", negation_overflows, 1, 1},
+    {"bvuaddo", unsigned_overflow<&T::make_bv_add>, 2, 2},
+    {"bvsaddo", signed_overflow<&T::make_bv_add>, 2, 2},
+    {"bvusubo", subtraction_borrows, 2, 2},
+    {"bvssubo", signed_overflow<&T::make_bv_sub>, 2, 2},
+    {"bvumulo", unsigned_overflow<&T::make_bv_mul>, 2, 2},
+    {"bvsmulo", signed_overflow<&T::make_bv_mul>, 2, 2},
+    {"bvsdivo", division_overflows, 2, 2},
 
     // FloatingPoint: rounding modes
     {"RNE", rounding<Mode::nearest_even>},
@@ -266,6 +335,10 @@ constexpr Operator kOperators[] = {
     {"fp.isNaN", unary<&T::make_fp_isnan>, 1, 1},
     {"fp.isInfinite", unary<&T::make_fp_isinf>, 1, 1},
     {"fp.isZero", unary<&T::make_fp_iszero>, 1, 1},
+    {"fp.isNormal", unary<&T::make_fp_isnormal>, 1, 1},
+    {"fp.isSubnormal", unary<&T::make_fp_issubnormal>, 1, 1},
+    {"fp.isNegative", unary<&T::make_fp_isnegative>, 1, 1},
+    {"fp.isPositive", unary<&T::make_fp_ispositive>, 1, 1},
     {"fp.eq", binary<&T::make_fp_equal>, 2, kMany, 0, chainable},
     {"fp.lt", binary<&T::make_fp_lt>, 2, kMany, 0, chainable},
     {"fp.leq", binary<&T::make_fp_le>, 2, kMany, 0, chainable},
@@ -276,23 +349,19 @@ constexpr Operator kOperators[] = {
     {"fp.sub", ternary<&T::make_fp_sub>, 3, 3},
     {"fp.mul", ternary<&T::make_fp_mul>, 3, 3},
     {"fp.div", ternary<&T::make_fp_div>, 3, 3},
+    {"fp.fma", fma, 4, 4},
+    {"fp.sqrt", binary<&T::make_fp_sqrt>, 2, 2},
+    {"fp.rem", binary<&T::make_fp_rem>, 2, 2},
+    {"fp.roundToIntegral", binary<&T::make_fp_round_to_integral>, 2, 2},
+    {"fp.abs", unary<&T::make_fp_abs>, 1, 1},
+    {"fp.min", binary<&T::make_fp_min>, 2, 2},
+    {"fp.max", binary<&T::make_fp_max>, 2, 2},
+    {"fp.to_ubv", indexed_binary<&T::make_fp_to_ubv>, 2, 2, 1},
+    {"fp.to_sbv", indexed_binary<&T::make_fp_to_sbv>, 2, 2, 1},
+    {"fp.to_ieee_bv", unary<&T::make_fp_to_bits>, 1, 1},
 
     // Known, and refused by name
-    {"fp.abs"},
-    {"fp.fma"},
-    {"fp.sqrt"},
-    {"fp.rem"},
-    {"fp.roundToIntegral"},
-    {"fp.min"},
-    {"fp.max"},
-    {"fp.isNormal"},
-    {"fp.isSubnormal"},
-    {"fp.isNegative"},
-    {"fp.isPositive"},
-    {"fp.to_ubv"},
-    {"fp.to_sbv"},
     {"fp.to_real"},
-    {"fp.to_ieee_bv"},
     {"select"},
     {"store"},
     {"+"},
@@ -309,6 +378,9 @@ constexpr Operator kOperators[] = {
     {"is_int"},
     {"bv2nat"},
     {"int2bv"},
+    {"ubv_to_int"},
+    {"sbv_to_int"},
+    {"int_to_bv"},
 };
 
 using OperatorIndex = std::unordered_map<std::string_view, const Operator*>;
@@ -324,7 +396,7 @@ OperatorIndex index_by_name() {
 
 Value build_pair(const Operator& op, const Call& call, const Value& a, const Value& b) {
   const std::array<Value, 2> pair = {a, b};
-  return op.build({call.mgr, call.indices, pair});
+  return op.build({call.mgr, call.indices, pair, op.name});
 }
 
 /// The conjunction of the operation over neighbours.
@@ -354,7 +426,7 @@ Value extend(const Operator& op, const Call& call) {
   const std::size_t count = call.args.size();
   switch (op.arity) {
     case fixed:
-      return op.build(call);
+      return op.build({call.mgr, call.indices, call.args, op.name});
     case left: {
       // Only conjunction and disjunction take a single argument, and (and a a) is a.
       Value result = build_pair(op, call, call.args[0], call.args[count > 1 ? 1 : 0]);

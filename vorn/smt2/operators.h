@@ -22,6 +22,7 @@ struct Call {
   TermManager& mgr;
   std::span<const std::uint32_t> indices;
   std::span<const Value> args;
+  std::string_view name = {};  // of the operator, for messages
 
   const Term* term(std::size_t i) const { return args[i].term; }
 };

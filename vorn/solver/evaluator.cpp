@@ -103,6 +103,27 @@ IEEEFloat::rounding_mode Evaluator::mode_arg(const Term* t) {
   return static_cast<IEEEFloat::rounding_mode>(code);
 }
 
+/// What the theory leaves open of `t`.
+QNumber Evaluator::choose(const Term* t) {
+  if (!open_value) return QNumber();
+  const QNumber operands[] = {arg(t, 0), arg(t, 1)};
+  return open_value(t, operands);
+}
+
+QNumber Evaluator::to_integer(const Term* t, bool is_signed) {
+  const std::size_t width = t->get_type()->get_width();
+  const auto bits = ieee_to_integer(mode_arg(t), float_arg(t, 1), width, is_signed);
+  return bits ? *bits : choose(t);
+}
+
+QNumber Evaluator::select(const Term* t) {
+  const IEEEFloat x = float_arg(t, 0);
+  const IEEEFloat y = float_arg(t, 1);
+  const bool open = x.is_zero() && y.is_zero() && x.is_sign_set() != y.is_sign_set();
+  const bool negative_zero = open && is_true(choose(t));
+  return (t->get_tag() == T::fp_min ? ieee_min : ieee_max)(x, y, negative_zero).get_bits();
+}
+
 QNumber Evaluator::apply_fp(const Term* t) {
   switch (t->get_tag()) {
     case T::fp_from_bits:
@@ -139,6 +160,35 @@ QNumber Evaluator::apply_fp(const Term* t) {
     }
     case T::fp_from_ubv:
       return ieee_from_integer(format_of(t->get_type()), mode_arg(t), arg(t, 1)).get_bits();
+    case T::fp_to_sbv:
+      return to_integer(t, true);
+    case T::fp_to_ubv:
+      return to_integer(t, false);
+    case T::fp_to_bits: {
+      const IEEEFloat x = float_arg(t, 0);
+      return x.is_nan() ? IEEEFloat::quiet_nan_bits(x.get_format()) : x.get_bits();
+    }
+    case T::fp_abs:
+      return ieee_abs(float_arg(t, 0)).get_bits();
+    case T::fp_min:
+    case T::fp_max:
+      return select(t);
+    case T::fp_sqrt:
+      return ieee_sqrt(mode_arg(t), float_arg(t, 1)).get_bits();
+    case T::fp_fma:
+      return ieee_fma(mode_arg(t), float_arg(t, 1), float_arg(t, 2), float_arg(t, 3)).get_bits();
+    case T::fp_rem:
+      return ieee_rem(float_arg(t, 0), float_arg(t, 1)).get_bits();
+    case T::fp_round_to_integral:
+      return ieee_round_to_integral(mode_arg(t), float_arg(t, 1)).get_bits();
+    case T::fp_isnormal:
+      return truth(float_arg(t, 0).is_normal());
+    case T::fp_issubnormal:
+      return truth(float_arg(t, 0).is_subnormal());
+    case T::fp_isnegative:
+      return truth(!float_arg(t, 0).is_nan() && float_arg(t, 0).is_sign_set());
+    case T::fp_ispositive:
+      return truth(!float_arg(t, 0).is_nan() && !float_arg(t, 0).is_sign_set());
     default:
       throw std::logic_error("a term has no value in a model: " + t->to_string());
   }

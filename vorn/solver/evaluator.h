@@ -7,6 +7,7 @@
 #define VORN_SOLVER_EVALUATOR_H
 
 #include <functional>
+#include <span>
 #include <unordered_map>
 #include <utility>
 
@@ -25,9 +26,14 @@ class VORN_EXPORT Evaluator {
  public:
   /// Gives the value of an uninterpreted constant.
   using Assignment = std::function<QNumber(const Term*)>;
+  /// Gives what the theory leaves open of an application `t` to arguments with these values: the
+  /// bits of a conversion where no integer of the width is right, or 1 where fp.min or fp.max of
+  /// two different zeros is to be the negative one. It must be a function of symbol and values.
+  using OpenValue = std::function<QNumber(const Term* t, std::span<const QNumber> values)>;
 
-  Evaluator(const TermManager& manager, Assignment constants)
-      : mgr(manager), assignment(std::move(constants)) {}
+  /// Without `choices`, what is left open is zero.
+  explicit Evaluator(const TermManager& manager, Assignment constants, OpenValue choices = {})
+      : mgr(manager), assignment(std::move(constants)), open_value(std::move(choices)) {}
 
   const QNumber& evaluate(const Term* t);
 
@@ -38,9 +44,13 @@ class VORN_EXPORT Evaluator {
   const QNumber& arg(const Term* t, std::size_t i) { return values.at(t->get_arg(i)); }
   IEEEFloat float_arg(const Term* t, std::size_t i);
   IEEEFloat::rounding_mode mode_arg(const Term* t);
+  QNumber choose(const Term* t);
+  QNumber to_integer(const Term* t, bool is_signed);
+  QNumber select(const Term* t);
 
   const TermManager& mgr;
   Assignment assignment;
+  OpenValue open_value;
   std::unordered_map<const Term*, QNumber> values;
 };
 

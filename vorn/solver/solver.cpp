@@ -31,6 +31,9 @@ class Stopwatch {
   std::chrono::steady_clock::time_point start;
 };
 
+/// Below this number of clauses, dropping garbage is not worth the time.
+constexpr std::uint64_t kLeastRebuildLimit = 200'000;
+
 QNumber read_bits(const bv::Cnf& cnf, std::span<const bv::Lit> bits) {
   mpz_class value;
   for (std::size_t i = 0; i < bits.size(); ++i) {
@@ -46,30 +49,39 @@ std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& man
   return std::make_unique<fp::IeeeBvEncoder>(&manager, &manager);
 }
 
+/// Encodings and translations follow the levels. The circuits and the SAT solver only grow.
 struct Solver::BackEnd {
+  /// Everything from the graph down.
+  struct Circuits {
+    Circuits(TermManager& manager, const TerminationTest* test)
+        : blaster(manager, aig), sat(bv::make_cadical_solver()), cnf(aig, *sat) {
+      sat->set_termination_test(test);
+    }
+
+    bv::Aig aig;
+    bv::BitBlaster blaster;
+    std::unique_ptr<bv::SatSolver> sat;
+    bv::Cnf cnf;
+  };
+
   BackEnd(TermManager& manager, const Options& options)
       : encoder(make_encoder(options.encoder, manager)),
         translator(manager, *encoder),
-        blaster(manager, aig),
-        sat(bv::make_cadical_solver()),
-        cnf(aig, *sat) {
+        circuits(std::make_unique<Circuits>(manager, options.termination_test)) {
     encoder->set_termination_test(options.termination_test);
-    sat->set_termination_test(options.termination_test);
   }
 
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
-  bv::Aig aig;
-  bv::BitBlaster blaster;
-  std::unique_ptr<bv::SatSolver> sat;
-  bv::Cnf cnf;
+  std::unique_ptr<Circuits> circuits;
 };
 
 Solver::Solver(TermManager& manager, const Options& chosen)
     : mgr(manager),
       options(chosen),
       back_end(std::make_unique<BackEnd>(manager, chosen)),
-      levels(1) {}
+      levels(1),
+      rebuild_limit(kLeastRebuildLimit) {}
 
 Solver::~Solver() = default;
 
@@ -85,17 +97,18 @@ void Solver::assert_formula(const Term* f) {
                                 f->get_type()->to_string());
   }
   leave_assumptions();
-  add(f);
+  const Term* translated = translate(f);
+  levels.back().conjuncts.push_back(translated);
 }
 
-void Solver::add(const Term* f) {
+/// The translation of `f`, which belongs to the last level, as do the constraints beside it.
+const Term* Solver::translate(const Term* f) {
   const Stopwatch watch(&statistics.translation_seconds);
   Level& level = levels.back();
-  std::vector<const Term*> constraints;
-  const Term* translated = back_end->translator.translate(f, &constraints);
+  // If a part of f is refused, what was translated before it stays in use: so do its constraints.
+  const Term* translated = back_end->translator.translate(f, &level.conjuncts);
   level.assertions.push_back(f);
-  level.conjuncts.insert(level.conjuncts.end(), constraints.begin(), constraints.end());
-  level.conjuncts.push_back(translated);
+  return translated;
 }
 
 void Solver::push() {
@@ -108,71 +121,80 @@ void Solver::pop() {
   leave_assumptions();
   if (levels.size() == 1) throw std::logic_error("pop without a matching push");
   back_end->translator.pop();
+  if (const int activation = levels.back().activation; activation != 0) {
+    back_end->circuits->sat->add_clause({-activation});
+    has_garbage = true;
+  }
   levels.pop_back();
 }
 
 /// The level of the last check's assumptions stays while its model may be asked for.
 void Solver::leave_assumptions() {
   has_model = false;
+  is_unsat = false;
+  assumptions.clear();
   if (!in_assumptions) return;
   in_assumptions = false;
+  has_garbage = true;
   pop();
 }
 
 void Solver::reset_assertions() {
   back_end = std::make_unique<BackEnd>(mgr, options);
   levels.assign(1, Level());
+  assumptions.clear();
   in_assumptions = false;
   has_model = false;
+  is_unsat = false;
+  has_garbage = false;
+  rebuild_limit = kLeastRebuildLimit;
 }
 
 // Decision ------------------------------------------------------------------------------------
 
-smt2::Answer Solver::check_sat(std::span<const Term* const> assumptions) {
+smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
   leave_assumptions();
-  if (!assumptions.empty()) {
+  if (!assumed.empty()) {
     push();
     in_assumptions = true;
-    for (const Term* assumption : assumptions)
-      add(assumption);
+    for (const Term* formula : assumed)
+      assumptions.push_back({translate(formula)});
   }
   ++statistics.checks;
-  const smt2::Answer answer = search();
-  if (answer != smt2::Answer::sat) return answer;
-  read_model();
-  if (model_holds()) {
-    has_model = true;
-    return answer;
+  for (;;) {
+    const smt2::Answer answer = search();
+    is_unsat = answer == smt2::Answer::unsat;
+    if (answer != smt2::Answer::sat) return answer;
+    read_model();
+    const bool holds = model_holds();
+    if (separate_conversions()) continue;
+    if (holds) {
+      has_model = true;
+      return answer;
+    }
+    if (options.encoder != EncoderKind::base) {
+      throw std::logic_error("internal error: the model found does not satisfy an assertion");
+    }
+    reason_unknown = "the model found holds for the base encoder only, not for IEEE 754";
+    return smt2::Answer::unknown;
   }
-  if (options.encoder != EncoderKind::base) {
-    throw std::logic_error("internal error: the model found does not satisfy an assertion");
-  }
-  reason_unknown = "the model found holds for the base encoder only, not for IEEE 754";
-  return smt2::Answer::unknown;
 }
 
 smt2::Answer Solver::search() {
   const Stopwatch watch(&statistics.search_seconds);
-  bv::Cnf& cnf = back_end->cnf;
-  // What the first level says holds for good; the levels above hold as long as they are assumed.
-  Level& base = levels.front();
-  for (; base.permanent < base.conjuncts.size(); ++base.permanent) {
-    cnf.assert_true(back_end->blaster.blast_bool(base.conjuncts[base.permanent]));
-  }
-  std::vector<int> assumed;
-  for (std::size_t i = 1; i < levels.size(); ++i) {
-    for (const Term* conjunct : levels[i].conjuncts) {
-      const bv::Lit lit = back_end->blaster.blast_bool(conjunct);
-      assumed.push_back(cnf.literal(lit, bv::Cnf::Polarity::positive));
-    }
-  }
-  for (const int literal : assumed)
-    back_end->sat->assume(literal);
+  if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) renew_back_end();
+  write_clauses();
+  bv::SatSolver& sat = *back_end->circuits->sat;
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
-                  mgr.get_term_count(), back_end->aig.get_and_count(),
-                  back_end->sat->get_variable_count(), back_end->sat->get_clause_count()));
+                  mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
+                  sat.get_variable_count(), sat.get_clause_count()));
+  for (const Level& level : levels) {
+    if (level.activation != 0) sat.assume(level.activation);
+  }
+  for (const Assumption& assumption : assumptions)
+    sat.assume(assumption.literal);
 
-  switch (back_end->sat->solve()) {
+  switch (sat.solve()) {
     case bv::SatSolver::Result::sat:
       return smt2::Answer::sat;
     case bv::SatSolver::Result::unsat:
@@ -185,12 +207,61 @@ smt2::Answer Solver::search() {
   return smt2::Answer::unknown;
 }
 
+/// Hands what is new to the SAT solver.
+void Solver::write_clauses() {
+  write_level(levels.front(), true);
+  for (std::size_t i = 1; i < levels.size(); ++i)
+    write_level(levels[i], false);
+  BackEnd::Circuits& circuits = *back_end->circuits;
+  for (Assumption& assumption : assumptions) {
+    const bv::Lit lit = circuits.blaster.blast_bool(assumption.translated);
+    assumption.literal = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
+  }
+}
+
+void Solver::write_level(Level& level, bool permanent) {
+  BackEnd::Circuits& circuits = *back_end->circuits;
+  for (; level.written < level.conjuncts.size(); ++level.written) {
+    const bv::Lit lit = circuits.blaster.blast_bool(level.conjuncts[level.written]);
+    if (permanent) {
+      circuits.cnf.assert_true(lit);
+      continue;
+    }
+    if (level.activation == 0) level.activation = circuits.sat->new_variable();
+    const int holds = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
+    circuits.sat->add_clause({-level.activation, holds});
+  }
+}
+
+/// Leaves behind what popped levels have written, and writes what is alive again. The next time is
+/// when as much has come on top of it, so that the work is shared out evenly.
+void Solver::renew_back_end() {
+  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options.termination_test);
+  for (Level& level : levels) {
+    level.written = 0;
+    level.activation = 0;
+  }
+  write_clauses();
+  has_garbage = false;
+  rebuild_limit = kLeastRebuildLimit + 2 * back_end->circuits->sat->get_clause_count();
+}
+
+std::vector<std::size_t> Solver::get_unsat_assumptions() {
+  if (!is_unsat) throw std::logic_error("the last answer is not unsat");
+  std::vector<std::size_t> failed;
+  for (std::size_t i = 0; i < assumptions.size(); ++i) {
+    if (back_end->circuits->sat->failed(assumptions[i].literal)) failed.push_back(i);
+  }
+  return failed;
+}
+
 // Models --------------------------------------------------------------------------------------
 
 void Solver::read_model() {
   model.clear();
-  for (const bv::BitBlaster::Input& input : back_end->blaster.get_inputs()) {
-    model.emplace(input.constant, read_bits(back_end->cnf, input.bits));
+  open_conversions.clear();
+  for (const bv::BitBlaster::Input& input : back_end->circuits->blaster.get_inputs()) {
+    model.emplace(input.constant, read_bits(back_end->circuits->cnf, input.bits));
   }
 }
 
@@ -202,28 +273,69 @@ QNumber Solver::value_of(const Term* constant) const {
   return entry == model.end() ? QNumber() : entry->second;
 }
 
-bool Solver::model_holds() const {
-  Evaluator evaluator(mgr, [this](const Term* constant) { return value_of(constant); });
+/// What the model makes of an application that the theory leaves open.
+QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
+  const Term* choice = back_end->encoder->get_choice(t);
+  const auto found = model.find(choice);
+  const QNumber own = found == model.end() ? QNumber() : found->second;
+  if (t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max) {
+    const DataType* type = t->get_type();
+    const bool negative_first = values[0].test_bit(type->get_e() + type->get_m());
+    return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
+  }
+  const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
+  const OpenConversion& first = open_conversions.try_emplace(key, t, own).first->second;
+  if (first.value != own) clashes.emplace_back(first.witness, t);
+  return first.value;
+}
+
+bool Solver::model_holds() {
+  Evaluator evaluator(
+      mgr, [this](const Term* constant) { return value_of(constant); },
+      [this](const Term* t, std::span<const QNumber> values) { return open_value(t, values); });
+  bool holds = true;
+  clashes.clear();
   for (const Level& level : levels) {
     for (const Term* assertion : level.assertions) {
-      if (evaluator.evaluate(assertion).sign() == 0) return false;
+      if (evaluator.evaluate(assertion).sign() == 0) holds = false;
     }
   }
-  return true;
+  return holds;
+}
+
+/// States for each clash of the last model that equal arguments have equal results. The statements
+/// speak of the conversions' own constants only, so they do no harm to later levels. False if there
+/// is nothing to state.
+bool Solver::separate_conversions() {
+  const fp::FpBvEncoder& encoder = *back_end->encoder;
+  for (const auto& [a, b] : clashes) {
+    const Term* differ = mgr.make_false();
+    for (std::size_t i = 0; i < a->get_arity(); ++i) {
+      const Term* same =
+          mgr.make_equal(encoder.get_cached(a->get_arg(i)), encoder.get_cached(b->get_arg(i)));
+      differ = mgr.make_or(differ, mgr.make_not(same));
+    }
+    const Term* agree = mgr.make_equal(encoder.get_choice(a), encoder.get_choice(b));
+    BackEnd::Circuits& circuits = *back_end->circuits;
+    circuits.cnf.assert_true(circuits.blaster.blast_bool(mgr.make_or(differ, agree)));
+  }
+  return !clashes.empty();
 }
 
 const Term* Solver::get_value(const Term* t) {
   if (!has_model) throw std::logic_error("there is no model");
-  Evaluator evaluator(mgr, [this](const Term* constant) { return value_of(constant); });
+  Evaluator evaluator(
+      mgr, [this](const Term* constant) { return value_of(constant); },
+      [this](const Term* u, std::span<const QNumber> values) { return open_value(u, values); });
   return make_literal(mgr, t->get_type(), evaluator.evaluate(t));
 }
 
 Statistics Solver::get_statistics() const {
   Statistics s = statistics;
   s.terms = mgr.get_term_count();
-  s.aig_nodes = back_end->aig.get_and_count();
-  s.variables = back_end->sat->get_variable_count();
-  s.clauses = back_end->sat->get_clause_count();
+  s.aig_nodes = back_end->circuits->aig.get_and_count();
+  s.variables = back_end->circuits->sat->get_variable_count();
+  s.clauses = back_end->circuits->sat->get_clause_count();
   return s;
 }
 

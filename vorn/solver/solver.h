@@ -3,14 +3,23 @@
 // It owns one encoder and one back end over one term manager. Formulas are translated when they are
 // asserted, turned into an and-inverter graph and clauses when they are decided. Every model is
 // checked by evaluating the original assertions on it before "sat" is answered.
+//
+// Clauses of a level hold as long as its activation literal is assumed. What popped levels leave
+// behind in the SAT solver is dropped, by starting a new one, when it outgrows what is alive.
+//
+// A conversion to an integer that no integer of its width is right for has a free value, but equal
+// arguments must give equal values. Models seldom break that rule, so it is not asserted but
+// checked on each model, and stated for the pairs that broke it.
 #ifndef VORN_SOLVER_SOLVER_H
 #define VORN_SOLVER_SOLVER_H
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "vorn/fp/fp_bv_encoder.h"
@@ -65,6 +74,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   /// unknown.
   smt2::Answer check_sat(std::span<const Term* const> assumptions) override;
   smt2::Answer check_sat() { return check_sat({}); }
+  /// Throws std::logic_error unless the last check answered unsat and nothing was asserted since.
+  std::vector<std::size_t> get_unsat_assumptions() override;
   /// Throws std::logic_error unless the last check answered sat and nothing was asserted since.
   const Term* get_value(const Term* t) override;
   std::string get_reason_unknown() const override { return reason_unknown; }
@@ -75,26 +86,50 @@ class VORN_EXPORT Solver : public smt2::Engine {
  private:
   struct BackEnd;
   struct Level {
-    std::vector<const Term*> assertions;  // as given
+    std::vector<const Term*> assertions;  // as given, assumptions among them
     std::vector<const Term*> conjuncts;   // translated, and the constraints that go with them
-    std::size_t permanent = 0;            // conjuncts that are clauses already
+    std::size_t written = 0;              // conjuncts that are clauses already
+    int activation = 0;  // SAT variable that turns the level's clauses on; 0: none yet
   };
+  struct Assumption {
+    const Term* translated;
+    int literal = 0;  // in the SAT solver
+  };
+  /// Values that the model gives to what the theory leaves open of conversions, by symbol and
+  /// values of the arguments, and a term that has each value.
+  struct OpenConversion {
+    const Term* witness;
+    QNumber value;
+  };
+  using OpenKey = std::pair<const Symbol*, std::vector<QNumber>>;
 
   void leave_assumptions();
-  void add(const Term* f);
+  const Term* translate(const Term* f);
   smt2::Answer search();
+  void write_clauses();
+  void write_level(Level& level, bool permanent);
+  void renew_back_end();
   void read_model();
-  bool model_holds() const;
+  bool model_holds();
+  bool separate_conversions();
   QNumber value_of(const Term* constant) const;
+  QNumber open_value(const Term* t, std::span<const QNumber> values);
   void log(const std::string& message) const;
 
   TermManager& mgr;
   const Options options;
   std::unique_ptr<BackEnd> back_end;
   std::vector<Level> levels;
-  bool in_assumptions = false;  // the last level holds the assumptions of the last check
+  std::vector<Assumption> assumptions;  // of the last check
+  bool in_assumptions = false;          // the last level holds what belongs to them
   bool has_model = false;
+  bool is_unsat = false;  // the last check answered unsat, and nothing has changed since
   std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants
+  std::map<OpenKey, OpenConversion> open_conversions;
+  /// Conversions of equal values for which the last model has different results.
+  std::vector<std::pair<const Term*, const Term*>> clashes;
+  std::uint64_t rebuild_limit;  // number of clauses from which on garbage is worth a new start
+  bool has_garbage = false;     // a level whose clauses were written is gone
   std::string reason_unknown;
   Statistics statistics;
 };

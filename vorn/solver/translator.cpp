@@ -45,9 +45,9 @@ bool Translator::is_fp_term(const Term* t) const {
   return mgr.is_fp_type(t->get_type(), nullptr, nullptr) || mgr.is_fprounding_type(t->get_type());
 }
 
-/// Whether `t` is a predicate on such terms.
-bool Translator::is_fp_atom(const Term* t) const {
-  return mgr.is_bool_type(t->get_type()) && t->get_arity() != 0 && is_fp_term(t->get_arg(0));
+/// Whether `t` is a predicate on such terms or a conversion of one.
+bool Translator::reads_fp(const Term* t) const {
+  return t->get_arity() != 0 && is_fp_term(t->get_arg(0));
 }
 
 const Term* Translator::find(const Term* t) const {
@@ -69,7 +69,7 @@ void Translator::finish(const Term* t, std::vector<const Term*>* constraints) {
     return;
   }
   const Term* translation = nullptr;
-  if (is_fp_atom(t)) {
+  if (reads_fp(t)) {
     encode(t, constraints);
     translation = encoder.get_cached(t);
   } else {
@@ -83,6 +83,10 @@ void Translator::finish(const Term* t, std::vector<const Term*>* constraints) {
 }
 
 void Translator::encode(const Term* t, std::vector<const Term*>* constraints) {
+  if (t->get_arity() != 0 && !encoder.supports(t->get_tag())) {
+    throw std::invalid_argument(std::string(find_operation(t->get_tag())->name) +
+                                " is not supported by this encoder");
+  }
   for (const Term* arg : t->get_args()) {
     if (encoder.get_cached(arg) == nullptr) define(arg, find(arg));
   }

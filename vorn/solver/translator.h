@@ -38,7 +38,7 @@ class Translator {
   };
 
   bool is_fp_term(const Term* t) const;
-  bool is_fp_atom(const Term* t) const;
+  bool reads_fp(const Term* t) const;
   const Term* find(const Term* t) const;
   void finish(const Term* t, std::vector<const Term*>* constraints);
   void encode(const Term* t, std::vector<const Term*>* constraints);

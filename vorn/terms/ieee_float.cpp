@@ -70,6 +70,10 @@ IEEEFloat IEEEFloat::from_bits(format f, const QNumber& bits) {
   return result;
 }
 
+QNumber IEEEFloat::quiet_nan_bits(format f) {
+  return BVNumber::bv_concat(f.max_exponent(), BVNumber::power_of_two(f.m - 1), f.m);
+}
+
 void IEEEFloat::set(bool negative, const QNumber& exponent_field, const QNumber& fraction_field) {
   const QNumber body = BVNumber::bv_concat(exponent_field, fraction_field, fmt.m);
   bits = BVNumber::bv_concat(QNumber(negative ? 1 : 0), body, fmt.e + fmt.m);
@@ -161,6 +165,15 @@ bool IEEEFloat::is_inf() const {
 
 bool IEEEFloat::is_zero() const {
   return biased_exponent().sign() == 0 && fraction().sign() == 0;
+}
+
+bool IEEEFloat::is_normal() const {
+  const QNumber field = biased_exponent();
+  return field.sign() != 0 && field != fmt.max_exponent();
+}
+
+bool IEEEFloat::is_subnormal() const {
+  return biased_exponent().sign() == 0 && fraction().sign() != 0;
 }
 
 bool IEEEFloat::is_sign_set() const {

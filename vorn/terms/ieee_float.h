@@ -47,6 +47,9 @@ class VORN_EXPORT IEEEFloat {
   /// The value of a bit pattern in [0, 2^(1+e+m)).
   static IEEEFloat from_bits(format f, const QNumber& bits);
 
+  /// The NaN that processors make by default: positive and quiet, fraction 10...0.
+  static QNumber quiet_nan_bits(format f);
+
   // Assignment --------------------------------------------------------------------------------
 
   /// The canonical NaN: sign 1, exponent all ones, fraction 0...01. It is the pattern that the
@@ -71,6 +74,8 @@ class VORN_EXPORT IEEEFloat {
   bool is_nan() const;
   bool is_inf() const;
   bool is_zero() const;
+  bool is_normal() const;
+  bool is_subnormal() const;
   /// Whether the sign bit is set, NaNs included.
   bool is_sign_set() const;
   /// A finite float is (-1)^sign * significand * 2^exponent with integers in these ranges:
