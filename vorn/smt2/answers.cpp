@@ -21,35 +21,37 @@ const char* answer_text(Answer answer) {
 
 }  // namespace
 
-void Interpreter::decide(Parser& parser, const Token& command,
-                         std::span<const Term* const> assumptions) {
+void Interpreter::decide(Parser& parser, const Token& command) {
   last_answer.reset();
   ++checks;
-  last_answer = ask_engine(parser, command.position, [&] { return engine.check_sat(assumptions); });
+  std::vector<const Term*> assumed;
+  for (const Assertion& assumption : assumptions)
+    assumed.push_back(assumption.term);
+  last_answer = ask_engine(parser, command.position, [&] { return engine.check_sat(assumed); });
   respond(answer_text(*last_answer));
 }
 
 void Interpreter::check_sat(Parser& parser, const Token& command) {
   parser.close_command();
-  decide(parser, command, {});
+  assumptions.clear();
+  decide(parser, command);
 }
 
 void Interpreter::check_sat_assuming(Parser& parser, const Token& command) {
   TokenStream& tokens = parser.get_tokens();
-  std::vector<const Term*> assumptions;
+  std::vector<Assertion> assumed;
   tokens.expect_open("'(' to open the assumptions");
-  while (!tokens.at_close())
-    assumptions.push_back(parser.read_formula("an assumption").term);
+  while (!tokens.at_close()) {
+    const ParsedTerm formula = parser.read_formula("an assumption");
+    assumed.push_back({formula.text, script, formula.term});
+  }
   tokens.next();
   parser.close_command();
-  decide(parser, command, assumptions);
+  assumptions = std::move(assumed);
+  decide(parser, command);
 }
 
 void Interpreter::require_model(Parser& parser, const Token& command) const {
-  if (!options.produce_models) {
-    parser.fail(command.position,
-                fmt::format("{}: the option :produce-models is false", command.text));
-  }
   if (last_answer != Answer::sat) {
     parser.fail(command.position,
                 fmt::format("{}: there is no model, the last answer is not sat", command.text));
@@ -58,6 +60,7 @@ void Interpreter::require_model(Parser& parser, const Token& command) const {
 
 void Interpreter::get_model(Parser& parser, const Token& command) {
   parser.close_command();
+  check_flag(parser, command, ":produce-models");
   require_model(parser, command);
   std::string model = "(\n";
   for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
@@ -78,6 +81,7 @@ void Interpreter::get_value(Parser& parser, const Token& command) {
   } while (!tokens.at_close());
   tokens.next();
   parser.close_command();
+  check_flag(parser, command, ":produce-models");
   require_model(parser, command);
 
   std::string values;
@@ -89,12 +93,45 @@ void Interpreter::get_value(Parser& parser, const Token& command) {
   respond("(" + values + ")");
 }
 
-void Interpreter::get_assertions(Parser& parser, const Token& /*command*/) {
+void Interpreter::get_assertions(Parser& parser, const Token& command) {
   parser.close_command();
+  check_flag(parser, command, ":produce-assertions");
   std::string text = "(";
-  for (const std::string_view assertion : assertions) {
+  for (const Assertion& assertion : assertions) {
     if (text.size() > 1) text += "\n ";
-    text += collapse(assertion);
+    text += collapse(assertion.text);
+  }
+  respond(text + ")");
+}
+
+/// The values of the formulas that :named has given a name.
+void Interpreter::get_assignment(Parser& parser, const Token& command) {
+  parser.close_command();
+  check_flag(parser, command, ":produce-assignments");
+  require_model(parser, command);
+  std::string text = "(";
+  for (const SymbolTable::Declaration& label : symbols.get_labels()) {
+    const Term* value =
+        ask_engine(parser, command.position, [&] { return engine.get_value(label.constant); });
+    if (text.size() > 1) text += ' ';
+    text += fmt::format("({} {})", quote_symbol(label.name), value->to_string());
+  }
+  respond(text + ")");
+}
+
+void Interpreter::get_unsat_assumptions(Parser& parser, const Token& command) {
+  parser.close_command();
+  check_flag(parser, command, ":produce-unsat-assumptions");
+  if (last_answer != Answer::unsat) {
+    parser.fail(command.position,
+                fmt::format("{}: the last answer is not unsat", command.text));
+  }
+  const std::vector<std::size_t> failed =
+      ask_engine(parser, command.position, [&] { return engine.get_unsat_assumptions(); });
+  std::string text = "(";
+  for (const std::size_t i : failed) {
+    if (text.size() > 1) text += ' ';
+    text += collapse(assumptions[i].text);
   }
   respond(text + ")");
 }

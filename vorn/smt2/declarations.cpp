@@ -78,7 +78,7 @@ void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
   parser.close_command();
   last_answer.reset();
   ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
-  assertions.push_back(formula.text);
+  assertions.push_back({formula.text, script, formula.term});
 }
 
 /// The number of levels; one when none is given.
@@ -110,27 +110,32 @@ void Interpreter::pop(Parser& parser, const Token& command) {
   }
   last_answer.reset();
   for (std::uint32_t i = 0; i < count; ++i) {
-    assertions.resize(levels.back());
+    assertions.erase(assertions.begin() + static_cast<std::ptrdiff_t>(levels.back()),
+                     assertions.end());
     levels.pop_back();
     symbols.pop();
     ask_engine(parser, command.position, [&] { engine.pop(); });
   }
 }
 
-/// Declarations and definitions leave with the assertions, as they do while :global-declarations is
-/// false (SMT-LIB 2.6, section 4.2.2).
+/// Declarations and definitions leave with the assertions unless :global-declarations is true
+/// (SMT-LIB 2.6, section 4.2.2).
 void Interpreter::reset_assertions(Parser& parser, const Token& command) {
   parser.close_command();
   assertions.clear();
+  assumptions.clear();
   levels.clear();
-  symbols.clear();
+  symbols.clear_levels();
   last_answer.reset();
   ask_engine(parser, command.position, [&] { engine.reset_assertions(); });
 }
 
 void Interpreter::reset(Parser& parser, const Token& command) {
   reset_assertions(parser, command);
+  symbols.clear();
   options = defaults;
+  engine.set_seed(options.random_seed);
+  has_logic = false;
   checks = 0;
 }
 

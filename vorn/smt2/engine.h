@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,12 @@
 namespace vorn::smt2 {
 
 enum class Answer : std::uint8_t { sat, unsat, unknown };
+
+/// The engine found that it is wrong itself. The session cannot go on.
+class VORN_EXPORT InternalError : public std::logic_error {
+ public:
+  using std::logic_error::logic_error;
+};
 
 /// A stack of assertions and a decision procedure for it. All terms belong to the manager that the
 /// interpreter builds terms with. What an engine does not support it refuses with a
@@ -44,6 +51,8 @@ class VORN_EXPORT Engine {
   virtual std::string get_reason_unknown() const = 0;
   /// Drops all assertions and all levels.
   virtual void reset_assertions() = 0;
+  /// Where decisions are left to chance, later ones depend on this number.
+  virtual void set_seed(std::uint32_t seed) = 0;
 };
 
 }  // namespace vorn::smt2

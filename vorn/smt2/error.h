@@ -17,6 +17,17 @@ struct Position {
   std::uint32_t column = 1;
 
   bool operator==(const Position&) const = default;
+
+  /// Moves past one byte. Continuation bytes of UTF-8 belong to the character before.
+  void advance(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte == '\n') {
+      ++line;
+      column = 1;
+    } else if ((byte & 0xC0U) != 0x80U) {
+      ++column;
+    }
+  }
 };
 
 /// An error in a script; `what()` is "FILE:LINE:COLUMN: error: MESSAGE".

@@ -1,21 +1,14 @@
-// The session: dispatch, options and information.
+// The session: reading, dispatch, errors.
 #include "vorn/smt2/interpreter.h"
 
 #include <fmt/format.h>
 
 #include <utility>
 
+#include "vorn/smt2/command_reader.h"
+#include "vorn/terms/printer.h"
+
 namespace vorn::smt2 {
-namespace {
-
-std::string quoted(std::string_view text) {
-  std::string result = "\"";
-  for (const char c : text)
-    result += c == '"' ? "\"\"" : std::string(1, c);
-  return result + "\"";
-}
-
-}  // namespace
 
 const Interpreter::Command Interpreter::kCommands[] = {
     {"set-logic", &Interpreter::set_logic},
@@ -40,21 +33,16 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"get-model", &Interpreter::get_model},
     {"get-value", &Interpreter::get_value},
     {"get-assertions", &Interpreter::get_assertions},
+    {"get-assignment", &Interpreter::get_assignment},
+    {"get-unsat-assumptions", &Interpreter::get_unsat_assumptions},
 
     {"declare-sort"},
     {"declare-datatype"},
     {"declare-datatypes"},
     {"define-fun-rec"},
     {"define-funs-rec"},
-    {"get-assignment"},
     {"get-proof"},
-    {"get-unsat-assumptions"},
     {"get-unsat-core"},
-};
-
-const Interpreter::Flag Interpreter::kFlags[] = {
-    {":print-success", &InterpreterOptions::print_success},
-    {":produce-models", &InterpreterOptions::produce_models},
 };
 
 const Interpreter::Command* Interpreter::find_command(std::string_view name) {
@@ -64,120 +52,63 @@ const Interpreter::Command* Interpreter::find_command(std::string_view name) {
   return nullptr;
 }
 
-const Interpreter::Flag* Interpreter::find_flag(std::string_view name) {
-  for (const Flag& flag : kFlags) {
-    if (flag.name == name) return &flag;
-  }
-  return nullptr;
-}
-
 Interpreter::Interpreter(TermManager& manager, Engine& solver, std::ostream& stream,
                          InterpreterOptions session)
     : mgr(manager), engine(solver), out(stream), defaults(std::move(session)), options(defaults) {}
 
 void Interpreter::run(std::string text, const std::string& file) {
-  texts.push_back(std::move(text));
-  Parser parser(mgr, symbols, texts.back(), file);
+  script = std::make_shared<const std::string>(std::move(text));
+  Parser parser(mgr, symbols, *script, file);
+  interactive = false;
   exited = false;
-  if (!execute(parser)) parser.fail({}, "the script has no commands");
-  while (!exited && execute(parser)) {
-  }
+  std::optional<Token> name = parser.open_command();
+  if (!name) parser.fail({}, "the script has no commands");
+  for (; name; name = exited ? std::nullopt : parser.open_command())
+    execute(parser, *name);
 }
 
-/// Executes the next command; false when there is none.
-bool Interpreter::execute(Parser& parser) {
-  const std::optional<Token> name = parser.open_command();
-  if (!name) return false;
-  const Command* command = find_command(name->text);
+bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
+  CommandReader reader(in);
+  bool clean = true;
+  interactive = true;
+  exited = false;
+  while (!exited) {
+    std::optional<CommandText> command = reader.next();
+    if (!command) break;
+    script = std::make_shared<const std::string>(std::move(command->text));
+    const SymbolTable::Mark mark = symbols.get_mark();
+    try {
+      Parser parser(mgr, symbols, *script, file, command->position);
+      if (const std::optional<Token> name = parser.open_command()) execute(parser, *name);
+    } catch (const ScriptError& error) {
+      // Commands change levels only once nothing can fail any more: what is to be undone are names
+      // that were given on the way.
+      symbols.retract(mark);
+      respond("(error " + quoted_string(error.what()) + ")");
+      out.flush();
+      clean = false;
+    }
+  }
+  return clean;
+}
+
+void Interpreter::execute(Parser& parser, const Token& name) {
+  const Command* command = find_command(name.text);
   if (command == nullptr) {
-    parser.fail(name->position, fmt::format("unknown command '{}'", name->text));
+    parser.fail(name.position, fmt::format("unknown command '{}'", name.text));
   }
   if (command->handler == nullptr) {
-    parser.fail(name->position, fmt::format("{} is not supported", name->text));
+    parser.fail(name.position, fmt::format("{} is not supported", name.text));
   }
   answered = false;
-  (this->*command->handler)(parser, *name);
+  (this->*command->handler)(parser, name);
   if (!answered && options.print_success) out << "success\n";
   out.flush();
-  return true;
 }
 
 void Interpreter::respond(std::string_view text) {
   out << text << '\n';
   answered = true;
-}
-
-// Information -----------------------------------------------------------------------------------
-
-/// Any logic is accepted: what it allows beyond this reader is refused where it is used.
-void Interpreter::set_logic(Parser& parser, const Token& /*command*/) {
-  parser.get_tokens().expect_symbol("the name of a logic");
-  parser.close_command();
-}
-
-void Interpreter::set_info(Parser& parser, const Token& /*command*/) {
-  TokenStream& tokens = parser.get_tokens();
-  tokens.expect(Token::Kind::keyword, "a keyword");
-  if (!tokens.at_close()) tokens.skip_expression();
-  parser.close_command();
-}
-
-void Interpreter::get_info(Parser& parser, const Token& /*command*/) {
-  const Token key = parser.get_tokens().expect(Token::Kind::keyword, "a keyword");
-  parser.close_command();
-  respond(info(parser, key));
-}
-
-std::string Interpreter::info(Parser& parser, const Token& key) const {
-  if (key.text == ":name") return fmt::format("(:name {})", quoted(options.name));
-  if (key.text == ":version") return fmt::format("(:version {})", quoted(options.version));
-  if (key.text == ":authors") return fmt::format("(:authors {})", quoted(options.authors));
-  if (key.text == ":error-behavior") return "(:error-behavior immediate-exit)";
-  if (key.text == ":assertion-stack-levels") {
-    return fmt::format("(:assertion-stack-levels {})", levels.size());
-  }
-  if (key.text == ":all-statistics") {
-    return fmt::format("(:assertions {} :check-sat {} :terms {})", assertions.size(), checks,
-                       mgr.get_term_count());
-  }
-  if (key.text == ":reason-unknown") {
-    if (last_answer != Answer::unknown) {
-      parser.fail(key.position, ":reason-unknown: the last answer was not unknown");
-    }
-    return fmt::format("(:reason-unknown {})", quoted(engine.get_reason_unknown()));
-  }
-  return "unsupported";
-}
-
-// Options ---------------------------------------------------------------------------------------
-
-void Interpreter::set_option(Parser& parser, const Token& /*command*/) {
-  TokenStream& tokens = parser.get_tokens();
-  const Token key = tokens.expect(Token::Kind::keyword, "an option");
-  const Flag* flag = find_flag(key.text);
-  if (flag == nullptr) {
-    if (!tokens.at_close()) tokens.skip_expression();
-    parser.close_command();
-    respond("unsupported");
-    return;
-  }
-  const Token value = tokens.next();
-  if (!value.is_word("true") && !value.is_word("false")) {
-    tokens.fail_expected("true or false", value);
-  }
-  parser.close_command();
-  options.*flag->value = value.is_word("true");
-}
-
-void Interpreter::get_option(Parser& parser, const Token& /*command*/) {
-  const Token key = parser.get_tokens().expect(Token::Kind::keyword, "an option");
-  parser.close_command();
-  const Flag* flag = find_flag(key.text);
-  if (flag == nullptr) {
-    respond("unsupported");
-  } else {
-    respond(options.*flag->value ? "true" : "false");
-  }
 }
 
 void Interpreter::echo(Parser& parser, const Token& /*command*/) {
@@ -189,6 +120,19 @@ void Interpreter::echo(Parser& parser, const Token& /*command*/) {
 void Interpreter::exit(Parser& parser, const Token& /*command*/) {
   parser.close_command();
   exited = true;
+}
+
+std::string Interpreter::get_state_script() const {
+  std::string text;
+  for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
+    text += fmt::format("(declare-const {} {})\n", d.constant->to_string(),
+                        d.constant->get_type()->to_string());
+  }
+  for (const std::vector<Assertion>* formulas : {&assertions, &assumptions}) {
+    for (const Assertion& formula : *formulas)
+      text += fmt::format("(assert {})\n", formula.term->to_string());
+  }
+  return text + "(check-sat)\n";
 }
 
 }  // namespace vorn::smt2

@@ -1,14 +1,18 @@
 // Executes scripts: reads one command after the other, keeps the names and options of the session,
 // passes assertions to an engine and prints the answers (SMT-LIB 2.6, chapter 4).
 //
-// An error ends the script at once, as the standard calls `immediate-exit`: what was printed stays,
-// and a ScriptError tells the caller where it was. Names are kept as the user wrote them, because
-// the term manager may have to rename what is declared again after a pop.
+// An error ends a script at once, as the standard calls `immediate-exit`: what was printed stays,
+// and a ScriptError tells the caller where it was. In an interactive session it ends its command
+// only, which then has had no effect (`continued-execution`): a slip costs nothing that was said
+// before. Names are kept as the user wrote them, because the term manager may have to rename what
+// is declared again after a pop.
 #ifndef VORN_SMT2_INTERPRETER_H
 #define VORN_SMT2_INTERPRETER_H
 
+#include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <istream>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <span>
@@ -32,6 +36,12 @@ struct InterpreterOptions {
   std::string authors = "the Vorn developers";
   bool print_success = false;
   bool produce_models = true;
+  bool produce_assertions = true;
+  bool produce_assignments = true;
+  bool produce_unsat_assumptions = true;
+  bool global_declarations = false;
+  std::uint32_t random_seed = 0;
+  std::uint32_t verbosity = 0;
 };
 
 /// One session: names, options and assertions last from one script to the next until `(reset)`.
@@ -43,6 +53,13 @@ class VORN_EXPORT Interpreter {
 
   /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError.
   void run(std::string text, const std::string& file);
+  /// Executes commands as they come out of a stream, answering each before it reads the next. An
+  /// error is printed as the response `(error "...")`. Returns whether there was none.
+  bool run_interactive(std::istream& in, const std::string& file);
+
+  /// A script that declares, asserts and checks what the session did when it last asked for a
+  /// decision: what goes with the report of an internal error.
+  std::string get_state_script() const;
 
   /// What the scripts declared and defined.
   const SymbolTable& get_symbols() const { return symbols; }
@@ -53,17 +70,24 @@ class VORN_EXPORT Interpreter {
     std::string_view name;
     Handler handler = nullptr;  // null: known, and refused by name
   };
-  struct Flag {
+  /// An option with a value of one of two kinds, or of none: known, and unsupported.
+  struct Option {
     std::string_view name;
-    bool InterpreterOptions::*value;
+    bool InterpreterOptions::*flag = nullptr;
+    std::uint32_t InterpreterOptions::*number = nullptr;
+  };
+  struct Assertion {
+    std::string_view text;  // as the user wrote it, within
+    std::shared_ptr<const std::string> script;
+    const Term* term;
   };
 
   static const Command kCommands[];
-  static const Flag kFlags[];
+  static const Option kOptions[];
 
   static const Command* find_command(std::string_view name);
-  static const Flag* find_flag(std::string_view name);
-  bool execute(Parser& parser);
+  static const Option* find_option(std::string_view name);
+  void execute(Parser& parser, const Token& name);
   void respond(std::string_view text);
 
   // Session (interpreter.cpp)
@@ -75,6 +99,7 @@ class VORN_EXPORT Interpreter {
   void echo(Parser& parser, const Token& command);
   void exit(Parser& parser, const Token& command);
   std::string info(Parser& parser, const Token& key) const;
+  void check_flag(const Parser& parser, const Token& command, std::string_view option) const;
 
   // Names and assertions (declarations.cpp)
   void declare_const(Parser& parser, const Token& command);
@@ -97,7 +122,9 @@ class VORN_EXPORT Interpreter {
   void get_model(Parser& parser, const Token& command);
   void get_value(Parser& parser, const Token& command);
   void get_assertions(Parser& parser, const Token& command);
-  void decide(Parser& parser, const Token& command, std::span<const Term* const> assumptions);
+  void get_assignment(Parser& parser, const Token& command);
+  void get_unsat_assumptions(Parser& parser, const Token& command);
+  void decide(Parser& parser, const Token& command);
   void require_model(Parser& parser, const Token& command) const;
 
   TermManager& mgr;
@@ -107,11 +134,14 @@ class VORN_EXPORT Interpreter {
 
   InterpreterOptions options;
   SymbolTable symbols;
-  std::deque<std::string> texts;             // the scripts, for the views of assertions
-  std::vector<std::string_view> assertions;  // as the user wrote them
-  std::vector<std::size_t> levels;           // number of assertions at each push
-  std::optional<Answer> last_answer;         // of the assertions as they stand
+  std::shared_ptr<const std::string> script;  // what is being executed
+  std::vector<Assertion> assertions;
+  std::vector<std::size_t> levels;     // number of assertions at each push
+  std::vector<Assertion> assumptions;  // of the last check
+  std::optional<Answer> last_answer;   // of the assertions as they stand
   std::uint64_t checks = 0;
+  bool has_logic = false;
+  bool interactive = false;
   bool exited = false;
   bool answered = false;  // the command has printed its response
 };
@@ -121,6 +151,8 @@ template <class Ask>
 auto ask_engine(const Parser& parser, Position place, const Ask& ask) {
   try {
     return ask();
+  } catch (const InternalError&) {
+    throw;
   } catch (const std::logic_error& error) {
     parser.fail(place, error.what());
   } catch (const std::runtime_error& error) {

@@ -94,17 +94,6 @@ void Lexer::fail_stray() const {
   fail(position, what + "; a symbol with such characters is written between bars: |...|");
 }
 
-/// Moves past one byte. Continuation bytes of UTF-8 belong to the character before.
-void Lexer::advance() {
-  const auto byte = static_cast<unsigned char>(text[offset++]);
-  if (byte == '\n') {
-    ++position.line;
-    position.column = 1;
-  } else if ((byte & 0xC0U) != 0x80U) {
-    ++position.column;
-  }
-}
-
 void Lexer::skip_blanks() {
   while (!at_end()) {
     if (text[offset] == ';') {

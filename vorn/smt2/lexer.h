@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "vorn/smt2/error.h"
 #include "vorn/utils/export.h"
@@ -47,8 +48,9 @@ struct Token {
 /// but whose value is plain.
 class VORN_EXPORT Lexer {
  public:
-  Lexer(std::string_view source, std::string file_name)
-      : text(source), file(std::move(file_name)) {}
+  /// `start` is the place of the text in the file.
+  Lexer(std::string_view source, std::string file_name, Position start = {})
+      : text(source), file(std::move(file_name)), position(start) {}
 
   /// The next token; at the end of the text one of kind `end`, again and again.
   /// Throws ScriptError on anything that is no token.
@@ -58,7 +60,7 @@ class VORN_EXPORT Lexer {
 
  private:
   bool at_end() const { return offset == text.size(); }
-  void advance();
+  void advance() { position.advance(text[offset++]); }
   void skip_blanks();
   Token single(Token::Kind kind);
   Token quoted_symbol();

@@ -17,8 +17,9 @@ constexpr std::size_t kParameterDepth = 0;
 
 }  // namespace
 
-Parser::Parser(TermManager& manager, SymbolTable& table, std::string_view text, std::string file)
-    : mgr(manager), symbols(table), tokens(text, std::move(file)) {}
+Parser::Parser(TermManager& manager, SymbolTable& table, std::string_view text, std::string file,
+               Position start)
+    : mgr(manager), symbols(table), tokens(text, std::move(file), start) {}
 
 /// Runs `build`; what the term manager refuses is an error at `place`.
 template <class Build>
@@ -406,6 +407,7 @@ void Parser::name_term(const Value& value) {
     fail(name.position, "a term inside of a definition with parameters cannot be named");
   }
   symbols.define(name.text, {{}, value.term});
+  if (mgr.is_bool_type(value.term->get_type())) symbols.add_label(name.text, value.term);
 }
 
 }  // namespace vorn::smt2

@@ -41,7 +41,9 @@ struct Parameter {
 /// wrong. The text must outlive the parser; after an error a parser is of no more use.
 class VORN_EXPORT Parser {
  public:
-  Parser(TermManager& manager, SymbolTable& table, std::string_view text, std::string file);
+  /// `start` is the place of the text in the file.
+  Parser(TermManager& manager, SymbolTable& table, std::string_view text, std::string file,
+         Position start = {});
 
   // Commands ----------------------------------------------------------------------------------
 

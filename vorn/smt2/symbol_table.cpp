@@ -33,20 +33,44 @@ const SortDefinition* SymbolTable::find_sort(std::string_view name) const {
   return found == sorts.end() ? nullptr : &found->second;
 }
 
+void SymbolTable::add_label(std::string_view name, const Term* term) {
+  labels.push_back({std::string(name), term});
+}
+
+void SymbolTable::append_terms(std::vector<const Term*>* terms) const {
+  for (const auto& [name, function] : functions) {
+    terms->push_back(function.body);
+    terms->insert(terms->end(), function.parameters.begin(), function.parameters.end());
+  }
+}
+
+SymbolTable::Mark SymbolTable::get_mark() const {
+  return {function_trail.size(), sort_trail.size(), declarations.size(), labels.size()};
+}
+
+void SymbolTable::retract(const Mark& mark) {
+  for (; function_trail.size() > mark.functions; function_trail.pop_back()) {
+    functions.erase(function_trail.back());
+  }
+  for (; sort_trail.size() > mark.sorts; sort_trail.pop_back())
+    sorts.erase(sort_trail.back());
+  declarations.resize(mark.declarations);
+  labels.resize(mark.labels);
+}
+
 void SymbolTable::push() {
-  levels.push_back({function_trail.size(), sort_trail.size(), declarations.size()});
+  levels.push_back(get_mark());
 }
 
 void SymbolTable::pop() {
   assert(!levels.empty());
-  const Level level = levels.back();
+  if (!global) retract(levels.back());
   levels.pop_back();
-  for (; function_trail.size() > level.functions; function_trail.pop_back()) {
-    functions.erase(function_trail.back());
-  }
-  for (; sort_trail.size() > level.sorts; sort_trail.pop_back())
-    sorts.erase(sort_trail.back());
-  declarations.resize(level.declarations);
+}
+
+void SymbolTable::clear_levels() {
+  levels.clear();
+  if (!global) retract({});
 }
 
 void SymbolTable::clear() {

@@ -44,7 +44,7 @@ class VORN_EXPORT SymbolTable {
  public:
   struct Declaration {
     std::string name;
-    const Term* constant;
+    const Term* constant;  // or the term that a label names
   };
 
   // Functions and sorts are two name spaces. Names must be new; the readers of names see to it.
@@ -57,13 +57,32 @@ class VORN_EXPORT SymbolTable {
   const SortDefinition* find_sort(std::string_view name) const;
   /// The declared constants in the order of their declarations.
   const std::vector<Declaration>& get_declarations() const { return declarations; }
+  /// Notes that a Boolean term was given a name with :named, which is defined as any other.
+  void add_label(std::string_view name, const Term* term);
+  /// The named Boolean terms in the order of their naming.
+  const std::vector<Declaration>& get_labels() const { return labels; }
+  /// All terms that names stand for, and the parameters of functions.
+  void append_terms(std::vector<const Term*>* terms) const;
 
+  bool is_empty() const { return functions.empty() && sorts.empty(); }
+  /// Whether names outlive the levels in which they came; the table must be empty.
+  void set_global(bool on) { global = on; }
   std::size_t get_level() const { return levels.size(); }
   void push();
   /// Forgets what came since the last push, of which there must be one.
   void pop();
+  /// Forgets everything, but for names that outlive levels.
+  void clear_levels();
   /// Forgets everything.
   void clear();
+
+  /// A point in time within a level.
+  struct Mark {
+    std::size_t functions, sorts, declarations, labels;
+  };
+  Mark get_mark() const;
+  /// Forgets what came since then, which is within the current level.
+  void retract(const Mark& mark);
 
  private:
   struct StringHash {
@@ -72,16 +91,14 @@ class VORN_EXPORT SymbolTable {
   };
   template <class T>
   using Table = std::unordered_map<std::string, T, StringHash, std::equal_to<>>;
-  struct Level {
-    std::size_t functions, sorts, declarations;
-  };
-
   Table<Function> functions;
   Table<SortDefinition> sorts;
   std::vector<std::string> function_trail;
   std::vector<std::string> sort_trail;
   std::vector<Declaration> declarations;
-  std::vector<Level> levels;
+  std::vector<Declaration> labels;
+  std::vector<Mark> levels;
+  bool global = false;
 };
 
 /// The names that forms inside of a term bind; views into the text of the script.

@@ -17,7 +17,8 @@ bool is_reserved_word(const Token& token) {
   return false;
 }
 
-TokenStream::TokenStream(std::string_view text, std::string file) : lexer(text, std::move(file)) {}
+TokenStream::TokenStream(std::string_view text, std::string file, Position start)
+    : lexer(text, std::move(file), start) {}
 
 void TokenStream::fail(Position place, const std::string& message) const {
   throw ScriptError(lexer.get_file(), place, message);

@@ -18,7 +18,7 @@ namespace vorn::smt2 {
 /// The tokens of one script. Everything throws ScriptError at the token that is not as expected.
 class VORN_EXPORT TokenStream {
  public:
-  TokenStream(std::string_view text, std::string file);
+  TokenStream(std::string_view text, std::string file, Position start = {});
 
   // Tokens ------------------------------------------------------------------------------------
 

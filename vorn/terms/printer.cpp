@@ -175,6 +175,13 @@ class Printer {
 
 }  // namespace
 
+std::string quoted_string(std::string_view text) {
+  std::string result = "\"";
+  for (const char c : text)
+    result += c == '"' ? "\"\"" : std::string(1, c);
+  return result + "\"";
+}
+
 std::string quote_symbol(const std::string& name) {
   return is_simple_symbol(name) ? name : "|" + name + "|";
 }

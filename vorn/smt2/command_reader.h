@@ -1,0 +1,45 @@
+// Commands out of a stream, one at a time, as soon as each is complete.
+//
+// A session on a terminal or a pipe must answer a command before the next one is there. So the text
+// is cut where the parentheses close, by counting them outside of strings, quoted symbols and
+// comments; what stands between is read as in any script. It also confines an error to its command.
+#ifndef VORN_SMT2_COMMAND_READER_H
+#define VORN_SMT2_COMMAND_READER_H
+
+#include <istream>
+#include <optional>
+#include <string>
+
+#include "vorn/smt2/error.h"
+#include "vorn/utils/export.h"
+
+namespace vorn::smt2 {
+
+/// The text of one command and where it begins.
+struct CommandText {
+  std::string text;
+  Position position;
+};
+
+class VORN_EXPORT CommandReader {
+ public:
+  explicit CommandReader(std::istream& stream) : in(stream) {}
+
+  /// The next command, or what stands in its place: a word, a stray parenthesis, or the rest of the
+  /// stream where a parenthesis, string or quoted symbol is never closed. Nothing at the end.
+  /// Reads no further than the command.
+  std::optional<CommandText> next();
+
+ private:
+  bool take(std::string* text);
+  void skip_blanks();
+  void take_comment();
+  void take_quoted(std::string* text, char quote);
+
+  std::istream& in;
+  Position position;
+};
+
+}  // namespace vorn::smt2
+
+#endif
