@@ -40,6 +40,8 @@ class FakeEngine : public Engine {
     assumptions.assign(given.begin(), given.end());
     return answer;
   }
+  std::vector<std::size_t> get_unsat_assumptions() override { return failed; }
+  void set_seed(std::uint32_t number) override { seed = number; }
   const Term* get_value(const Term* t) override {
     const auto found = values.find(t);
     if (found != values.end()) return found->second;
@@ -71,6 +73,8 @@ class FakeEngine : public Engine {
   std::map<const Term*, const Term*> values;
   std::vector<const Term*> assertions;
   std::vector<const Term*> assumptions;
+  std::vector<std::size_t> failed;  // of the assumptions
+  std::uint32_t seed = 0;
   std::vector<std::size_t> marks;
   std::string calls;
 };

@@ -21,8 +21,11 @@ class TestTerminator final : public CaDiCaL::Terminator {
 
 class CadicalSolver final : public SatSolver {
  public:
-  CadicalSolver() {
+  explicit CadicalSolver(int seed) {
     solver.set("quiet", 1);  // standard output belongs to the caller
+    if (!solver.set("seed", seed)) {
+      throw std::invalid_argument("SAT solver: " + std::to_string(seed) + " is no seed");
+    }
     solver.connect_terminator(&terminator);
   }
   ~CadicalSolver() override { solver.disconnect_terminator(); }
@@ -108,8 +111,8 @@ class CadicalSolver final : public SatSolver {
 
 }  // namespace
 
-std::unique_ptr<SatSolver> make_cadical_solver() {
-  return std::make_unique<CadicalSolver>();
+std::unique_ptr<SatSolver> make_cadical_solver(int seed) {
+  return std::make_unique<CadicalSolver>(seed);
 }
 
 }  // namespace vorn::bv

@@ -54,8 +54,8 @@ class VORN_EXPORT SatSolver {
   virtual std::uint64_t get_clause_count() const = 0;
 };
 
-/// CaDiCaL behind the interface.
-VORN_EXPORT std::unique_ptr<SatSolver> make_cadical_solver();
+/// CaDiCaL behind the interface. The seed, from 0 on, leads its search, never its answers.
+VORN_EXPORT std::unique_ptr<SatSolver> make_cadical_solver(int seed = 0);
 
 }  // namespace vorn::bv
 

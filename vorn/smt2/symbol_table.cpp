@@ -1,5 +1,6 @@
 #include "vorn/smt2/symbol_table.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace vorn::smt2 {
@@ -54,8 +55,8 @@ void SymbolTable::retract(const Mark& mark) {
   }
   for (; sort_trail.size() > mark.sorts; sort_trail.pop_back())
     sorts.erase(sort_trail.back());
-  declarations.resize(mark.declarations);
-  labels.resize(mark.labels);
+  declarations.resize(std::min(declarations.size(), mark.declarations));
+  labels.resize(std::min(labels.size(), mark.labels));
 }
 
 void SymbolTable::push() {

@@ -53,9 +53,10 @@ std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& man
 struct Solver::BackEnd {
   /// Everything from the graph down.
   struct Circuits {
-    Circuits(TermManager& manager, const TerminationTest* test)
-        : blaster(manager, aig), sat(bv::make_cadical_solver()), cnf(aig, *sat) {
-      sat->set_termination_test(test);
+    Circuits(TermManager& manager, const Options& options)
+        : blaster(manager, aig), sat(bv::make_cadical_solver(options.seed)), cnf(aig, *sat) {
+      blaster.set_termination_test(options.termination_test);
+      sat->set_termination_test(options.termination_test);
     }
 
     bv::Aig aig;
@@ -67,7 +68,7 @@ struct Solver::BackEnd {
   BackEnd(TermManager& manager, const Options& options)
       : encoder(make_encoder(options.encoder, manager)),
         translator(manager, *encoder),
-        circuits(std::make_unique<Circuits>(manager, options.termination_test)) {
+        circuits(std::make_unique<Circuits>(manager, options)) {
     encoder->set_termination_test(options.termination_test);
   }
 
@@ -173,7 +174,7 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
       return answer;
     }
     if (options.encoder != EncoderKind::base) {
-      throw std::logic_error("internal error: the model found does not satisfy an assertion");
+      throw smt2::InternalError("internal error: the model found does not satisfy an assertion");
     }
     reason_unknown = "the model found holds for the base encoder only, not for IEEE 754";
     return smt2::Answer::unknown;
@@ -182,8 +183,14 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
 
 smt2::Answer Solver::search() {
   const Stopwatch watch(&statistics.search_seconds);
-  if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) renew_back_end();
-  write_clauses();
+  try {
+    if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
+      renew_back_end();
+    }
+    write_clauses();
+  } catch (const Terminated&) {
+    return give_up();
+  }
   bv::SatSolver& sat = *back_end->circuits->sat;
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
@@ -202,6 +209,10 @@ smt2::Answer Solver::search() {
     case bv::SatSolver::Result::unknown:
       break;
   }
+  return give_up();
+}
+
+smt2::Answer Solver::give_up() {
   statistics.interrupted = true;
   reason_unknown = "resource limit";
   return smt2::Answer::unknown;
@@ -236,14 +247,22 @@ void Solver::write_level(Level& level, bool permanent) {
 /// Leaves behind what popped levels have written, and writes what is alive again. The next time is
 /// when as much has come on top of it, so that the work is shared out evenly.
 void Solver::renew_back_end() {
-  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options.termination_test);
+  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options);
   for (Level& level : levels) {
     level.written = 0;
     level.activation = 0;
   }
-  write_clauses();
   has_garbage = false;
+  write_clauses();
   rebuild_limit = kLeastRebuildLimit + 2 * back_end->circuits->sat->get_clause_count();
+}
+
+void Solver::set_seed(std::uint32_t seed) {
+  const int value = static_cast<int>(seed % (1U << 30U));
+  if (value == options.seed) return;
+  leave_assumptions();
+  options.seed = value;
+  renew_back_end();
 }
 
 std::vector<std::size_t> Solver::get_unsat_assumptions() {

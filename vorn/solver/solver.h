@@ -41,6 +41,8 @@ VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, Term
 
 struct VORN_EXPORT Options {
   EncoderKind encoder = EncoderKind::ieee;
+  /// Of the SAT solver; not negative.
+  int seed = 0;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
   /// Told about each step; borrowed, may be null.
@@ -69,7 +71,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void push() override;
   /// Throws std::logic_error without a matching push.
   void pop() override;
-  /// Throws std::logic_error should a model fail the check, which would be a defect of the solver;
+  /// Throws smt2::InternalError should a model fail the check, which is a defect of the solver;
   /// with the base encoder, whose models IEEE 754 may reject, the answer is then
   /// unknown.
   smt2::Answer check_sat(std::span<const Term* const> assumptions) override;
@@ -80,6 +82,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   const Term* get_value(const Term* t) override;
   std::string get_reason_unknown() const override { return reason_unknown; }
   void reset_assertions() override;
+  /// Of the SAT solver; its upper two bits are ignored.
+  void set_seed(std::uint32_t seed) override;
 
   Statistics get_statistics() const;
 
@@ -106,6 +110,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void leave_assumptions();
   const Term* translate(const Term* f);
   smt2::Answer search();
+  smt2::Answer give_up();
   void write_clauses();
   void write_level(Level& level, bool permanent);
   void renew_back_end();
@@ -117,7 +122,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void log(const std::string& message) const;
 
   TermManager& mgr;
-  const Options options;
+  Options options;
   std::unique_ptr<BackEnd> back_end;
   std::vector<Level> levels;
   std::vector<Assumption> assumptions;  // of the last check

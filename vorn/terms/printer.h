@@ -3,6 +3,7 @@
 #define VORN_TERMS_PRINTER_H
 
 #include <string>
+#include <string_view>
 
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
@@ -10,6 +11,8 @@
 
 namespace vorn {
 
+/// A string literal: the text between quotes, those within doubled.
+VORN_EXPORT std::string quoted_string(std::string_view text);
 /// The symbol, between bars where SMT-LIB asks for them.
 VORN_EXPORT std::string quote_symbol(const std::string& name);
 
