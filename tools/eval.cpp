@@ -167,8 +167,11 @@ class Session {
       --expected;
     }
     if (words.size() != expected + 1) {
+      const bool optional = arguments.front() == 'o';
+      const std::string wanted =
+          optional ? fmt::format("{} or {}", expected - 1, expected) : std::to_string(expected);
       throw std::invalid_argument(
-          fmt::format("{} takes {} arguments, got {}", operation.name, expected, words.size() - 1));
+          fmt::format("{} takes {} arguments, got {}", operation.name, wanted, words.size() - 1));
     }
     Request request;
     std::size_t bits = 0;

@@ -2,12 +2,17 @@
 
 #include <fmt/format.h>
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 
@@ -21,22 +26,72 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Asks for an end once a point in time has passed.
-class Deadline : public TerminationTest {
+/// What the signal handler and a running check tell each other.
+volatile std::sig_atomic_t check_is_running = 0;
+volatile std::sig_atomic_t interrupted = 0;
+
+/// An interrupt ends the check that is running, or the command if none is or if it is the second.
+extern "C" void handle_interrupt(int signal) {
+  if (check_is_running != 0 && interrupted == 0) {
+    interrupted = 1;
+    return;
+  }
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+/// Ends a check when its time is over or the user interrupts it.
+class Limit : public TerminationTest {
  public:
-  explicit Deadline(double seconds)
-      : end(Clock::now() +
-            std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds))) {}
-  bool terminate() const override { return Clock::now() >= end; }
+  explicit Limit(std::optional<double> limit) : seconds(limit) {}
+
+  void start() {
+    if (!seconds) return;
+    const std::chrono::duration<double> span(*seconds);
+    end = Clock::now() + std::chrono::duration_cast<Clock::duration>(span);
+  }
+  bool terminate() const override { return interrupted != 0 || (seconds && Clock::now() >= end); }
 
  private:
+  std::optional<double> seconds;
   Clock::time_point end;
 };
 
-std::string read_all(const std::string& file) {
-  if (file == "-") {
-    return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+/// The solver with limits on each check.
+class LimitedSolver final : public solver::Solver {
+ public:
+  LimitedSolver(TermManager& manager, const solver::Options& chosen, Limit& check_limit)
+      : Solver(manager, chosen), limit(check_limit) {}
+
+  smt2::Answer check_sat(std::span<const Term* const> assumed) override {
+    const Running running;
+    limit.start();
+    const smt2::Answer answer = Solver::check_sat(assumed);
+    was_interrupted = interrupted != 0;
+    return answer;
   }
+  std::string get_reason_unknown() const override {
+    const std::string reason = Solver::get_reason_unknown();
+    if (reason != "resource limit") return reason;
+    return was_interrupted ? "interrupted" : "timeout";
+  }
+
+ private:
+  struct Running {
+    Running() {
+      interrupted = 0;
+      check_is_running = 1;
+    }
+    ~Running() { check_is_running = 0; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+  };
+
+  Limit& limit;
+  bool was_interrupted = false;
+};
+
+std::string read_all(const std::string& file) {
   std::error_code error;
   if (std::filesystem::is_directory(file, error)) {
     throw std::runtime_error(fmt::format("{}: error: is a directory", file));
@@ -57,32 +112,53 @@ void print_statistics(const std::string& file, const solver::Statistics& s) {
       s.search_seconds);
 }
 
-int solve_one(const std::string& file, const SolveOptions& options) {
-  const std::string text = read_all(file);
-  const std::string name = file == "-" ? "<stdin>" : file;
-  Logger logger(&std::cerr);
-  std::optional<Deadline> deadline;
-  if (options.time_limit) deadline.emplace(*options.time_limit);
+/// Writes what the session was asked to a file of its own and says so.
+void report(const smt2::Interpreter& interpreter, const std::exception& error) {
+  const std::filesystem::path file =
+      std::filesystem::temp_directory_path() / fmt::format("vorn-report-{}.smt2", ::getpid());
+  std::ofstream stream(file);
+  stream << "; " << error.what() << '\n' << interpreter.get_state_script();
+  stream.close();
+  std::cerr << error.what()
+            << "\nThis is a defect of vorn. Please report it, with the script that shows it: "
+            << (stream ? file.string() : "(it could not be written to " + file.string() + ")")
+            << '\n';
+}
 
+/// Scripts are read as a whole, standard input as it comes.
+int run(smt2::Interpreter& interpreter, const std::string& file) {
+  try {
+    if (file == "-") return interpreter.run_interactive(std::cin, "<stdin>") ? kDone : kInputError;
+    interpreter.run(read_all(file), file);
+  } catch (const smt2::ScriptError& error) {
+    std::cout.flush();
+    std::cerr << error.what() << '\n';
+    return kInputError;
+  } catch (const smt2::InternalError& error) {
+    std::cout.flush();
+    report(interpreter, error);
+    return kInternalError;
+  }
+  return kDone;
+}
+
+int solve_one(const std::string& file, const SolveOptions& options) {
+  Logger logger(&std::cerr);
+  Limit limit(options.time_limit);
   TermManager manager;
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
-  solver_options.termination_test = deadline ? &*deadline : nullptr;
+  solver_options.termination_test = &limit;
   solver_options.logger = options.verbose ? &logger : nullptr;
-  solver::Solver engine(manager, solver_options);
+  LimitedSolver engine(manager, solver_options, limit);
   smt2::InterpreterOptions session;
   session.version = VORN_VERSION;
   smt2::Interpreter interpreter(manager, engine, std::cout, session);
 
-  int status = kDone;
-  try {
-    interpreter.run(text, name);
-  } catch (const smt2::ScriptError& error) {
-    std::cout.flush();
-    std::cerr << error.what() << '\n';
-    status = kInputError;
+  int status = run(interpreter, file);
+  if (options.statistics) {
+    print_statistics(file == "-" ? "<stdin>" : file, engine.get_statistics());
   }
-  if (options.statistics) print_statistics(name, engine.get_statistics());
   if (status == kDone && engine.get_statistics().interrupted) status = kLimitReached;
   return status;
 }
@@ -90,6 +166,7 @@ int solve_one(const std::string& file, const SolveOptions& options) {
 }  // namespace
 
 int solve(const SolveOptions& options) {
+  std::signal(SIGINT, handle_interrupt);
   int status = kDone;
   for (const std::string& file : options.files) {
     int result = kDone;

@@ -11,12 +11,18 @@
 namespace vorn::tools {
 
 /// Exit statuses of the command.
-enum ExitStatus : int { kDone = 0, kInputError = 1, kUsageError = 2, kLimitReached = 3 };
+enum ExitStatus : int {
+  kDone = 0,
+  kInputError = 1,
+  kUsageError = 2,
+  kLimitReached = 3,
+  kInternalError = 4,
+};
 
 struct SolveOptions {
   std::vector<std::string> files;  // "-" is standard input
   solver::EncoderKind encoder = solver::EncoderKind::ieee;
-  std::optional<double> time_limit;  // seconds for each script
+  std::optional<double> time_limit;  // seconds for each check
   bool statistics = false;
   bool verbose = false;
 };

@@ -25,9 +25,13 @@ void add_encoder_option(CLI::App& app, vorn::solver::EncoderKind& kind) {
 
 /// Options that `vorn FILE...` and `vorn solve FILE...` share.
 void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
-  app.add_option("FILE", options.files, "SMT-LIB scripts to decide; - is standard input");
+  app.add_option(
+      "FILE", options.files,
+      "SMT-LIB scripts to decide; - is standard input, each command of which is answered "
+      "at once");
   add_encoder_option(app, options.encoder);
-  app.add_option("--time-limit", options.time_limit, "stop a script's search after SECONDS")
+  app.add_option("--time-limit", options.time_limit,
+                 "end each check-sat after SECONDS with the answer unknown")
       ->type_name("SECONDS")
       ->check(CLI::NonNegativeNumber);
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
@@ -39,7 +43,8 @@ int run(int argc, char** argv) {
                "vorn");
   app.set_version_flag("--version", std::string("vorn ") + VORN_VERSION);
   app.footer(
-      "Exit status: 0 done, 1 an error in the input, 2 a usage error, 3 a resource limit was hit.");
+      "Exit status: 0 done, 1 an error in the input, 2 a usage error, 3 a resource limit was hit, "
+      "4 an internal error.");
 
   vorn::tools::SolveOptions options;
   add_solve_options(app, options);

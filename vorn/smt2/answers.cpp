@@ -123,8 +123,7 @@ void Interpreter::get_unsat_assumptions(Parser& parser, const Token& command) {
   parser.close_command();
   check_flag(parser, command, ":produce-unsat-assumptions");
   if (last_answer != Answer::unsat) {
-    parser.fail(command.position,
-                fmt::format("{}: the last answer is not unsat", command.text));
+    parser.fail(command.position, fmt::format("{}: the last answer is not unsat", command.text));
   }
   const std::vector<std::size_t> failed =
       ask_engine(parser, command.position, [&] { return engine.get_unsat_assumptions(); });

@@ -11,9 +11,9 @@ namespace {
 
 /// Whether the name is put together like those of the standard's logics: QF_BVFP, UFNIRA, ALL.
 bool is_logic(std::string_view name) {
-  static constexpr auto kParts = std::to_array<std::string_view>(
-      {"AX", "A", "UF", "BV", "FP", "DT", "S", "LIRA", "NIRA", "LIA", "LRA", "NIA", "NRA", "IDL",
-       "RDL"});
+  static constexpr auto kParts =
+      std::to_array<std::string_view>({"AX", "A", "UF", "BV", "FP", "DT", "S", "LIRA", "NIRA",
+                                       "LIA", "LRA", "NIA", "NRA", "IDL", "RDL"});
   if (name == "ALL" || name == "QF_ALL" || name == "HORN") return true;
   if (name.starts_with("QF_")) name.remove_prefix(3);
   if (name.empty()) return false;
