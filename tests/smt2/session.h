@@ -41,6 +41,12 @@ class FakeEngine : public Engine {
     return answer;
   }
   std::vector<std::size_t> get_unsat_assumptions() override { return failed; }
+  void collect_garbage(std::span<const Term* const> kept) override {
+    std::vector<const Term*> roots(kept.begin(), kept.end());
+    roots.insert(roots.end(), assertions.begin(), assertions.end());
+    mgr.collect(roots);
+    assumptions.clear();
+  }
   void set_seed(std::uint32_t number) override { seed = number; }
   const Term* get_value(const Term* t) override {
     const auto found = values.find(t);

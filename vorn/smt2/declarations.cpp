@@ -1,6 +1,9 @@
 // Commands that change names and assertions.
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "vorn/smt2/interpreter.h"
 
 namespace vorn::smt2 {
@@ -116,6 +119,18 @@ void Interpreter::pop(Parser& parser, const Token& command) {
     symbols.pop();
     ask_engine(parser, command.position, [&] { engine.pop(); });
   }
+  drop_garbage();
+}
+
+/// Terms are not counted by their users: now and then, when what is left is a small part of what
+/// was made, everything that no name and no assertion needs is dropped.
+void Interpreter::drop_garbage() {
+  if (mgr.get_live_count() < garbage_limit) return;
+  assumptions.clear();
+  std::vector<const Term*> kept;
+  symbols.append_terms(&kept);
+  engine.collect_garbage(kept);
+  garbage_limit = std::max(kLeastGarbageLimit, 2 * mgr.get_live_count());
 }
 
 /// Declarations and definitions leave with the assertions unless :global-declarations is true
@@ -128,6 +143,7 @@ void Interpreter::reset_assertions(Parser& parser, const Token& command) {
   symbols.clear_levels();
   last_answer.reset();
   ask_engine(parser, command.position, [&] { engine.reset_assertions(); });
+  drop_garbage();
 }
 
 void Interpreter::reset(Parser& parser, const Token& command) {

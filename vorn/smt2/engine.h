@@ -51,6 +51,9 @@ class VORN_EXPORT Engine {
   virtual std::string get_reason_unknown() const = 0;
   /// Drops all assertions and all levels.
   virtual void reset_assertions() = 0;
+  /// Drops the manager's terms that neither the assertions nor `kept` need, and any model with
+  /// them.
+  virtual void collect_garbage(std::span<const Term* const> kept) = 0;
   /// Where decisions are left to chance, later ones depend on this number.
   virtual void set_seed(std::uint32_t seed) = 0;
 };

@@ -65,6 +65,9 @@ class VORN_EXPORT Interpreter {
   const SymbolTable& get_symbols() const { return symbols; }
 
  private:
+  /// Some tens of megabytes.
+  static constexpr std::uint64_t kLeastGarbageLimit = 500'000;
+
   using Handler = void (Interpreter::*)(Parser& parser, const Token& command);
   struct Command {
     std::string_view name;
@@ -115,6 +118,7 @@ class VORN_EXPORT Interpreter {
   void declare(const Token& name, const DataType* type);
   void define(Parser& parser, std::span<const Parameter> parameters, const Token& name);
   static std::uint32_t read_count(Parser& parser);
+  void drop_garbage();
 
   // Answers (answers.cpp)
   void check_sat(Parser& parser, const Token& command);
@@ -140,6 +144,7 @@ class VORN_EXPORT Interpreter {
   std::vector<Assertion> assumptions;  // of the last check
   std::optional<Answer> last_answer;   // of the assertions as they stand
   std::uint64_t checks = 0;
+  std::uint64_t garbage_limit = kLeastGarbageLimit;  // number of terms worth looking through
   bool has_logic = false;
   bool interactive = false;
   bool exited = false;

@@ -98,18 +98,15 @@ void Solver::assert_formula(const Term* f) {
                                 f->get_type()->to_string());
   }
   leave_assumptions();
-  const Term* translated = translate(f);
-  levels.back().conjuncts.push_back(translated);
+  levels.back().conjuncts.push_back(translate(f, levels.back()));
+  levels.back().assertions.push_back(f);
 }
 
-/// The translation of `f`, which belongs to the last level, as do the constraints beside it.
-const Term* Solver::translate(const Term* f) {
+/// The translation of `f`, which belongs to the innermost level, as do the constraints beside it.
+const Term* Solver::translate(const Term* f, Level& level) {
   const Stopwatch watch(&statistics.translation_seconds);
-  Level& level = levels.back();
   // If a part of f is refused, what was translated before it stays in use: so do its constraints.
-  const Term* translated = back_end->translator.translate(f, &level.conjuncts);
-  level.assertions.push_back(f);
-  return translated;
+  return back_end->translator.translate(f, &level.conjuncts);
 }
 
 void Solver::push() {
@@ -151,6 +148,30 @@ void Solver::reset_assertions() {
   rebuild_limit = kLeastRebuildLimit;
 }
 
+/// Translations are full of terms that nobody asked for: they are dropped with the rest and made
+/// again from the assertions.
+void Solver::collect_garbage(std::span<const Term* const> kept) {
+  leave_assumptions();
+  std::vector<const Term*> roots(kept.begin(), kept.end());
+  for (const Level& level : levels)
+    roots.insert(roots.end(), level.assertions.begin(), level.assertions.end());
+  back_end.reset();
+  model.clear();
+  open_conversions.clear();
+  clashes.clear();
+  mgr.collect(roots);
+
+  back_end = std::make_unique<BackEnd>(mgr, options);
+  has_garbage = false;
+  rebuild_limit = kLeastRebuildLimit;
+  for (Level& level : levels) {
+    if (&level != &levels.front()) back_end->translator.push();
+    level = {std::move(level.assertions), {}};
+    for (const Term* f : level.assertions)
+      level.conjuncts.push_back(translate(f, level));
+  }
+}
+
 // Decision ------------------------------------------------------------------------------------
 
 smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
@@ -158,8 +179,10 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
   if (!assumed.empty()) {
     push();
     in_assumptions = true;
-    for (const Term* formula : assumed)
-      assumptions.push_back({translate(formula)});
+    for (const Term* formula : assumed) {
+      assumptions.push_back({translate(formula, levels.back())});
+      levels.back().assertions.push_back(formula);
+    }
   }
   ++statistics.checks;
   for (;;) {

@@ -82,6 +82,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   const Term* get_value(const Term* t) override;
   std::string get_reason_unknown() const override { return reason_unknown; }
   void reset_assertions() override;
+  void collect_garbage(std::span<const Term* const> kept) override;
   /// Of the SAT solver; its upper two bits are ignored.
   void set_seed(std::uint32_t seed) override;
 
@@ -108,7 +109,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   using OpenKey = std::pair<const Symbol*, std::vector<QNumber>>;
 
   void leave_assumptions();
-  const Term* translate(const Term* f);
+  const Term* translate(const Term* f, Level& level);
   smt2::Answer search();
   smt2::Answer give_up();
   void write_clauses();

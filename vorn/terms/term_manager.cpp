@@ -126,8 +126,15 @@ bool TermManager::is_fp_type(const DataType* type, std::size_t* e, std::size_t* 
 
 Symbol* TermManager::new_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
                                 const Symbol::Indices& indices) {
-  symbols.push_back(Symbol(this, tag, arity, type, indices));
-  return &symbols.back();
+  const Symbol symbol(this, tag, arity, type, indices);
+  if (free_symbols.empty()) {
+    symbols.push_back(symbol);
+    return &symbols.back();
+  }
+  Symbol* reused = free_symbols.back();
+  free_symbols.pop_back();
+  *reused = symbol;
+  return reused;
 }
 
 const Symbol* TermManager::intern_symbol(SymbolTag::tag tag, std::uint64_t arity,
@@ -268,6 +275,14 @@ void TermManager::grow_term_table() {
 }
 
 Term* TermManager::allocate_term(const Symbol* symbol, std::span<const Term* const> args) {
+  if (args.size() < free_terms.size() && !free_terms[args.size()].empty()) {
+    Term* reused = free_terms[args.size()].back();
+    free_terms[args.size()].pop_back();
+    --free_count;
+    reused = new (reused) Term(reused->id, symbol);
+    std::ranges::copy(args, reinterpret_cast<const Term**>(reused + 1));
+    return reused;
+  }
   const std::size_t bytes = sizeof(Term) + args.size_bytes();
   if (bytes > chunk_left) {
     chunks.push_back(std::make_unique_for_overwrite<std::byte[]>(kChunkBytes));

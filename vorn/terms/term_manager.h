@@ -217,8 +217,15 @@ class VORN_EXPORT TermManager {
 
   // Accounting --------------------------------------------------------------------------------
 
-  /// Number of terms made so far; identifiers are below it.
+  /// Number of terms there were at most; identifiers are below it.
   std::uint64_t get_term_count() const { return next_id; }
+  /// Number of terms there are.
+  std::uint64_t get_live_count() const { return next_id - free_count; }
+  /// Drops every term that is not in `roots` or below them, with the names of the constants among
+  /// them. Sorts, operations' symbols, truth values and rounding modes stay. Identifiers of dropped
+  /// terms are given to new ones, so whoever keeps terms or looks them up by identifier must have
+  /// forgotten them.
+  void collect(std::span<const Term* const> roots);
   /// Bytes that terms and the table that shares them take.
   std::size_t get_term_bytes() const;
 
@@ -260,6 +267,9 @@ class VORN_EXPORT TermManager {
   const Term* intern_term(const Symbol* symbol, std::span<const Term* const> args);
   Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
   void grow_term_table();
+  std::vector<bool> mark_live(std::span<const Term* const> roots) const;
+  void drop_constants(const std::vector<bool>& live);
+  void free_term(const Term* term);
 
   // Operand checks: they throw, naming the operation; some return the sort that they found.
   const DataType* check_own(SymbolTag::tag tag, const Term* t) const;
@@ -310,6 +320,9 @@ class VORN_EXPORT TermManager {
   std::vector<std::uint32_t> term_hashes;  // of the terms in the table
   std::size_t table_count = 0;
   std::uint64_t next_id = 0;
+  std::vector<std::vector<Term*>> free_terms;  // dropped ones by arity, to be used again
+  std::vector<Symbol*> free_symbols;
+  std::uint64_t free_count = 0;
 
   const Term* true_term = nullptr;
   const Term* false_term = nullptr;

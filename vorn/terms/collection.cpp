@@ -1,0 +1,79 @@
+// Dropping terms that nobody needs any more.
+//
+// A manager only grows while terms are made. A session that works for hours has an owner who knows
+// which terms are in use; everything else is found by marking and swept: out of the tables, and its
+// memory, identifier included, goes to the next term of the same arity.
+#include <utility>
+
+#include "vorn/terms/term_manager.h"
+
+namespace vorn {
+
+void TermManager::collect(std::span<const Term* const> roots) {
+  const std::vector<bool> live = mark_live(roots);
+  // Open addressing knows no erasing: the table is filled anew.
+  std::vector<const Term*> terms(term_table.size(), nullptr);
+  std::vector<std::uint32_t> hashes(term_table.size());
+  const std::size_t mask = terms.size() - 1;
+  for (std::size_t i = 0; i < term_table.size(); ++i) {
+    const Term* term = term_table[i];
+    if (term == nullptr) continue;
+    if (!live[term->get_id()]) {
+      free_term(term);
+      --table_count;
+      continue;
+    }
+    std::size_t slot = term_hashes[i] & mask;
+    while (terms[slot] != nullptr)
+      slot = (slot + 1) & mask;
+    terms[slot] = term;
+    hashes[slot] = term_hashes[i];
+  }
+  term_table = std::move(terms);
+  term_hashes = std::move(hashes);
+  drop_constants(live);
+}
+
+/// Which identifiers belong to terms that stay.
+std::vector<bool> TermManager::mark_live(std::span<const Term* const> roots) const {
+  std::vector<bool> live(next_id);
+  std::vector<const Term*> stack(roots.begin(), roots.end());
+  stack.insert(stack.end(), {true_term, false_term});
+  stack.insert(stack.end(), rounding_terms.begin(), rounding_terms.end());
+  while (!stack.empty()) {
+    const Term* term = stack.back();
+    stack.pop_back();
+    if (live[term->get_id()]) continue;
+    live[term->get_id()] = true;
+    stack.insert(stack.end(), term->get_args().begin(), term->get_args().end());
+  }
+  return live;
+}
+
+/// Drops the constants and literals that are not live, with what the tables know of them.
+void TermManager::drop_constants(const std::vector<bool>& live) {
+  const auto is_dead = [&](const Term* term) { return term != nullptr && !live[term->get_id()]; };
+  for (auto& numbers : common_numbers) {
+    for (const Term*& number : numbers) {
+      if (is_dead(number)) number = nullptr;
+    }
+  }
+  std::erase_if(number_table, [&](const auto& entry) { return is_dead(entry.second); });
+  for (Symbol& symbol : symbols) {
+    if (!is_dead(symbol.constant)) continue;
+    if (!symbol.is_number) names.erase(symbol.name);
+    free_term(symbol.constant);
+    symbol = Symbol(this, SymbolTag::none, 0, bool_type, {});
+    free_symbols.push_back(&symbol);
+  }
+}
+
+void TermManager::free_term(const Term* term) {
+  const std::size_t arity = term->get_arity();
+  if (arity >= free_terms.size()) free_terms.resize(arity + 1);
+  // The term is this manager's own, and nobody looks at it any more.
+  free_terms[arity].push_back(const_cast<Term*>(term));
+  ++free_count;
+}
+
+}  // namespace vorn
