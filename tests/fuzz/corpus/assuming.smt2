@@ -1,0 +1,7 @@
+(declare-const p Bool)(declare-const q Bool)
+(assert (or p q))
+(check-sat-assuming ())
+(check-sat-assuming (p (not q)))
+(get-value (p (and p q)))
+(check-sat-assuming (p q))
+(get-info :reason-unknown)

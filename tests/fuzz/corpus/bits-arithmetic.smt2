@@ -1,0 +1,5 @@
+(declare-const a (_ BitVec 8))(declare-const b (_ BitVec 8))
+(assert (= (bvadd a b #x01 a) (bvmul a b a) (bvsub a b) (bvneg a)))
+(assert (distinct (bvudiv a b) (bvurem a b) (bvsdiv a b) (bvsrem a b) (bvsmod a b)))
+(assert (= (bvudiv a #x00) (bvurem #x80 b) (bvsdiv #x80 #xff) (bvsmod a #x00)))
+(check-sat)

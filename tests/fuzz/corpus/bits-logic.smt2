@@ -1,0 +1,5 @@
+(declare-const a (_ BitVec 8))(declare-const b (_ BitVec 8))
+(assert (= (bvand a b a) (bvor a b a) (bvxor a b a) (bvnot a)))
+(assert (= (bvnand a b) (bvnor a b) (bvxnor a b)))
+(assert (= (bvcomp a b) (bvcomp a #x11)))
+(check-sat)

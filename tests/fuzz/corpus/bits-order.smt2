@@ -1,0 +1,5 @@
+(declare-const a (_ BitVec 8))(declare-const b (_ BitVec 8))
+(assert (or (bvult a b) (bvule a b) (bvugt a b) (bvuge a b)))
+(assert (or (bvslt a b) (bvsle a b) (bvsgt a b) (bvsge a b)))
+(assert (bvslt #x80 #x7f))
+(check-sat)

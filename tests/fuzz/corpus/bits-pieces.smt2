@@ -1,0 +1,5 @@
+(declare-const a (_ BitVec 8))
+(assert (= ((_ extract 7 0) a) a ((_ repeat 1) a) ((_ zero_extend 0) a) ((_ sign_extend 0) a)))
+(assert (= (concat a #x0 ((_ extract 3 3) a) #b111) ((_ zero_extend 8) a) ((_ sign_extend 8) a) ((_ repeat 2) a)))
+(assert (= ((_ extract 11 4) (concat a a)) ((_ repeat 4) #b01)))
+(check-sat)

@@ -1,0 +1,5 @@
+(declare-const a (_ BitVec 8))(declare-const b (_ BitVec 8))
+(assert (= (bvshl a b) (bvlshr a b) (bvashr a b)))
+(assert (= (bvshl a #x07) (bvlshr a #x08) (bvashr #x80 b) (bvashr #x80 #xff)))
+(assert (= ((_ rotate_left 3) a) ((_ rotate_right 3) b) ((_ rotate_left 8) a) ((_ rotate_right 4000000000) a)))
+(check-sat)

@@ -1,0 +1,7 @@
+(declare-const p Bool)(declare-fun q () Bool)
+(assert (=> p q true))
+(assert (xor p (not q) false))
+(assert (or (and p) (or q) (and p q p)))
+(assert (= p q (ite p q p)))
+(assert (distinct p q))
+(check-sat)

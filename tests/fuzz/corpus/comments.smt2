@@ -1,0 +1,4 @@
+; first
+(check-sat ; within
+)
+;last

@@ -1,0 +1,8 @@
+(define-fun both ((a Bool) (b Bool)) Bool (and a b))
+(define-fun twice ((x Float16) (r RoundingMode)) Float16 (fp.add r x x))
+(define-fun bits ((b (_ BitVec 8))) (_ FloatingPoint 3 5) ((_ to_fp 3 5) b))
+(define-fun one () Float16 ((_ to_fp 5 11) RNE 1))
+(define-const two Float16 (twice one RTP))
+(assert (both (fp.eq two (twice one RTN)) (fp.lt (bits #x01) (bits #b00000010))))
+(check-sat)
+(get-value (two (twice two RNA)))

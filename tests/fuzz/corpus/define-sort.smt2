@@ -1,0 +1,6 @@
+(define-sort F () (_ FloatingPoint 3 5))
+(define-sort Id (X) X)
+(define-sort First (X Y) (Id X))
+(declare-const x (First F (Id (Id Bool))))
+(assert (fp.isZero x))
+(check-sat)

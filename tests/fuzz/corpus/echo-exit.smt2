@@ -1,0 +1,3 @@
+(echo "a ""quoted"" text; no (comment")
+(exit)
+(whatever follows |is not read

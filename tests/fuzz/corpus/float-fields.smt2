@@ -1,0 +1,5 @@
+(declare-const s (_ BitVec 1))(declare-const e (_ BitVec 3))(declare-const m (_ BitVec 4))
+(declare-const b (_ BitVec 8))
+(assert (= (fp s e m) ((_ to_fp 3 5) b) (fp #b0 e #x0)))
+(check-sat)
+(get-value (s e m b))

@@ -1,0 +1,6 @@
+(declare-const x Float16)
+(assert (distinct x (_ NaN 5 11) (_ +oo 5 11) (_ -oo 5 11) (_ +zero 5 11) (_ -zero 5 11)))
+(assert (= x (fp #b0 #b00001 #b0000000001) (fp #b1 #b11111 #b1111111111)))
+(assert (= (_ NaN 2 2) (fp #b1 #b11 #b1)))
+(check-sat)
+(get-value (x (_ NaN 5 11)))

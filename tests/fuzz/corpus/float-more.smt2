@@ -1,0 +1,5 @@
+(declare-const x Float16)(declare-const y Float16)
+(assert (= (fp.abs x) (fp.fma RNE x y x) (fp.sqrt RTZ x) (fp.rem x y)
+  (fp.roundToIntegral RNA x) (fp.min x y) (fp.max x y)))
+(assert (= ((_ fp.to_ubv 8) RTZ x) ((_ fp.to_sbv 8) RTP y)))
+(check-sat)

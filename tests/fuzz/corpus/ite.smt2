@@ -1,0 +1,5 @@
+(declare-const p Bool)(declare-const r RoundingMode)(declare-const x Float16)(declare-const a (_ BitVec 3))
+(assert (ite p (= (ite p r RNE) RTZ) (= (ite (= a #b101) x (fp.neg x)) (ite p x (_ NaN 5 11)))))
+(assert (= (ite p a #b000) (ite (not p) #b111 a)))
+(check-sat)
+(get-value (r x a p (ite p r RNE)))

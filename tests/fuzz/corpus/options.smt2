@@ -1,0 +1,8 @@
+(set-option :print-success true)
+(set-option :produce-models false)
+(set-option :random-seed 12)
+(set-option :other)
+(get-option :print-success)
+(get-option :produce-models)
+(get-option :random-seed)
+(set-logic QF_BVFP)

@@ -1,0 +1,6 @@
+(declare-const r RoundingMode)
+(assert (distinct r RNE RNA RTP RTN RTZ))
+(assert (or (= r roundNearestTiesToEven) (= r roundNearestTiesToAway)))
+(assert (or (= r roundTowardPositive) (= r roundTowardNegative) (= r roundTowardZero)))
+(check-sat)
+(get-model)
