@@ -102,14 +102,13 @@ TEST(Lexer, RefusesWordsThatAreNoTokens) {
 
 TEST(Lexer, RefusesStrayBytes) {
   const char* tail = "; a symbol with such characters is written between bars: |...|";
-  EXPECT_EQ(error_of("ab\x01"), std::string("t:1:3: error: stray byte 0x01") + tail);
-  EXPECT_EQ(error_of("\n\x7F"), std::string("t:2:1: error: stray byte 0x7F") + tail);
+  EXPECT_EQ(error_of("ab\x01"), "t:1:3: error: stray byte 0x01");
+  EXPECT_EQ(error_of("\n\x7F"), "t:2:1: error: stray byte 0x7F");
   EXPECT_EQ(error_of("a \xC3\xBC"), std::string("t:1:3: error: stray byte 0xC3") + tail);
   EXPECT_EQ(error_of("na\xC3\xAFve"), std::string("t:1:3: error: stray byte 0xC3") + tail);
   EXPECT_EQ(error_of("a [b]"), std::string("t:1:3: error: stray character '['") + tail);
   EXPECT_EQ(error_of("|a|["), std::string("t:1:4: error: stray character '['") + tail);
-  EXPECT_EQ(error_of(std::string_view("a\0", 2)),
-            std::string("t:1:2: error: stray byte 0x00") + tail);
+  EXPECT_EQ(error_of(std::string_view("a\0", 2)), "t:1:2: error: stray byte 0x00");
 }
 
 TEST(Lexer, RefusesWhatIsNeverClosed) {

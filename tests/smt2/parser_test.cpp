@@ -278,7 +278,7 @@ TEST_F(ParserTest, ReadsRepetitionsAndRotations) {
   EXPECT_EQ(term("((_ repeat 100000) one)")->get_type(), mgr.get_bv_type(100000));
   EXPECT_EQ(error("((_ repeat 0) a)"), "1:5: repeat: the count must be at least 1, got 0");
   EXPECT_EQ(error("((_ repeat 4000000000) a)"),
-            "1:5: a bit-vector sort of width 32000000000: widths go from 1 to 1048576");
+            "1:5: repeat: 4000000000 times a bit-vector of width 8; widths go up to 1048576");
   EXPECT_EQ(error("((_ rotate_left 1) x)"),
             "1:5: rotate_left: expected a bit-vector, got a term of (_ FloatingPoint 3 5)");
 }
@@ -318,7 +318,7 @@ TEST_F(ParserTest, NamesTerms) {
   EXPECT_EQ(error("(! p :named x)"), "1:13: 'x' is already declared");
   EXPECT_EQ(error("(! p :named fp.lt)"),
             "1:13: 'fp.lt' is a symbol of the theory and cannot be declared");
-  EXPECT_EQ(error("((_ to_fp 3 5) RNE (! 1.5 :named k1))"), "1:34: a real number cannot be named");
+  EXPECT_EQ(error("((_ to_fp 3 5) RNE (! 1.5 :named k1))"), "1:34: a number cannot be named");
 }
 
 TEST_F(ParserTest, QuotedAndPlainSymbolsAreTheSame) {
@@ -345,7 +345,7 @@ TEST_F(ParserTest, RefusesWrongNumbersOfArguments) {
   EXPECT_EQ(error("(and)"), "1:2: and takes at least 1 argument, got 0");
   EXPECT_EQ(error("(fp.add x y)"), "1:2: fp.add takes 3 arguments, got 2");
   EXPECT_EQ(error("(bvsub a b c)"), "1:2: bvsub takes 2 arguments, got 3");
-  EXPECT_EQ(error("((_ to_fp 3 5) m x y)"), "1:5: to_fp takes 1 to 2 arguments, got 3");
+  EXPECT_EQ(error("((_ to_fp 3 5) m x y)"), "1:5: to_fp takes 1 or 2 arguments, got 3");
   EXPECT_EQ(error("((_ to_fp 3) m x)"), "1:5: to_fp takes 2 indices, got 1");
   EXPECT_EQ(error("(to_fp m x)"), "1:2: to_fp takes 2 indices, got 0");
   EXPECT_EQ(error("((_ extract 1) a)"), "1:5: extract takes 2 indices, got 1");
@@ -385,16 +385,17 @@ TEST_F(ParserTest, RefusesWrongSortsOfOperands) {
 }
 
 TEST_F(ParserTest, RefusesRealNumbersOutsideOfConversions) {
-  EXPECT_EQ(error("1.5"), "1:1: a real number is no term here; to_fp makes it a float");
+  EXPECT_EQ(
+      error("1.5"),
+      "1:1: a number is no term here; to_fp makes it a float, (_ bvN width) writes a bit-vector");
   EXPECT_EQ(error("(fp.add m x 1.5)"),
-            "1:2: fp.add: a real number is no operand here; to_fp makes it a float");
-  EXPECT_EQ(error("((_ to_fp 3 5) 1.5)"),
-            "1:5: to_fp of a real number takes a rounding mode before it");
-  EXPECT_EQ(error("((_ to_fp 3 5) 1.5 2.5)"),
-            "1:5: to_fp: expected a rounding mode, got a real number");
+            "1:2: fp.add: a number is no operand here; to_fp makes it a float, (_ bvN width) "
+            "writes a bit-vector");
+  EXPECT_EQ(error("((_ to_fp 3 5) 1.5)"), "1:5: to_fp of a number takes a rounding mode before it");
+  EXPECT_EQ(error("((_ to_fp 3 5) 1.5 2.5)"), "1:5: to_fp: expected a rounding mode, got a number");
   EXPECT_EQ(error("((_ to_fp 3 5) m (/ 1 0.0))"), "1:19: /: division by zero");
   EXPECT_EQ(error("((_ to_fp 3 5) m (- a))"),
-            "1:19: -: expected a real literal, got a term of (_ BitVec 8)");
+            "1:19: -: expected a number, got a term of (_ BitVec 8)");
   EXPECT_EQ(error("((_ to_fp 3 5) m (+ 1 1))"), "1:19: + is not supported");
 }
 

@@ -32,10 +32,9 @@ void Interpreter::declare_fun(Parser& parser, const Token& /*command*/) {
   const Token name = parser.read_new_symbol();
   parser.get_tokens().expect_open("'(' to open the sorts of the arguments");
   if (!parser.get_tokens().at_close()) {
-    parser.fail(name.position,
-                fmt::format("the function '{}' has arguments: declare-fun is not supported but for "
-                            "constants",
-                            name.text));
+    parser.fail(
+        name.position,
+        fmt::format("the function '{}' has arguments: only constants can be declared", name.text));
   }
   parser.get_tokens().next();
   const DataType* type = parser.read_sort();

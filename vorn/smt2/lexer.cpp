@@ -88,9 +88,10 @@ void Lexer::fail(Position place, const std::string& message) const {
 
 void Lexer::fail_stray() const {
   const auto byte = static_cast<unsigned char>(text[offset]);
-  const bool printable = byte > 0x20 && byte < 0x7F;
-  const std::string what = printable ? fmt::format("stray character '{}'", text[offset])
-                                     : fmt::format("stray byte 0x{:02X}", byte);
+  // Bars hold whatever is printable, bytes beyond ASCII included, but no control characters.
+  if (byte < 0x20 || byte == 0x7F) fail(position, fmt::format("stray byte 0x{:02X}", byte));
+  const std::string what = byte < 0x7F ? fmt::format("stray character '{}'", text[offset])
+                                       : fmt::format("stray byte 0x{:02X}", byte);
   fail(position, what + "; a symbol with such characters is written between bars: |...|");
 }
 

@@ -28,6 +28,12 @@ IEEEFloat::format make_format(std::uint32_t eb, std::uint32_t sb) {
                     "must be greater than 1",
                     eb, sb));
   }
+  if (std::size_t{eb} + sb > TermManager::kMaxWidth) {
+    throw std::invalid_argument(
+        fmt::format("a floating-point sort with exponent width {} and significand width {}: widths "
+                    "go up to {} in sum",
+                    eb, sb, TermManager::kMaxWidth));
+  }
   return {eb, sb - 1};
 }
 

@@ -29,12 +29,6 @@ Value binary(const Call& c) {
   return Value::of((c.mgr.*Make)(c.term(0), c.term(1)));
 }
 
-/// a > b as b < a.
-template <auto Make>
-Value swapped(const Call& c) {
-  return Value::of((c.mgr.*Make)(c.term(1), c.term(0)));
-}
-
 template <auto Make>
 Value ternary(const Call& c) {
   return Value::of((c.mgr.*Make)(c.term(0), c.term(1), c.term(2)));
@@ -56,12 +50,54 @@ Value fma(const Call& c) {
 
 // Derived operations ----------------------------------------------------------------------------
 
+std::string sort_of(const Value& value) {
+  return value.term->get_type()->to_string();
+}
+
+/// Whatever is built from other operations checks its operands first: the complaint names what the
+/// user wrote, and the operands in their order.
+void check_same(const Call& c) {
+  if (c.term(0)->get_type() == c.term(1)->get_type()) return;
+  throw std::invalid_argument(fmt::format("{}: operands of different sorts, {} and {}", c.name,
+                                          sort_of(c.args[0]), sort_of(c.args[1])));
+}
+
+std::size_t width_of(const Call& c) {
+  std::size_t width = 0;
+  if (!c.mgr.is_bv_type(c.term(0)->get_type(), &width)) {
+    throw std::invalid_argument(
+        fmt::format("{}: expected a bit-vector, got a term of {}", c.name, sort_of(c.args[0])));
+  }
+  return width;
+}
+
+/// a > b as b < a.
+template <auto Make>
+Value swapped_bits(const Call& c) {
+  width_of(c);
+  check_same(c);
+  return Value::of((c.mgr.*Make)(c.term(1), c.term(0)));
+}
+
+template <auto Make>
+Value swapped_floats(const Call& c) {
+  if (!c.mgr.is_fp_type(c.term(0)->get_type(), nullptr, nullptr)) {
+    throw std::invalid_argument(fmt::format("{}: expected a floating-point term, got a term of {}",
+                                            c.name, sort_of(c.args[0])));
+  }
+  check_same(c);
+  return Value::of((c.mgr.*Make)(c.term(1), c.term(0)));
+}
+
 template <auto Make>
 Value negated_bits(const Call& c) {
+  width_of(c);
+  check_same(c);
   return Value::of(c.mgr.make_bv_not((c.mgr.*Make)(c.term(0), c.term(1))));
 }
 
 Value different(const Call& c) {
+  check_same(c);
   return Value::of(c.mgr.make_not(c.mgr.make_equal(c.term(0), c.term(1))));
 }
 
@@ -69,22 +105,9 @@ Value extract(const Call& c) {
   return Value::of(c.mgr.make_bv_extract(c.indices[0], c.indices[1], c.term(0)));
 }
 
-std::size_t width_of(const Call& c) {
-  std::size_t width = 0;
-  if (!c.mgr.is_bv_type(c.term(0)->get_type(), &width)) {
-    throw std::invalid_argument(fmt::format("{}: expected a bit-vector, got a term of {}", c.name,
-                                            c.term(0)->get_type()->to_string()));
-  }
-  return width;
-}
-
 std::size_t common_width(const Call& c) {
   const std::size_t width = width_of(c);
-  if (c.term(0)->get_type() != c.term(1)->get_type()) {
-    throw std::invalid_argument(fmt::format("{}: operands of different sorts, {} and {}", c.name,
-                                            c.term(0)->get_type()->to_string(),
-                                            c.term(1)->get_type()->to_string()));
-  }
+  check_same(c);
   return width;
 }
 
@@ -93,7 +116,11 @@ Value repeat(const Call& c) {
   const std::size_t width = width_of(c);
   std::uint32_t count = c.indices[0];
   if (count == 0) throw std::invalid_argument("repeat: the count must be at least 1, got 0");
-  c.mgr.get_bv_type(width * count);  // refuses what is too wide before anything is built
+  if (count > TermManager::kMaxWidth / width) {
+    throw std::invalid_argument(
+        fmt::format("repeat: {} times a bit-vector of width {}; widths go up to {}", count, width,
+                    TermManager::kMaxWidth));
+  }
   const Term* power = c.term(0);
   const Term* result = nullptr;
   for (; count != 0; count /= 2) {
@@ -201,18 +228,26 @@ Value to_fp(const Call& c) {
   const IEEEFloat::format f = format_of(c);
   if (c.args.size() == 1) {
     if (c.args[0].real) {
-      throw std::invalid_argument("to_fp of a real number takes a rounding mode before it");
+      throw std::invalid_argument("to_fp of a number takes a rounding mode before it");
+    }
+    if (c.mgr.is_fp_type(c.term(0)->get_type(), nullptr, nullptr)) {
+      throw std::invalid_argument("to_fp of a float takes a rounding mode before it");
     }
     return Value::of(make_float_from_bits(c.mgr, f, c.term(0)));
   }
   if (c.args[0].real) {
-    throw std::invalid_argument("to_fp: expected a rounding mode, got a real number");
+    throw std::invalid_argument("to_fp: expected a rounding mode, got a number");
   }
   if (c.args[1].real) {
     return Value::of(make_float_from_real(c.mgr, f, c.term(0), *c.args[1].real));
   }
   if (c.mgr.is_fp_type(c.term(1)->get_type(), nullptr, nullptr)) {
     return Value::of(c.mgr.make_fp_cast(f.e, f.m, c.term(0), c.term(1)));
+  }
+  if (c.mgr.is_fprounding_type(c.term(0)->get_type()) &&
+      !c.mgr.is_bv_type(c.term(1)->get_type(), nullptr)) {
+    throw std::invalid_argument(fmt::format(
+        "to_fp: expected a float, a bit-vector or a number, got a term of {}", sort_of(c.args[1])));
   }
   return Value::of(c.mgr.make_fp_from_sbv(f.e, f.m, c.term(0), c.term(1)));
 }
@@ -226,7 +261,7 @@ Value to_fp_unsigned(const Call& c) {
 
 const QNumber& real_operand(std::string_view name, const Value& value) {
   if (!value.real) {
-    throw std::invalid_argument(fmt::format("{}: expected a real literal, got a term of {}", name,
+    throw std::invalid_argument(fmt::format("{}: expected a number, got a term of {}", name,
                                             value.term->get_type()->to_string()));
   }
   return *value.real;
@@ -292,12 +327,12 @@ constexpr Operator kOperators[] = {
     {"bvcomp", binary<&T::make_bv_comp>, 2, 2},
     {"bvult", binary<&T::make_bv_ult>, 2, 2},
     {"bvule", binary<&T::make_bv_ule>, 2, 2},
-    {"bvugt", swapped<&T::make_bv_ult>, 2, 2},
-    {"bvuge", swapped<&T::make_bv_ule>, 2, 2},
+    {"bvugt", swapped_bits<&T::make_bv_ult>, 2, 2},
+    {"bvuge", swapped_bits<&T::make_bv_ule>, 2, 2},
     {"bvslt", binary<&T::make_bv_slt>, 2, 2},
     {"bvsle", binary<&T::make_bv_sle>, 2, 2},
-    {"bvsgt", swapped<&T::make_bv_slt>, 2, 2},
-    {"bvsge", swapped<&T::make_bv_sle>, 2, 2},
+    {"bvsgt", swapped_bits<&T::make_bv_slt>, 2, 2},
+    {"bvsge", swapped_bits<&T::make_bv_sle>, 2, 2},
     {"bvnego", negation_overflows, 1, 1},
     {"bvuaddo", unsigned_overflow<&T::make_bv_add>, 2, 2},
     {"bvsaddo", signed_overflow<&T::make_bv_add>, 2, 2},
@@ -342,8 +377,8 @@ constexpr Operator kOperators[] = {
     {"fp.eq", binary<&T::make_fp_equal>, 2, kMany, 0, chainable},
     {"fp.lt", binary<&T::make_fp_lt>, 2, kMany, 0, chainable},
     {"fp.leq", binary<&T::make_fp_le>, 2, kMany, 0, chainable},
-    {"fp.gt", swapped<&T::make_fp_lt>, 2, kMany, 0, chainable},
-    {"fp.geq", swapped<&T::make_fp_le>, 2, kMany, 0, chainable},
+    {"fp.gt", swapped_floats<&T::make_fp_lt>, 2, kMany, 0, chainable},
+    {"fp.geq", swapped_floats<&T::make_fp_le>, 2, kMany, 0, chainable},
     {"fp.neg", unary<&T::make_fp_neg>, 1, 1},
     {"fp.add", ternary<&T::make_fp_add>, 3, 3},
     {"fp.sub", ternary<&T::make_fp_sub>, 3, 3},
@@ -465,7 +500,7 @@ void check_count(std::string_view name, Noun noun, std::size_t count, std::size_
   } else if (max == Operator::kMany) {
     wanted = fmt::format("at least {}", min);
   } else if (min != max) {
-    wanted = fmt::format("{} to {}", min, max);
+    wanted = fmt::format("{} {} {}", min, max == min + 1 ? "or" : "to", max);
   }
   const bool single = min == 1 && (max == 1 || max == Operator::kMany);
   throw std::invalid_argument(
@@ -478,7 +513,9 @@ Value apply_operator(const Operator& op, const Call& call) {
   for (const Value& arg : call.args) {
     if (!arg.real || op.takes_reals) continue;
     throw std::invalid_argument(
-        fmt::format("{}: a real number is no operand here; to_fp makes it a float", op.name));
+        fmt::format("{}: a number is no operand here; to_fp makes it a float, (_ bvN width) writes "
+                    "a bit-vector",
+                    op.name));
   }
   return extend(op, call);
 }

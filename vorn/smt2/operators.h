@@ -17,7 +17,7 @@
 
 namespace vorn::smt2 {
 
-/// One application: the numerals of `(_ f i j)` and the arguments.
+/// One application: the numerals of `(_ f i j)`, the arguments, and the name for complaints.
 struct Call {
   TermManager& mgr;
   std::span<const std::uint32_t> indices;

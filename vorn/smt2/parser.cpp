@@ -91,7 +91,8 @@ ParsedTerm Parser::read_term() {
   const Token first = tokens.peek();
   const Value value = read_value();
   if (value.real) {
-    fail(first.position, "a real number is no term here; to_fp makes it a float");
+    fail(first.position,
+         "a number is no term here; to_fp makes it a float, (_ bvN width) writes a bit-vector");
   }
   return {value.term, first.position, tokens.text_from(first)};
 }
@@ -284,11 +285,11 @@ void Parser::open_indexed_application() {
   if (underscore.is_word("as")) fail(underscore.position, "as is not supported");
   if (!underscore.is_word("_")) tokens.fail_expected("'_' and an indexed function", underscore);
   const Token name = tokens.expect_symbol("the name of a function");
-  const Operator& op = find_indexed(name);
-  if (op.max_args == 0) {
+  const Operator* op = is_bv_decimal(name.text) ? nullptr : &find_indexed(name);
+  if (op == nullptr || op->max_args == 0) {
     fail(name.position, fmt::format("'{}' is no function and takes no arguments", name.text));
   }
-  open_frame(Frame::Kind::application, name, &op);
+  open_frame(Frame::Kind::application, name, op);
   read_indices();
 }
 
@@ -310,6 +311,9 @@ std::optional<Value> Parser::indexed_constant() {
 
 const Operator& Parser::find_indexed(const Token& name) const {
   const Operator* op = find_operator(name.text);
+  if (op == nullptr && (locals.find(name.text) != nullptr || symbols.find(name.text) != nullptr)) {
+    fail(name.position, fmt::format("'{}' takes no indices", name.text));
+  }
   if (op == nullptr || !op->is_supported()) fail_unknown(name);
   return *op;
 }
@@ -349,7 +353,7 @@ Value Parser::apply_function(const Frame& frame, std::span<const Value> args) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     const DataType* wanted = parameters[i]->get_type();
     const std::string got =
-        args[i].real ? "a real number" : "a term of " + args[i].term->get_type()->to_string();
+        args[i].real ? "a number" : "a term of " + args[i].term->get_type()->to_string();
     if (args[i].real || args[i].term->get_type() != wanted) {
       throw std::invalid_argument(fmt::format("{}: argument {} must be of {}, got {}", name, i + 1,
                                               wanted->to_string(), got));
@@ -402,7 +406,7 @@ void Parser::read_attributes(const Value& value) {
 
 void Parser::name_term(const Value& value) {
   const Token name = read_new_symbol();
-  if (value.real) fail(name.position, "a real number cannot be named");
+  if (value.real) fail(name.position, "a number cannot be named");
   if (in_macro) {
     fail(name.position, "a term inside of a definition with parameters cannot be named");
   }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "vorn/smt2/literals.h"
@@ -88,6 +89,9 @@ std::optional<SortValue> SortParser::open_form() {
 SortValue SortParser::close_form(const Token& close) {
   if (frames.empty()) tokens.fail_expected("a sort", close);
   const Frame& frame = frames.back();
+  if (args.size() == frame.first_arg && frame.definition->parameters == 0) {
+    fail_applied(frame.head);
+  }
   const SortValue sort =
       apply(frame.head, *frame.definition, std::span(args).subspan(frame.first_arg));
   args.resize(frame.first_arg);
@@ -114,6 +118,10 @@ SortValue SortParser::indexed() {
   tokens.next();
   const Token name = tokens.expect_symbol("the name of a sort");
   const BuiltinSort* builtin = find_builtin(name.text);
+  const bool defined = is_parameter(name) || symbols.find_sort(name.text) != nullptr;
+  if (builtin == nullptr && defined) {
+    tokens.fail(name.position, fmt::format("the sort {} takes no indices", name.text));
+  }
   if (builtin == nullptr || builtin->build == nullptr) fail_unknown(name);
   std::vector<std::uint32_t> indices;
   while (!tokens.at_close())
@@ -146,6 +154,7 @@ const SortDefinition& SortParser::find(const Token& name) const {
 }
 
 void SortParser::fail_unknown(const Token& name) const {
+  if (is_parameter(name)) fail_applied(name);
   const BuiltinSort* builtin = find_builtin(name.text);
   if (builtin == nullptr) {
     tokens.fail(name.position, fmt::format("unknown sort '{}'", name.text));
@@ -153,7 +162,15 @@ void SortParser::fail_unknown(const Token& name) const {
   if (builtin->build == nullptr) {
     tokens.fail(name.position, fmt::format("{} is not supported", name.text));
   }
+  fail_applied(name);
+}
+
+void SortParser::fail_applied(const Token& name) const {
   tokens.fail(name.position, fmt::format("the sort {} takes no sorts as arguments", name.text));
+}
+
+bool SortParser::is_parameter(const Token& name) const {
+  return std::ranges::any_of(parameters, [&](const Token& p) { return p.text == name.text; });
 }
 
 }  // namespace vorn::smt2

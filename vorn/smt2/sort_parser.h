@@ -44,7 +44,9 @@ class VORN_EXPORT SortParser {
   SortValue apply(const Token& head, const SortDefinition& definition,
                   std::span<const SortValue> sorts) const;
   const SortDefinition& find(const Token& name) const;
+  bool is_parameter(const Token& name) const;
   [[noreturn]] void fail_unknown(const Token& name) const;
+  [[noreturn]] void fail_applied(const Token& name) const;
 
   TermManager& mgr;
   const SymbolTable& symbols;
