@@ -1,0 +1,3 @@
+; expect: 3:14: expected an attribute, got 'named'
+(declare-const p Bool)
+(assert (! p named f))

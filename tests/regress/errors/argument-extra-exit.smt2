@@ -1,0 +1,2 @@
+; expect: 2:7: expected ')' to close the command, got 'now'
+(exit now)

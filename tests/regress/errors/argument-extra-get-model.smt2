@@ -1,0 +1,2 @@
+; expect: 2:12: expected ')' to close the command, got 'now'
+(get-model now)

@@ -1,0 +1,2 @@
+; expect: 2:9: expected ')' to close the command, got '2'
+(push 1 2)

@@ -1,0 +1,2 @@
+; expect: 2:8: expected ')' to close the command, got 'now'
+(reset now)

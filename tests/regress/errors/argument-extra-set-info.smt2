@@ -1,0 +1,2 @@
+; expect: 2:23: expected ')' to close the command, got 'unsat'
+(set-info :status sat unsat)

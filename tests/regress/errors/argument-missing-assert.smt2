@@ -1,0 +1,2 @@
+; expect: 2:8: expected a term, got ')'
+(assert)

@@ -1,0 +1,2 @@
+; expect: 2:20: expected '(' to open the assumptions, got ')'
+(check-sat-assuming)

@@ -1,0 +1,2 @@
+; expect: 2:17: expected a sort, got ')'
+(declare-const f)

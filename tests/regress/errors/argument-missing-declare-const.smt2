@@ -1,0 +1,2 @@
+; expect: 2:15: expected a symbol, got ')'
+(declare-const)

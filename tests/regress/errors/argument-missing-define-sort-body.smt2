@@ -1,0 +1,2 @@
+; expect: 2:18: expected a sort, got ')'
+(define-sort S ())

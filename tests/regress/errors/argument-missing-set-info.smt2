@@ -1,0 +1,2 @@
+; expect: 2:10: expected a keyword, got ')'
+(set-info)

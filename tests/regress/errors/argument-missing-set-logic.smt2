@@ -1,0 +1,2 @@
+; expect: 2:11: expected the name of a logic, got ')'
+(set-logic)

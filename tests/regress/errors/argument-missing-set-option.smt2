@@ -1,0 +1,2 @@
+; expect: 2:12: expected an option, got ')'
+(set-option)

@@ -1,0 +1,3 @@
+; expect: 3:9: expected a term, got ':p'
+(declare-const p Bool)
+(assert :p)

@@ -1,0 +1,3 @@
+; expect: 3:17: a bit-vector sort of width 0: widths go from 1 to 1048576
+(declare-const a (_ BitVec 8))
+(assert (= a (_ bv0 0)))

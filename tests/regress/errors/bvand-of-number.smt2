@@ -1,0 +1,3 @@
+; expect: 3:15: bvand: a number is no operand here; to_fp makes it a float, (_ bvN width) writes a bit-vector
+(declare-const a (_ BitVec 8))
+(assert (= a (bvand a 1)))

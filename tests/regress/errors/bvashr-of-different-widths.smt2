@@ -1,0 +1,4 @@
+; expect: 4:15: bvashr: operands of different sorts, (_ BitVec 8) and (_ BitVec 4)
+(declare-const a (_ BitVec 8))
+(declare-const c (_ BitVec 4))
+(assert (= a (bvashr a c)))

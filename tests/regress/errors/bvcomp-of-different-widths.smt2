@@ -1,0 +1,5 @@
+; expect: 5:15: bvcomp: operands of different sorts, (_ BitVec 8) and (_ BitVec 4)
+(declare-const a (_ BitVec 8))
+(declare-const c (_ BitVec 4))
+(declare-const s (_ BitVec 1))
+(assert (= s (bvcomp a c)))

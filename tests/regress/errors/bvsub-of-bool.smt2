@@ -1,0 +1,4 @@
+; expect: 4:15: bvsub: expected a bit-vector, got a term of Bool
+(declare-const a (_ BitVec 8))
+(declare-const p Bool)
+(assert (= a (bvsub p a)))

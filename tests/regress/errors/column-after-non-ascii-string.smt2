@@ -1,0 +1,2 @@
+; expect: 2:20: unknown command 'frob'
+(echo "größer →") (frob)

@@ -1,0 +1,2 @@
+; expect: 2:2: expected the name of a command, got ')'
+()

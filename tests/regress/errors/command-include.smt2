@@ -1,0 +1,2 @@
+; expect: 2:2: unknown command 'include'
+(include "x.smt2")

@@ -1,0 +1,2 @@
+; expect: 2:2: unknown command 'checksat'
+(checksat)

@@ -1,0 +1,2 @@
+; expect: 2:2: define-funs-rec is not supported
+(define-funs-rec ((f ((n Bool)) Bool)) ((f n)))

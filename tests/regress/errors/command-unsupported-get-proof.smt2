@@ -1,0 +1,2 @@
+; expect: 2:2: get-proof is not supported
+(get-proof)

@@ -1,0 +1,3 @@
+; expect: 3:1: expected '(' to open a command, got '//'
+(check-sat)
+// done

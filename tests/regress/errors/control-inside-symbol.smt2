@@ -1,0 +1,2 @@
+; expect: 2:11: stray byte 0x01
+(assert true)

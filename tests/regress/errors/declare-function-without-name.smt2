@@ -1,0 +1,2 @@
+; expect: 2:14: expected a symbol, got '('
+(declare-fun () Bool)

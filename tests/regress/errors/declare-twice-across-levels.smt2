@@ -1,0 +1,4 @@
+; expect: 4:16: 'f' is already declared
+(declare-const f Bool)
+(push)
+(declare-const f Bool)

@@ -1,0 +1,2 @@
+; expect: 2:19: unknown sort 'Double'
+(define-fun f ((u Double)) Bool true)

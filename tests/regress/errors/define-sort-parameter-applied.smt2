@@ -1,0 +1,2 @@
+; expect: 2:22: the sort X takes no sorts as arguments
+(define-sort Id (X) (X Bool))

@@ -1,0 +1,2 @@
+; expect: 2:22: 'X' is bound twice
+(define-sort Pair (X X) X)

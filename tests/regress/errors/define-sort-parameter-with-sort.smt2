@@ -1,0 +1,2 @@
+; expect: 2:18: expected a parameter, got '('
+(define-sort Id ((X Bool)) X)

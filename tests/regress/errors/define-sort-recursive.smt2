@@ -1,0 +1,2 @@
+; expect: 2:20: unknown sort 'S'
+(define-sort S () (S))

@@ -1,0 +1,2 @@
+; expect: 2:7: expected a string, got '12'
+(echo 12)

@@ -1,0 +1,5 @@
+; expect: 5:10: =: operands of different sorts, (_ BitVec 8) and (_ BitVec 4)
+(declare-const a (_ BitVec 8))
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 4))
+(assert (= a b c))

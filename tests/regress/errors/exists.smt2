@@ -1,0 +1,2 @@
+; expect: 2:15: exists is not supported
+(assert (not (exists ((v Bool)) v)))

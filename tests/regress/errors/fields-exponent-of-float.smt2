@@ -1,0 +1,5 @@
+; expect: 5:15: fp: expected a bit-vector, got a term of (_ FloatingPoint 5 11)
+(declare-const h Float16)
+(declare-const s (_ BitVec 1))
+(declare-const m (_ BitVec 10))
+(assert (= h (fp s h m)))

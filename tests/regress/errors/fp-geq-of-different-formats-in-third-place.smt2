@@ -1,0 +1,5 @@
+; expect: 5:10: fp.geq: operands of different sorts, (_ FloatingPoint 8 24) and (_ FloatingPoint 11 53)
+(declare-const x Float32)
+(declare-const y Float32)
+(declare-const z Float64)
+(assert (fp.geq x y z))

@@ -1,0 +1,4 @@
+; expect: 4:10: fp.leq: expected a floating-point term, got a term of Bool
+(declare-const p Bool)
+(declare-const x Float32)
+(assert (fp.leq p x))

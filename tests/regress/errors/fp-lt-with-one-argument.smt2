@@ -1,0 +1,3 @@
+; expect: 3:10: fp.lt takes at least 2 arguments, got 1
+(declare-const x Float32)
+(assert (fp.lt x))

@@ -1,0 +1,5 @@
+; expect: 5:15: fp.sub: operands of different sorts, (_ FloatingPoint 8 24) and (_ FloatingPoint 11 53)
+(declare-const r RoundingMode)
+(declare-const x Float32)
+(declare-const z Float64)
+(assert (= x (fp.sub r x z)))

@@ -1,0 +1,5 @@
+; expect: 5:2: get-model: there is no model, the last answer is not sat
+(declare-const p Bool)
+(check-sat)
+(assert p)
+(get-model)

@@ -1,0 +1,3 @@
+; expect: 3:13: expected a term, got ')'
+(check-sat)
+(get-value ())

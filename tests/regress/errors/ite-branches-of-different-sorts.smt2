@@ -1,0 +1,5 @@
+; expect: 5:10: ite: operands of different sorts, Bool and (_ FloatingPoint 8 24)
+(declare-const p Bool)
+(declare-const q Bool)
+(declare-const x Float32)
+(assert (ite p q x))

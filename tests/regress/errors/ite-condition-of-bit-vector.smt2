@@ -1,0 +1,5 @@
+; expect: 5:10: ite: expected a Bool, got a term of (_ BitVec 1)
+(declare-const p Bool)
+(declare-const q Bool)
+(declare-const s (_ BitVec 1))
+(assert (ite s p q))

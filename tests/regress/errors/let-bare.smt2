@@ -1,0 +1,2 @@
+; expect: 2:9: expected a term, got 'let'
+(assert let)

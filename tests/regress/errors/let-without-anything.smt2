@@ -1,0 +1,2 @@
+; expect: 2:13: expected '(' to open the bindings, got ')'
+(assert (let))

@@ -1,0 +1,4 @@
+; expect: 4:2: unknown symbol 'wrong'
+; (assert wrong)
+(assert ; wrong )
+ wrong)

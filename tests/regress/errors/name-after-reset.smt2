@@ -1,0 +1,4 @@
+; expect: 4:9: unknown symbol 'p'
+(declare-const p Bool)
+(reset)
+(assert p)

@@ -1,0 +1,3 @@
+; expect: 3:9: unknown symbol 'P'
+(declare-const p Bool)
+(assert P)

@@ -1,0 +1,3 @@
+; expect: 3:14: unknown symbol 'rne'
+(declare-const r RoundingMode)
+(assert (= r rne))

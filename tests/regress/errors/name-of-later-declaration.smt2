@@ -1,0 +1,3 @@
+; expect: 2:9: unknown symbol 'later'
+(assert later)
+(declare-const later Bool)

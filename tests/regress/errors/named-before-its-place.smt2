@@ -1,0 +1,3 @@
+; expect: 3:14: unknown symbol 'f'
+(declare-const p Bool)
+(assert (and f (! p :named f)))

@@ -1,0 +1,2 @@
+; expect: 2:7: stray byte 0xE2; a symbol with such characters is written between bars: |...|
+(echo “done”)

@@ -1,0 +1,2 @@
+; expect: 2:10: not takes 1 argument, got 0
+(assert (not))

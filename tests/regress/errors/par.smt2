@@ -1,0 +1,2 @@
+; expect: 2:10: par is not supported
+(assert (par (X) true))

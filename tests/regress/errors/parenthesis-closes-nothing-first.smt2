@@ -1,0 +1,2 @@
+; expect: 2:1: this ')' closes nothing
+)(check-sat)

@@ -1,0 +1,2 @@
+; expect: 2:12: this ')' closes nothing
+(check-sat))

@@ -1,0 +1,2 @@
+; expect: 2:6: expected a numeral, got '#x1'
+(pop #x1)

@@ -1,0 +1,2 @@
+; expect: 2:7: expected a numeral, got '1.5'
+(push 1.5)

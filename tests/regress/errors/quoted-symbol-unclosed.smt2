@@ -1,0 +1,3 @@
+; expect: 2:16: this quoted symbol has no closing '|'
+(declare-const |x Bool)
+(check-sat)

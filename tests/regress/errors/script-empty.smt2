@@ -1,0 +1,1 @@
+; expect: 1:1: the script has no commands

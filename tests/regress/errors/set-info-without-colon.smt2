@@ -1,0 +1,2 @@
+; expect: 2:11: expected a keyword, got 'status'
+(set-info status sat)

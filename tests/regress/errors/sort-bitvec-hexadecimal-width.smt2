@@ -1,0 +1,2 @@
+; expect: 2:28: expected a numeral, got '#x8'
+(declare-const f (_ BitVec #x8))

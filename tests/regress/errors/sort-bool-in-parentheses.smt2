@@ -1,0 +1,2 @@
+; expect: 2:19: the sort Bool takes no sorts as arguments
+(declare-const f (Bool))

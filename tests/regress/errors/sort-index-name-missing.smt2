@@ -1,0 +1,2 @@
+; expect: 2:20: expected the name of a sort, got ')'
+(declare-const f (_))

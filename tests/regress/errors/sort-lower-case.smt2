@@ -1,0 +1,2 @@
+; expect: 2:18: unknown sort 'bool'
+(declare-const f bool)

@@ -1,0 +1,2 @@
+; expect: 2:19: expected the name of a sort, got '('
+(declare-const f ((_ BitVec 8)))

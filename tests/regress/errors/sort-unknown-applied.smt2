@@ -1,0 +1,2 @@
+; expect: 2:19: unknown sort 'Set'
+(declare-const f (Set Bool))

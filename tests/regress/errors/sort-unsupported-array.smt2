@@ -1,0 +1,2 @@
+; expect: 2:19: Array is not supported
+(declare-const f (Array (_ BitVec 8) Bool))

@@ -1,0 +1,2 @@
+; expect: 2:18: Int is not supported
+(declare-const f Int)

@@ -1,0 +1,2 @@
+; expect: 2:18: Real is not supported
+(declare-const f Real)

@@ -1,0 +1,2 @@
+; expect: 2:18: RegLan is not supported
+(declare-const f RegLan)

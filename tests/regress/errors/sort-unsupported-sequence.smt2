@@ -1,0 +1,2 @@
+; expect: 2:19: unknown sort 'Seq'
+(declare-const f (Seq Bool))

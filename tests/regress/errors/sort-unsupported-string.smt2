@@ -1,0 +1,2 @@
+; expect: 2:18: String is not supported
+(declare-const f String)

@@ -1,0 +1,3 @@
+; expect: 3:23: to_fp_unsigned: expected a rounding mode, got a term of (_ BitVec 8)
+(declare-const a (_ BitVec 8))
+(assert (fp.isNaN ((_ to_fp_unsigned 8 24) a a)))

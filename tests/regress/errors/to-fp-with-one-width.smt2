@@ -1,0 +1,3 @@
+; expect: 3:23: to_fp takes 2 indices, got 1
+(declare-const x Float32)
+(assert (fp.isNaN ((_ to_fp 32) RNE x)))

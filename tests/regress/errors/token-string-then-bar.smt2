@@ -1,0 +1,2 @@
+; expect: 2:7: "a" is followed by '|' without a blank between
+(echo "a"|b|)

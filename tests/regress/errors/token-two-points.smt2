@@ -1,0 +1,4 @@
+; expect: 4:6: '1.2.3' is neither a literal nor a symbol
+(declare-const p Bool)
+(assert
+  (= 1.2.3 p))
