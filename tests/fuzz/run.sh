@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the fuzz target and lets it look for scripts that break the reader.
 #   tests/fuzz/run.sh [SECONDS]
-# What it learns stays in build/fuzz/corpus for the next time. An input that breaks the reader is
-# written to build/fuzz/ and ends the search; mended, it belongs into tests/fuzz/corpus.
+# 0 seconds are no limit. What it learns stays in build/fuzz/corpus for the next time. An input that
+# breaks the reader is written to build/fuzz/ and ends the search; mended, it belongs into
+# tests/fuzz/corpus.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 seconds=${1:-60}
