@@ -237,7 +237,15 @@ void Parser::fail_unknown(const Token& name) const {
   if (find_operator(name.text) != nullptr) {
     fail(name.position, fmt::format("{} is not supported", name.text));
   }
-  fail(name.position, fmt::format("unknown symbol '{}'", name.text));
+  // What is a literal elsewhere, but a symbol by the rules of SMT-LIB.
+  std::string hint;
+  if (is_bv_decimal(name.text)) {
+    hint = fmt::format("; a bit-vector is written (_ {} width)", name.text);
+  } else if (name.text.size() > 1 && name.text[0] == '-' && name.text[1] >= '0' &&
+             name.text[1] <= '9') {
+    hint = fmt::format("; a negative number is written (- {})", name.text.substr(1));
+  }
+  fail(name.position, fmt::format("unknown symbol '{}'{}", name.text, hint));
 }
 
 /// Reads what follows "(". A value comes back when the form is an indexed constant.
