@@ -1,0 +1,74 @@
+// Runs a script in two configurations and judges the answers.
+//
+// No answer is taken on trust. Two configurations have to agree. A sat comes with a model whose
+// text is read back: together with the assertions it must be satisfiable. An unsat is refuted by
+// any assignment under which the evaluator finds everything true, and the assumptions that it is
+// blamed on must be unsat without the others. What the solver gives up on, after a number of steps
+// that is the same everywhere, counts as undecided.
+#ifndef VORN_TESTS_RANDOM_CHECKER_H
+#define VORN_TESTS_RANDOM_CHECKER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/random/live.h"
+#include "tests/random/script.h"
+#include "tests/random/session.h"
+
+namespace vorn::random {
+
+struct Failure {
+  enum class Kind : std::uint8_t {
+    exception,     // the generator asks for nothing that is not supported
+    disagreement,  // of two configurations
+    bad_model,
+    bad_unsat,
+    bad_core
+  };
+
+  Kind kind;
+  std::string detail;
+};
+
+struct Report {
+  std::size_t checks = 0;
+  std::size_t sat = 0;
+  std::size_t unsat = 0;
+  std::size_t undecided = 0;
+  std::size_t enumerated = 0;  // unsat, and all assignments were tried
+  std::optional<Failure> failure;
+};
+
+class Checker {
+ public:
+  /// The engine is what is under test; models are judged by a solver of their own.
+  explicit Checker(EngineFactory engine = make_solver) : make_engine(std::move(engine)) {}
+
+  /// `seed` chooses the second configuration and the assignments tried.
+  Report check(const Script& script, std::uint64_t seed) const;
+
+ private:
+  struct Result {
+    smt2::Answer answer = smt2::Answer::unknown;
+    Script live;                         // the question
+    std::vector<std::string> equations;  // the model, after sat
+    std::optional<Script> core;          // what is said to be unsat already
+  };
+
+  std::vector<Result> run(const Script& script, const Configuration& configuration) const;
+  static void ask_model(Session& session, const LiveCommands& live, Result* result);
+  static void ask_core(Session& session, const LiveCommands& live, const Command& check,
+                       Result* result);
+  static void judge(const Result& result, std::uint64_t seed, Report* report);
+  static void judge_model(const Result& result, Report* report);
+  static void judge_core(const Result& result, Report* report);
+
+  EngineFactory make_engine;
+};
+
+}  // namespace vorn::random
+
+#endif

@@ -1,0 +1,267 @@
+// The checker on engines that lie: each kind of wrong answer must be found, and the real engine
+// must pass.
+#include "tests/random/checker.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/random/generator.h"
+#include "tests/random/literals.h"
+#include "tests/random/model_space.h"
+#include "tests/random/model_text.h"
+#include "tests/random/shrinker.h"
+
+namespace vorn::random {
+namespace {
+
+using smt2::Answer;
+
+/// Passes everything on to a solver.
+class Honest : public smt2::Engine {
+ public:
+  Honest(TermManager& manager, const solver::Options& options)
+      : mgr(manager), engine(manager, options) {}
+
+  void assert_formula(const Term* f) override { engine.assert_formula(f); }
+  void push() override { engine.push(); }
+  void pop() override { engine.pop(); }
+  Answer check_sat(std::span<const Term* const> assumptions) override {
+    return engine.check_sat(assumptions);
+  }
+  std::vector<std::size_t> get_unsat_assumptions() override {
+    return engine.get_unsat_assumptions();
+  }
+  const Term* get_value(const Term* t) override { return engine.get_value(t); }
+  std::string get_reason_unknown() const override { return engine.get_reason_unknown(); }
+  void reset_assertions() override { engine.reset_assertions(); }
+  void set_seed(std::uint32_t seed) override { engine.set_seed(seed); }
+
+ protected:
+  TermManager& mgr;
+  solver::Solver engine;
+};
+
+/// Says unsat where the answer is sat.
+class DeniesModels : public Honest {
+ public:
+  using Honest::Honest;
+  Answer check_sat(std::span<const Term* const> assumptions) override {
+    const Answer answer = engine.check_sat(assumptions);
+    return answer == Answer::sat ? Answer::unsat : answer;
+  }
+  std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
+};
+
+/// Says sat where the answer is unsat, and makes up a model.
+class InventsModels : public Honest {
+ public:
+  using Honest::Honest;
+  Answer check_sat(std::span<const Term* const> assumptions) override {
+    const Answer answer = engine.check_sat(assumptions);
+    invented = answer == Answer::unsat;
+    return invented ? Answer::sat : answer;
+  }
+  const Term* get_value(const Term* t) override {
+    return invented ? mgr.make_false() : engine.get_value(t);
+  }
+
+ private:
+  bool invented = false;
+};
+
+/// Has the values of Boolean constants the wrong way round.
+class FlipsValues : public Honest {
+ public:
+  using Honest::Honest;
+  const Term* get_value(const Term* t) override {
+    const Term* value = engine.get_value(t);
+    if (value == mgr.make_true()) return mgr.make_false();
+    return value == mgr.make_false() ? mgr.make_true() : value;
+  }
+};
+
+/// Blames none of the assumptions.
+class BlamesNothing : public Honest {
+ public:
+  using Honest::Honest;
+  std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
+};
+
+/// Answers wrongly without rewriting, which is the second run of seed 0 only.
+class LiesInOneConfiguration : public Honest {
+ public:
+  LiesInOneConfiguration(TermManager& manager, const solver::Options& options)
+      : Honest(manager, options) {
+    const Term* t = manager.make_not(manager.make_true());
+    lying = t != manager.make_false();
+  }
+  Answer check_sat(std::span<const Term* const> assumptions) override {
+    return lying ? Answer::unsat : engine.check_sat(assumptions);
+  }
+  std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
+
+ private:
+  bool lying = false;
+};
+
+/// Forgets to close levels.
+class NeverPops : public Honest {
+ public:
+  using Honest::Honest;
+  void pop() override {}
+};
+
+template <class Engine>
+EngineFactory factory() {
+  return [](TermManager& manager, const solver::Options& options) {
+    return std::make_unique<Engine>(manager, options);
+  };
+}
+
+Expression name(const std::string& text, const Sort& sort) {
+  return {Expression::Kind::name, text, sort, {}, {}};
+}
+
+Command declaration(const std::string& text, const Sort& sort) {
+  Command command;
+  command.kind = Command::Kind::declare;
+  command.keyword = "declare-const";
+  command.name = text;
+  command.sort = sort;
+  return command;
+}
+
+Command level(Command::Kind kind, const std::string& keyword) {
+  Command command;
+  command.kind = kind;
+  command.keyword = keyword;
+  command.levels = 1;
+  return command;
+}
+
+Expression negation(const Expression& e) {
+  return {Expression::Kind::theory, "not", kBool, {e}, {}};
+}
+
+const Script kSatisfiable = {declaration("p", kBool), make_assertion(name("p", kBool)),
+                             make_check()};
+const Script kUnsatisfiable = {declaration("p", kBool), make_assertion(name("p", kBool)),
+                               make_assertion(negation(name("p", kBool))), make_check()};
+const Script kLevels = {declaration("p", kBool),
+                        level(Command::Kind::push, "push"),
+                        make_assertion(name("p", kBool)),
+                        level(Command::Kind::pop, "pop"),
+                        make_assertion(negation(name("p", kBool))),
+                        make_check()};
+
+/// Two assumptions, of which the second is impossible.
+Script assuming() {
+  Command check;
+  check.kind = Command::Kind::check_assuming;
+  check.keyword = "check-sat-assuming";
+  check.terms = {name("p", kBool), plain_literals(kBool)[1]};
+  return {declaration("p", kBool), check};
+}
+
+template <class Engine>
+std::optional<Failure::Kind> failure_of(const Script& script, std::uint64_t seed = 0) {
+  const Report report = Checker(factory<Engine>()).check(script, seed);
+  if (!report.failure) return std::nullopt;
+  return report.failure->kind;
+}
+
+TEST(Checker, CountsAnswers) {
+  const Report sat = Checker().check(kSatisfiable, 0);
+  EXPECT_FALSE(sat.failure);
+  EXPECT_EQ(sat.checks, 1U);
+  EXPECT_EQ(sat.sat, 1U);
+  const Report unsat = Checker().check(kUnsatisfiable, 0);
+  EXPECT_FALSE(unsat.failure);
+  EXPECT_EQ(unsat.unsat, 1U);
+  EXPECT_EQ(unsat.enumerated, 1U);
+}
+
+TEST(Checker, FindsWrongAnswers) {
+  EXPECT_EQ(failure_of<Honest>(kSatisfiable), std::nullopt);
+  EXPECT_EQ(failure_of<Honest>(kUnsatisfiable), std::nullopt);
+  EXPECT_EQ(failure_of<DeniesModels>(kSatisfiable), Failure::Kind::bad_unsat);
+  EXPECT_EQ(failure_of<FlipsValues>(kSatisfiable), Failure::Kind::bad_model);
+  EXPECT_EQ(failure_of<LiesInOneConfiguration>(kSatisfiable), Failure::Kind::disagreement);
+  EXPECT_EQ(failure_of<InventsModels>(kUnsatisfiable), Failure::Kind::bad_model);
+}
+
+TEST(Checker, FindsWrongUnsatAssumptions) {
+  EXPECT_EQ(failure_of<Honest>(assuming()), std::nullopt);
+  EXPECT_EQ(failure_of<BlamesNothing>(assuming()), Failure::Kind::bad_core);
+}
+
+TEST(Checker, FindsWhatOnlyAnIncrementalSolverGetsWrong) {
+  for (std::uint64_t seed = 0; seed < 4; ++seed) {
+    EXPECT_EQ(failure_of<Honest>(kLevels, seed), std::nullopt);
+    EXPECT_EQ(failure_of<NeverPops>(kLevels, seed), Failure::Kind::bad_unsat) << seed;
+  }
+}
+
+TEST(Checker, ReportsWhatIsRefused) {
+  const Expression unknown = {Expression::Kind::theory, "no.such.operator", kBool, {}, {}};
+  const Report report = Checker().check({make_assertion(unknown), make_check()}, 0);
+  ASSERT_TRUE(report.failure);
+  EXPECT_EQ(report.failure->kind, Failure::Kind::exception);
+}
+
+TEST(Checker, AgreesWithItselfOnRandomScripts) {
+  std::size_t sat = 0;
+  std::size_t unsat = 0;
+  for (std::uint64_t seed = 0; seed < 20; ++seed) {
+    const Report report = Checker().check(generate(seed), seed);
+    EXPECT_FALSE(report.failure) << report.failure->detail << '\n' << to_string(generate(seed));
+    sat += report.sat;
+    unsat += report.unsat;
+  }
+  EXPECT_GT(sat, 5U);
+  EXPECT_GT(unsat, 5U);
+}
+
+TEST(Checker, AndShrinkerReduceAnEngineThatForgetsToPop) {
+  const Checker checker(factory<NeverPops>());
+  std::size_t found = 0;
+  for (std::uint64_t seed = 0; found < 3 && seed < 300; ++seed) {
+    const Script script = generate(seed);
+    const Report report = checker.check(script, seed);
+    if (!report.failure || report.failure->kind == Failure::Kind::exception) continue;
+    ++found;
+    const Script small = shrink(script, [&](const Script& candidate) {
+      const Report again = checker.check(candidate, seed);
+      return again.failure && again.failure->kind == report.failure->kind;
+    });
+    EXPECT_EQ(to_string(small), "(push 1)\n(assert false)\n(pop 1)\n(check-sat)\n");
+  }
+  EXPECT_EQ(found, 3U);
+}
+
+TEST(ModelText, ReadsListsWithQuotedSymbols) {
+  EXPECT_EQ(split_list("(a (b c)\n|d )| #b1)\n"),
+            (std::vector<std::string>{"a", "(b c)", "|d )|", "#b1"}));
+  EXPECT_EQ(read_model("(\n  (define-fun |x 6| () Bool true)\n)\n", {"|x 6|"}),
+            std::vector<std::string>{"(= |x 6| true)"});
+  EXPECT_EQ(read_values("((x #b1)\n (y (_ NaN 3 3)))\n"),
+            (std::vector<std::string>{"(= x #b1)", "(= y (_ NaN 3 3))"}));
+  EXPECT_THROW(read_model("()", {"x"}), std::runtime_error);
+  EXPECT_THROW(split_list("(a"), std::runtime_error);
+}
+
+TEST(ModelSpace, FindsTheOnlyModelOfASmallSpace) {
+  const Sort sort = bits_sort(8);
+  const Expression literal = {Expression::Kind::theory, "#x9d", sort, {}, {}};
+  const Expression equation = {
+      Expression::Kind::theory, "=", kBool, {name("b", sort), literal}, {}};
+  const Search found = search_models({declaration("b", sort), make_assertion(equation)}, 1);
+  EXPECT_TRUE(found.complete);
+  EXPECT_EQ(found.model.value_or("none"), "b = #x9d");
+  const Search none = search_models(
+      {declaration("b", sort), make_assertion(equation), make_assertion(negation(equation))}, 1);
+  EXPECT_TRUE(none.complete);
+  EXPECT_FALSE(none.model);
+}
+
+}  // namespace
+}  // namespace vorn::random

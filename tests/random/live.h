@@ -1,0 +1,31 @@
+// What of a script is in force at a check: the same question without levels.
+#ifndef VORN_TESTS_RANDOM_LIVE_H
+#define VORN_TESTS_RANDOM_LIVE_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "tests/random/script.h"
+
+namespace vorn::random {
+
+class LiveCommands {
+ public:
+  void execute(const Command& command);
+
+  /// Declarations, definitions and assertions in force, the assumptions of the check as assertions
+  /// behind them.
+  Script at(const Command& check) const;
+  std::vector<std::string> get_declared() const;
+  /// What get-value can be asked for beside constants: definitions without parameters and labels.
+  std::vector<std::string> get_defined() const;
+
+ private:
+  Script commands;
+  std::vector<std::size_t> levels;  // number of commands at each push
+};
+
+}  // namespace vorn::random
+
+#endif

@@ -1,0 +1,29 @@
+// The oracle of unsat: assignments that are tried out by exact evaluation.
+#ifndef VORN_TESTS_RANDOM_MODEL_SPACE_H
+#define VORN_TESTS_RANDOM_MODEL_SPACE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "tests/random/script.h"
+
+namespace vorn::random {
+
+/// Assignments tried where there are too many to try all.
+inline constexpr std::size_t kSamples = 300;
+/// Spaces up to this size are tried out completely.
+inline constexpr std::uint64_t kEnumerable = 4096;
+
+struct Search {
+  std::optional<std::string> model;  // an assignment under which everything holds
+  bool complete = false;  // all assignments were tried, each with one choice of what is left open
+};
+
+/// Looks for a model of a script without checks, levels or rewriting.
+Search search_models(const Script& script, std::uint64_t seed);
+
+}  // namespace vorn::random
+
+#endif

@@ -1,0 +1,82 @@
+// One session of the library, configured in one of the ways that must not change an answer.
+#ifndef VORN_TESTS_RANDOM_SESSION_H
+#define VORN_TESTS_RANDOM_SESSION_H
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "vorn/smt2/engine.h"
+#include "vorn/smt2/interpreter.h"
+#include "vorn/solver/solver.h"
+#include "vorn/terms/term_manager.h"
+#include "vorn/utils/termination_test.h"
+
+namespace vorn::random {
+
+/// Gives up after a number of questions, which the SAT solver asks about as often as it meets
+/// conflicts: a script is decided, or not, in the same way on every machine.
+class Budget : public TerminationTest {
+ public:
+  static constexpr std::uint64_t kQuestions = 1500;
+
+  bool terminate() const override { return ++asked > kQuestions; }
+  void renew() { asked = 0; }
+
+ private:
+  mutable std::uint64_t asked = 0;
+};
+
+struct Configuration {
+  bool rewrite = true;
+  /// Whether one solver serves the whole script; else each check has a solver of its own.
+  bool incremental = true;
+  int seed = 0;
+};
+
+/// Makes the engine of a session; tests put faulty ones there.
+using EngineFactory =
+    std::function<std::unique_ptr<smt2::Engine>(TermManager&, const solver::Options&)>;
+
+std::unique_ptr<smt2::Engine> make_solver(TermManager& manager, const solver::Options& options);
+
+class Session {
+ public:
+  Session(const Configuration& configuration, const EngineFactory& make_engine)
+      : mgr(configuration.rewrite),
+        engine(make_engine(mgr, options_of(configuration))),
+        interpreter(mgr, *engine, stream) {}
+
+  /// Runs commands and returns what they printed.
+  std::string run(const std::string& commands) {
+    budget.renew();
+    stream.str("");
+    interpreter.run(commands, "script");
+    return stream.str();
+  }
+
+  TermManager& get_manager() { return mgr; }
+  smt2::Engine& get_engine() { return *engine; }
+  const smt2::SymbolTable& get_symbols() const { return interpreter.get_symbols(); }
+
+ private:
+  solver::Options options_of(const Configuration& configuration) const {
+    solver::Options options;
+    options.seed = configuration.seed;
+    options.termination_test = &budget;
+    return options;
+  }
+
+  TermManager mgr;
+  Budget budget;
+  std::ostringstream stream;
+  std::unique_ptr<smt2::Engine> engine;
+  smt2::Interpreter interpreter;
+};
+
+}  // namespace vorn::random
+
+#endif
