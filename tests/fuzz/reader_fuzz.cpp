@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <ostream>
 #include <span>
+#include <sstream>
 #include <string>
 
 #include "tests/smt2/session.h"
@@ -16,7 +17,7 @@ namespace {
 /// Beyond this size inputs find nothing that smaller ones would not.
 constexpr std::size_t kMaxSize = std::size_t{1} << 16;
 
-/// Both answers without a source of chance, so that an input does the same each time.
+/// All answers without a source of chance, so that an input does the same each time.
 class FuzzEngine : public FakeEngine {
  public:
   using FakeEngine::FakeEngine;
@@ -30,7 +31,10 @@ class FuzzEngine : public FakeEngine {
     calls.clear();
   }
   Answer check_sat(std::span<const Term* const> given) override {
-    answer = (assertions.size() + given.size()) % 4 == 3 ? Answer::unknown : Answer::sat;
+    constexpr Answer kAnswers[] = {Answer::sat, Answer::sat, Answer::unsat, Answer::unknown};
+    answer = kAnswers[(assertions.size() + given.size()) % 4];
+    failed.clear();
+    if (!given.empty()) failed.push_back(given.size() - 1);
     return FakeEngine::check_sat(given);
   }
 };
@@ -47,12 +51,25 @@ void run(const std::string& text) {
   }
 }
 
+/// As it comes through a pipe: errors end their command only, so more of the text is executed.
+void run_interactive(const std::string& text) {
+  TermManager mgr;
+  FuzzEngine engine(mgr);
+  std::ostream nowhere(nullptr);
+  std::istringstream in(text);
+  Interpreter interpreter(mgr, engine, nowhere);
+  interpreter.run_interactive(in, "fuzz.smt2");
+}
+
 }  // namespace
 }  // namespace vorn::smt2
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size <= vorn::smt2::kMaxSize) vorn::smt2::run(std::string(data, data + size));
+  if (size > vorn::smt2::kMaxSize) return 0;
+  const std::string text(data, data + size);
+  vorn::smt2::run(text);
+  vorn::smt2::run_interactive(text);
   return 0;
 }
