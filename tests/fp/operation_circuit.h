@@ -29,7 +29,8 @@ class OperationCircuit {
                                 IEEEFloat::format to);
 
   /// `sorts` gives an operand's format, or its width as {width, 0} for a bit-vector. Without a
-  /// `mode` the rounding mode is a variable, whose code is the last operand.
+  /// `mode` the rounding mode is a variable, whose code is the next operand. What the theory leaves
+  /// open of the operation is the last.
   template <typename Encoder>
   static OperationCircuit make(Build build, std::span<const IEEEFloat::format> sorts,
                                IEEEFloat::format to, std::optional<IEEEFloat::rounding_mode> mode) {
@@ -104,6 +105,9 @@ class OperationCircuit {
     const Term* t = build(*mgr, rm, terms, to);
     const Term* encoding = encoder->get_bv_encoding(t, &constraints);
     if (!mode) operands.push_back(blaster->blast_bits(encoder->get_cached(rm)));
+    if (const Term* choice = encoder->get_choice(t)) {
+      operands.push_back(blaster->blast_bits(choice));
+    }
     std::vector<bv::Lit> results;
     if (mgr->is_bool_type(encoding->get_type())) {
       results.push_back(blaster->blast_bool(encoding));
@@ -167,6 +171,49 @@ inline const Term* from_ubv(TermManager& t, const Term* rm, Args x, Format to) {
 }
 inline const Term* neg(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
   return t.make_fp_neg(x[0]);
+}
+inline const Term* fma(TermManager& t, const Term* rm, Args x, Format /*to*/) {
+  return t.make_fp_fma(rm, x[0], x[1], x[2]);
+}
+inline const Term* sqrt(TermManager& t, const Term* rm, Args x, Format /*to*/) {
+  return t.make_fp_sqrt(rm, x[0]);
+}
+inline const Term* rem(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_rem(x[0], x[1]);
+}
+inline const Term* rti(TermManager& t, const Term* rm, Args x, Format /*to*/) {
+  return t.make_fp_round_to_integral(rm, x[0]);
+}
+/// `to` is {width, 0}.
+inline const Term* to_sbv(TermManager& t, const Term* rm, Args x, Format to) {
+  return t.make_fp_to_sbv(to.e, rm, x[0]);
+}
+inline const Term* to_ubv(TermManager& t, const Term* rm, Args x, Format to) {
+  return t.make_fp_to_ubv(to.e, rm, x[0]);
+}
+inline const Term* min(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_min(x[0], x[1]);
+}
+inline const Term* max(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_max(x[0], x[1]);
+}
+inline const Term* abs(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_abs(x[0]);
+}
+inline const Term* to_bits(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_to_bits(x[0]);
+}
+inline const Term* isnormal(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_isnormal(x[0]);
+}
+inline const Term* issubnormal(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_issubnormal(x[0]);
+}
+inline const Term* isnegative(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_isnegative(x[0]);
+}
+inline const Term* ispositive(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
+  return t.make_fp_ispositive(x[0]);
 }
 inline const Term* eq(TermManager& t, const Term* /*rm*/, Args x, Format /*to*/) {
   return t.make_fp_equal(x[0], x[1]);
