@@ -256,9 +256,9 @@ TEST(Interpreter, AnErrorKeepsWhatWasPrinted) {
 TEST(Interpreter, RefusesWrongCommands) {
   Session s;
   EXPECT_EQ(s.error("\n (foo 1)"), "2:3: unknown command 'foo'");
-  for (const std::string name : {"declare-sort", "declare-datatype", "declare-datatypes",
-                                 "define-fun-rec", "define-funs-rec", "get-proof",
-                                 "get-unsat-core"}) {
+  for (const std::string name :
+       {"declare-sort", "declare-datatype", "declare-datatypes", "define-fun-rec",
+        "define-funs-rec", "get-proof", "get-unsat-core"}) {
     EXPECT_EQ(s.error("(" + name + " x)"), "1:2: " + name + " is not supported");
   }
   EXPECT_EQ(s.error("(declare-fun f (Bool) Bool)"),

@@ -326,7 +326,7 @@ QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
     return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
   }
   const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
-  const OpenConversion& first = open_conversions.try_emplace(key, t, own).first->second;
+  const OpenConversion& first = open_conversions.emplace(key, OpenConversion{t, own}).first->second;
   if (first.value != own) clashes.emplace_back(first.witness, t);
   return first.value;
 }
