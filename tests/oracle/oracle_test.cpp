@@ -8,10 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <cfenv>
 #include <cstdint>
-#include <initializer_list>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -22,15 +19,10 @@
 #include "tests/oracle/mpfr_oracle.h"
 #include "tests/oracle/random_operands.h"
 #include "tests/oracle/strict_bits.h"
+#include "tests/oracle/test_support.h"
 
 namespace vorn::oracle {
 namespace {
-
-constexpr Format kHalf{5, 10};
-constexpr Format kBfloat{8, 7};
-constexpr Format kSingle{8, 23};
-constexpr Format kDouble{11, 52};
-constexpr Format kQuad{15, 112};
 
 /// The operations on two operands, with every implementation of each.
 struct BinaryOperation {
@@ -66,54 +58,6 @@ const std::vector<IntegerOperation> kFromInteger = {
     {"from_sbv", base::from_sbv, ieee::from_sbv, by_mpfr::from_sbv, departures::from_sbv},
     {"from_ubv", base::from_ubv, ieee::from_ubv, by_mpfr::from_ubv, departures::from_ubv},
 };
-
-Bits hex(const char* digits) {
-  return Bits(digits, 16);
-}
-Bits power(unsigned n) {
-  return Bits{1} << n;
-}
-
-/// An evaluation as a reader would write it, for failure messages.
-std::string line(const char* name, RoundingMode rm, std::initializer_list<Format> formats,
-                 std::initializer_list<Bits> patterns) {
-  static constexpr const char* kModeNames[] = {"rne", "rtz", "rtp", "rtn", "rna"};
-  std::ostringstream out;
-  out << name << ' ' << kModeNames[static_cast<unsigned>(rm)];
-  for (const Format f : formats)
-    out << ' ' << f.e << ' ' << f.m;
-  for (const Bits& x : patterns)
-    out << ' ' << x.get_str(16);
-  return out.str();
-}
-
-std::string line(const char* name, RoundingMode rm, unsigned w, Format f, const Bits& v) {
-  return std::string(name) + " w=" + std::to_string(w) + line("", rm, {f}, {v});
-}
-
-// Unoptimised and sanitized builds are some twenty times slower and run a share of the cases only.
-// The share is odd, so that every value of a pattern's low bits is met.
-#if defined(__OPTIMIZE__) && !defined(__SANITIZE_ADDRESS__)
-constexpr unsigned kShare = 1;
-#else
-constexpr unsigned kShare = 17;
-#endif
-
-/// Every pattern of a width.
-std::vector<Bits> all_patterns(unsigned width) {
-  std::vector<Bits> result;
-  for (unsigned long v = 0; v < 1UL << width; ++v)
-    result.emplace_back(v);
-  return result;
-}
-
-/// The first operands for tests of every pair.
-std::vector<Bits> first_operands(unsigned width) {
-  std::vector<Bits> result;
-  for (unsigned long v = 0; v < 1UL << width; v += kShare)
-    result.emplace_back(v);
-  return result;
-}
 
 // The IEEE oracle ---------------------------------------------------------------------------------
 
@@ -190,10 +134,6 @@ TEST_P(IeeeOracleOnSmallFormats, ConvertsAsMpfrDoes) {
   }
 }
 
-std::string format_name(const testing::TestParamInfo<Format>& info) {
-  return "e" + std::to_string(info.param.e) + "m" + std::to_string(info.param.m);
-}
-
 INSTANTIATE_TEST_SUITE_P(Formats, IeeeOracleOnSmallFormats,
                          testing::Values(Format{2, 1}, Format{2, 3}, Format{4, 1}, Format{3, 3}),
                          format_name);
@@ -229,21 +169,6 @@ TEST_P(IeeeOracleOnLargeFormats, ConvertsRandomOperandsAsMpfrDoes) {
 
 INSTANTIATE_TEST_SUITE_P(Formats, IeeeOracleOnLargeFormats,
                          testing::Values(kHalf, kBfloat, kSingle, kDouble, kQuad), format_name);
-
-/// Restores the machine's rounding direction.
-class HardwareRounding {
- public:
-  explicit HardwareRounding(RoundingMode rm) : saved(std::fegetround()) {
-    static constexpr int kDirections[] = {FE_TONEAREST, FE_TOWARDZERO, FE_UPWARD, FE_DOWNWARD};
-    std::fesetround(kDirections[static_cast<unsigned>(rm)]);
-  }
-  HardwareRounding(const HardwareRounding&) = delete;
-  HardwareRounding& operator=(const HardwareRounding&) = delete;
-  ~HardwareRounding() { std::fesetround(saved); }
-
- private:
-  int saved;
-};
 
 template <class Float, class Word>
 void expect_hardware_agrees(Format f) {
