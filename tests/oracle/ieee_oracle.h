@@ -25,14 +25,36 @@ Bits cast(RoundingMode rm, Format from, Format to, const Bits& x);
 /// `v` is a pattern of `w` bits.
 Bits from_sbv(RoundingMode rm, unsigned w, Format f, const Bits& v);
 Bits from_ubv(RoundingMode rm, unsigned w, Format f, const Bits& v);
+/// A negative non-zero operand gives NaN, -0 itself.
+Bits sqrt(RoundingMode rm, Format f, const Bits& x);
+/// x * y + z, rounded once.
+Bits fma(RoundingMode rm, Format f, const Bits& x, const Bits& y, const Bits& z);
+/// x - y * n for the integer n nearest to x / y, the even one of two; always exact. A zero has the
+/// sign of x.
+Bits rem(Format f, const Bits& x, const Bits& y);
+/// Rounds to an integer, and that to the format: where the significand is long for its exponents,
+/// the integer above the largest finite number overflows. A zero keeps the sign of x.
+Bits rti(RoundingMode rm, Format f, const Bits& x);
+/// The pattern of `w` >= 1 bits of x rounded to an integer; none for NaN, infinities and integers
+/// out of range.
+std::optional<Bits> to_sbv(RoundingMode rm, Format f, unsigned w, const Bits& x);
+std::optional<Bits> to_ubv(RoundingMode rm, Format f, unsigned w, const Bits& x);
 Bits neg(Format f, const Bits& x);
+Bits abs(Format f, const Bits& x);
+/// A number is preferred to NaN. None for zeros of opposite signs, of which either is allowed.
+std::optional<Bits> min(Format f, const Bits& x, const Bits& y);
+std::optional<Bits> max(Format f, const Bits& x, const Bits& y);
 
 bool is_nan(Format f, const Bits& x);
 bool is_inf(Format f, const Bits& x);
 bool is_zero(Format f, const Bits& x);
 bool is_subnormal(Format f, const Bits& x);
+bool is_normal(Format f, const Bits& x);
 /// The sign bit, NaNs included.
 bool is_negative(Format f, const Bits& x);
+/// SMT-LIB's fp.isNegative and fp.isPositive: zeros have signs, NaN has none.
+bool smt_is_negative(Format f, const Bits& x);
+bool smt_is_positive(Format f, const Bits& x);
 bool eq(Format f, const Bits& x, const Bits& y);
 bool lt(Format f, const Bits& x, const Bits& y);
 bool le(Format f, const Bits& x, const Bits& y);

@@ -146,15 +146,19 @@ mpq_class magnitude_value(Format f, const Bits& magnitude) {
   return result;
 }
 
-/// roundTiesToAway from the result toward zero and the exact result's magnitude.
-Bits ties_to_away(Format f, const Bits& toward_zero, const mpq_class& exact) {
+/// roundTiesToAway from the result toward zero; `reaches(q)` says whether the magnitude of the
+/// exact result is at least q.
+template <class Reaches>
+Bits ties_to_away(Format f, const Bits& toward_zero, Reaches reaches) {
   const Bits sign = toward_zero / power(f.e + f.m) * power(f.e + f.m);
   const Bits below = toward_zero - sign;
   const Bits above = below + 1;
-  const mpq_class low = magnitude_value(f, below);
-  if (low == exact) return toward_zero;
-  const mpq_class middle = (low + magnitude_value(f, above)) / 2;
-  return sign + (exact >= middle ? above : below);
+  const mpq_class middle = (magnitude_value(f, below) + magnitude_value(f, above)) / 2;
+  return sign + (reaches(middle) ? above : below);
+}
+Bits ties_to_away(Format f, const Bits& toward_zero, const mpq_class& exact) {
+  return ties_to_away(f, toward_zero,
+                      [&](const mpq_class& middle) { return abs(exact) >= middle; });
 }
 
 bool is_finite(Format f, const Bits& x) {
@@ -182,7 +186,7 @@ Bits binary(RoundingMode rm, Format f, const Bits& x, const Bits& y, Compute com
   if (rm != RoundingMode::rna) return by_mode(rm);
   Bits toward_zero = by_mode(RoundingMode::rtz);
   if (!is_finite(f, toward_zero) || !is_finite(f, x) || !is_finite(f, y)) return toward_zero;
-  return ties_to_away(f, toward_zero, abs(exact(signed_value(f, x), signed_value(f, y))));
+  return ties_to_away(f, toward_zero, exact(signed_value(f, x), signed_value(f, y)));
 }
 
 Bits from_integer(RoundingMode rm, Format f, const mpz_class& v) {
@@ -191,7 +195,49 @@ Bits from_integer(RoundingMode rm, Format f, const mpz_class& v) {
         mode, f, [&](Float& out, mpfr_rnd_t rnd) { return mpfr_set_z(out.x, v.get_mpz_t(), rnd); });
   };
   if (rm != RoundingMode::rna) return by_mode(rm);
-  return ties_to_away(f, by_mode(RoundingMode::rtz), abs(mpq_class(v)));
+  return ties_to_away(f, by_mode(RoundingMode::rtz), mpq_class(v));
+}
+
+/// mpfr_rint has no direction for ties away, which are mpfr_round's. The operand's precision holds
+/// the result, as it rounds off a fraction to m bits at most or to the power of two above.
+int round_to_integer(RoundingMode rm, mpfr_t out, const mpfr_t a) {
+  return rm == RoundingMode::rna ? mpfr_round(out, a) : mpfr_rint(out, a, direction(rm));
+}
+
+/// The nearest integer if it lies in [lowest, highest], in two's complement of w bits.
+std::optional<Bits> to_integer(RoundingMode rm, Format f, unsigned w, const Bits& x,
+                               const mpz_class& lowest, const mpz_class& highest) {
+  Float a(long{f.m} + 1);
+  load(f, x, a);
+  if (mpfr_number_p(a.x) == 0) return std::nullopt;
+  round_to_integer(rm, a.x, a.x);
+  if (mpfr_cmp_z(a.x, lowest.get_mpz_t()) < 0) return std::nullopt;
+  if (mpfr_cmp_z(a.x, highest.get_mpz_t()) > 0) return std::nullopt;
+  mpz_class v;
+  mpfr_get_z(v.get_mpz_t(), a.x, MPFR_RNDN);
+  return v < 0 ? Bits(v + power(w)) : v;
+}
+
+/// `select` is mpfr_min or mpfr_max, which give zeros of opposite signs an order.
+template <class Select>
+std::optional<Bits> choose(Format f, const Bits& x, const Bits& y, Select select) {
+  Float a(long{f.m} + 1);
+  Float b(long{f.m} + 1);
+  load(f, x, a);
+  load(f, y, b);
+  const bool zeros = mpfr_zero_p(a.x) && mpfr_zero_p(b.x);
+  if (zeros && mpfr_signbit(a.x) != mpfr_signbit(b.x)) return std::nullopt;
+  select(a.x, a.x, b.x, MPFR_RNDN);
+  return store(f, a);
+}
+
+/// Whether a predicate on MPFR numbers, whose exponents exceed the standard's by one, holds of a
+/// pattern's value.
+template <class Test>
+bool test(Format f, const Bits& x, Test holds) {
+  Float a(long{f.m} + 1);
+  load(f, x, a);
+  return holds(a.x);
 }
 
 template <class Compare>
@@ -234,7 +280,7 @@ Bits cast(RoundingMode rm, Format from, Format to, const Bits& x) {
   if (rm != RoundingMode::rna) return by_mode(rm);
   Bits toward_zero = by_mode(RoundingMode::rtz);
   if (!is_finite(from, x)) return toward_zero;
-  return ties_to_away(to, toward_zero, abs(signed_value(from, x)));
+  return ties_to_away(to, toward_zero, signed_value(from, x));
 }
 
 Bits from_sbv(RoundingMode rm, unsigned w, Format f, const Bits& v) {
@@ -243,6 +289,97 @@ Bits from_sbv(RoundingMode rm, unsigned w, Format f, const Bits& v) {
 
 Bits from_ubv(RoundingMode rm, unsigned /*w*/, Format f, const Bits& v) {
   return from_integer(rm, f, v);
+}
+
+Bits sqrt(RoundingMode rm, Format f, const Bits& x) {
+  const auto by_mode = [&](RoundingMode mode) {
+    Float a(long{f.m} + 1);
+    load(f, x, a);
+    return rounded(mode, f, [&](Float& out, mpfr_rnd_t rnd) { return mpfr_sqrt(out.x, a.x, rnd); });
+  };
+  if (rm != RoundingMode::rna) return by_mode(rm);
+  Bits toward_zero = by_mode(RoundingMode::rtz);
+  if (!is_finite(f, toward_zero)) return toward_zero;
+  const mpq_class radicand = signed_value(f, x);
+  return ties_to_away(f, toward_zero,
+                      [&](const mpq_class& middle) { return radicand >= middle * middle; });
+}
+
+Bits fma(RoundingMode rm, Format f, const Bits& x, const Bits& y, const Bits& z) {
+  const auto by_mode = [&](RoundingMode mode) {
+    Float a(long{f.m} + 1);
+    Float b(long{f.m} + 1);
+    Float c(long{f.m} + 1);
+    load(f, x, a);
+    load(f, y, b);
+    load(f, z, c);
+    return rounded(mode, f,
+                   [&](Float& out, mpfr_rnd_t rnd) { return mpfr_fma(out.x, a.x, b.x, c.x, rnd); });
+  };
+  if (rm != RoundingMode::rna) return by_mode(rm);
+  Bits toward_zero = by_mode(RoundingMode::rtz);
+  // A finite result has finite operands.
+  if (!is_finite(f, toward_zero)) return toward_zero;
+  const mpq_class exact = signed_value(f, x) * signed_value(f, y) + signed_value(f, z);
+  return ties_to_away(f, toward_zero, exact);
+}
+
+Bits rem(Format f, const Bits& x, const Bits& y) {
+  Float a(long{f.m} + 1);
+  Float b(long{f.m} + 1);
+  load(f, x, a);
+  load(f, y, b);
+  return rounded(RoundingMode::rne, f,
+                 [&](Float& out, mpfr_rnd_t rnd) { return mpfr_remainder(out.x, a.x, b.x, rnd); });
+}
+
+Bits rti(RoundingMode rm, Format f, const Bits& x) {
+  Float a(long{f.m} + 1);
+  load(f, x, a);
+  return rounded(rm, f, [&](Float& out, mpfr_rnd_t) { return round_to_integer(rm, out.x, a.x); });
+}
+
+std::optional<Bits> to_sbv(RoundingMode rm, Format f, unsigned w, const Bits& x) {
+  return to_integer(rm, f, w, x, -power(w - 1), power(w - 1) - 1);
+}
+
+std::optional<Bits> to_ubv(RoundingMode rm, Format f, unsigned w, const Bits& x) {
+  return to_integer(rm, f, w, x, 0, power(w) - 1);
+}
+
+std::optional<Bits> min(Format f, const Bits& x, const Bits& y) {
+  return choose(f, x, y, mpfr_min);
+}
+
+std::optional<Bits> max(Format f, const Bits& x, const Bits& y) {
+  return choose(f, x, y, mpfr_max);
+}
+
+Bits abs(Format f, const Bits& x) {
+  Float a(long{f.m} + 1);
+  load(f, x, a);
+  mpfr_abs(a.x, a.x, MPFR_RNDN);
+  return store(f, a);
+}
+
+bool is_normal(Format f, const Bits& x) {
+  return test(f, x, [f](const mpfr_t v) {
+    return mpfr_regular_p(v) && mpfr_get_exp(v) > f.min_exponent();
+  });
+}
+
+bool is_subnormal(Format f, const Bits& x) {
+  return test(f, x, [f](const mpfr_t v) {
+    return mpfr_regular_p(v) && mpfr_get_exp(v) <= f.min_exponent();
+  });
+}
+
+bool smt_is_negative(Format f, const Bits& x) {
+  return test(f, x, [](const mpfr_t v) { return !mpfr_nan_p(v) && mpfr_signbit(v); });
+}
+
+bool smt_is_positive(Format f, const Bits& x) {
+  return test(f, x, [](const mpfr_t v) { return !mpfr_nan_p(v) && !mpfr_signbit(v); });
 }
 
 Bits neg(Format f, const Bits& x) {
