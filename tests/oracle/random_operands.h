@@ -7,6 +7,7 @@
 #ifndef VORN_TESTS_ORACLE_RANDOM_OPERANDS_H
 #define VORN_TESTS_ORACLE_RANDOM_OPERANDS_H
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 
@@ -93,6 +94,68 @@ class RandomOperands {
     return in_range(f, ey);
   }
 
+  /// An addend for the product of two operands: often close to its negation, so that most of it
+  /// cancels, where it makes a tie, or so far off that one of the two is a sticky bit.
+  Bits third(Format f, const Bits& x, const Bits& y) {
+    const Bits product = significand(f, x) * significand(f, y);
+    if (product == 0) return float_pattern(f);
+    const auto length = static_cast<long>(bit_length(product));
+    const auto zeros = static_cast<long>(mpz_scan1(product.get_mpz_t(), 0));
+    // The biased exponents of numbers that begin with the product's last bit and with its first.
+    const long last = unit(f, x) + unit(f, y) - f.bias() - 2 * long{f.m};
+    const long first = last + length - 1;
+    switch (below(6)) {
+      case 0:
+      case 1: {  // the product cut to the format, or a few patterns beside it, negated mostly
+        const long grid = std::max(first, 1L) - long{f.m};
+        const Bits cut = grid < last ? shift_left(product, static_cast<std::size_t>(last - grid))
+                                     : shift_right(product, static_cast<std::size_t>(grid - last));
+        const Bits magnitude =
+            cut + (std::max(first, 1L) - 1) * two_to(f.m) + (below(2) == 0 ? 0 : distance(2));
+        const Bits infinity = (two_to(f.e) - 1) * two_to(f.m);
+        if (magnitude < 0 || magnitude > infinity) return float_pattern(f);
+        const bool negative = test_bit(x, f.e + f.m) == test_bit(y, f.e + f.m);
+        return magnitude + (negative != (below(8) == 0) ? two_to(f.e + f.m) : Bits{0});
+      }
+      case 2:  // the product's last bit that is one is half a unit of the addend
+        return in_range(f, last + zeros + 1 + long{f.m});
+      case 3:  // the product is about half a unit of the addend
+        return in_range(f, first + 1 + long{f.m} + distance(1));
+      case 4:  // one of the two is the other's half unit or lies beyond it
+        return in_range(f, first + distance(2 * f.m + 4));
+      default:
+        return float_pattern(f);
+    }
+  }
+
+  /// An operand for rounding to an integer, of w bits if there is such a limit: often near one half
+  /// or one, halfway between integers or beside that, or about a power of two at the limit.
+  Bits near_integer(Format f, unsigned w) {
+    switch (below(5)) {
+      case 0:
+        return in_range(f, f.bias() + distance(2));
+      case 1: {  // a bit of weight one half, then zeros or ones
+        const long integer_bits = below(f.m);
+        const auto rest = static_cast<unsigned>(long{f.m} - 1 - integer_bits);
+        const Bits integer = bits(static_cast<unsigned>(integer_bits) + 1) * two_to(rest);
+        const Bits fraction = low_bits(Bits(integer + distance(1)), f.m);
+        const long biased = f.bias() + integer_bits;
+        return biased < 1L << f.e ? join(f, Bits{biased}, fraction) : float_pattern(f);
+      }
+      case 2:  // units of one half, one or two
+        return in_range(f, f.bias() + long{f.m} + distance(1));
+      case 3: {  // a power of two at the limit, and its neighbours as far as half a unit and beyond
+        const long biased = f.bias() + long{w} - below(2);
+        if (biased < 1 || biased >= 1L << f.e) return float_pattern(f);
+        const Bits half = f.m > w ? two_to(f.m - w) : Bits{1};
+        const Bits offset = Bits{distance(2)} * half + distance(1);
+        return sign(f) + low_bits(Bits(Bits{biased} * two_to(f.m) + offset), f.e + f.m);
+      }
+      default:
+        return float_pattern(f);
+    }
+  }
+
   /// An operand for a cast: often near a limit of the target or where a narrow exponent would wrap.
   Bits source(Format from, Format to) {
     const long half_range = 1L << (from.e - 1);
@@ -112,6 +175,15 @@ class RandomOperands {
 
  private:
   static Bits two_to(unsigned n) { return Bits{1} << n; }
+
+  /// A finite pattern's significand with its hidden bit, and the biased exponent that scales it.
+  static Bits significand(Format f, const Bits& x) {
+    const Bits fraction = low_bits(x, f.m);
+    return low_bits(x, f.e + f.m) == fraction ? fraction : Bits(fraction + two_to(f.m));
+  }
+  static long unit(Format f, const Bits& x) {
+    return std::max(Bits(low_bits(x, f.e + f.m) / two_to(f.m)).get_si(), 1L);
+  }
 
   /// In [-limit, limit].
   long distance(unsigned limit) { return long{below(2 * limit + 1)} - long{limit}; }
