@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/random/congruence.h"
 #include "tests/random/generator.h"
 #include "tests/random/literals.h"
 #include "tests/random/model_space.h"
@@ -236,6 +237,22 @@ TEST(Checker, AndShrinkerReduceAnEngineThatForgetsToPop) {
     EXPECT_EQ(to_string(small), "(push 1)\n(assert false)\n(pop 1)\n(check-sat)\n");
   }
   EXPECT_EQ(found, 3U);
+}
+
+TEST(Congruence, IsStatedOfOpenApplicationsWithoutVariables) {
+  const auto conversion = [](const std::string& operand) {
+    const std::vector<Expression> args = {plain_literals(kMode)[0],
+                                          name(operand, float_sort(3, 3))};
+    return Expression{Expression::Kind::theory, "(_ fp.to_ubv 4)", bits_sort(4), args, {}};
+  };
+  const Expression differ = {
+      Expression::Kind::theory, "distinct", kBool, {conversion("x"), conversion("y")}, {}};
+  EXPECT_EQ(to_string(make_congruences({make_assertion(differ)})),
+            "(assert (=> (and (= RNE RNE) (= y x)) "
+            "(= ((_ fp.to_ubv 4) RNE y) ((_ fp.to_ubv 4) RNE x))))\n");
+  const Expression bound = {
+      Expression::Kind::let, "let", kBool, {name("z", float_sort(3, 3)), differ}, {"x"}};
+  EXPECT_TRUE(make_congruences({make_assertion(bound)}).empty());
 }
 
 TEST(ModelText, ReadsListsWithQuotedSymbols) {

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <compare>
+#include <span>
 #include <utility>
 
 #include "tests/random/literals.h"
+#include "tests/random/operators.h"
 
 namespace vorn::random {
 namespace {
@@ -61,12 +63,13 @@ void inline_calls(Expression* e, const Command& function) {
   if (call) *e = inlined(function, *e);
 }
 
+/// Whether the operator takes any number of arguments and has one to spare.
 bool takes_fewer(const Expression& e) {
-  static constexpr const char* kMany[] = {"and",   "or",     "xor",   "=>",    "=",     "distinct",
-                                          "bvand", "bvor",   "bvxor", "bvadd", "bvmul", "fp.eq",
-                                          "fp.lt", "fp.leq", "fp.gt", "fp.geq"};
+  const std::span<const Operator> operators = get_operators();
   return e.args.size() > 2 &&
-         std::find(std::begin(kMany), std::end(kMany), e.head) != std::end(kMany);
+         std::any_of(operators.begin(), operators.end(), [&e](const Operator& op) {
+           return op.name == e.head && op.signature.ends_with('+');
+         });
 }
 
 class Shrinker {
@@ -195,9 +198,19 @@ class Shrinker {
         result.push_back({Expression::Kind::name, command.name, e.sort, {}, {}});
       }
     }
+    if (e.sort == kBool) add_equations(e, &result);
     if (e.kind == Expression::Kind::let) add_inlined(e, &result);
     if (takes_fewer(e)) add_shorter(e, &result);
     return result;
+  }
+
+  /// Parts of other sorts become formulas, lest what leads to them has to stay.
+  static void add_equations(const Expression& formula, std::vector<Expression>* result) {
+    for (const Expression* part : nodes_of(formula)) {
+      if (part->sort == kBool || part->sort == kReal || part->args.empty()) continue;
+      const Expression constant = plain_literals(part->sort)[0];
+      result->push_back({Expression::Kind::theory, "=", kBool, {*part, constant}, {}});
+    }
   }
 
   static void add_inlined(const Expression& let, std::vector<Expression>* result) {
