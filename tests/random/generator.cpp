@@ -25,6 +25,9 @@ struct Profile {
   std::uint64_t cost;     // of all terms together, about gates
 };
 
+/// What a term may cost late in a script, when the others have used up what there was.
+constexpr std::uint64_t kLeastCost = 500;
+
 const Profile kTiny = {{1, 2, 3, 4},
                        {float_sort(2, 2), float_sort(2, 3), float_sort(3, 3), float_sort(3, 2)},
                        1,
@@ -46,7 +49,7 @@ class ScriptGenerator {
 
   Script run() {
     declare_all();
-    const std::size_t steps = 4 + random.below(14);
+    const std::size_t steps = random.percent(10) ? 20 + random.below(30) : 4 + random.below(14);
     for (std::size_t i = 0; i < steps; ++i)
       step();
     add(Command::Kind::check, "check-sat");
@@ -103,8 +106,8 @@ class ScriptGenerator {
   }
 
   Expression make_term(const Sort& sort, std::size_t depth) {
-    const std::uint64_t cost = budget / 4;
-    budget -= cost;
+    const std::uint64_t cost = std::max(budget / 4, kLeastCost);
+    budget -= std::min(budget, cost);
     return random_term(sort, {depth, cost}, scope, palette, random);
   }
 
