@@ -34,6 +34,7 @@ class Honest : public smt2::Engine {
   const Term* get_value(const Term* t) override { return engine.get_value(t); }
   std::string get_reason_unknown() const override { return engine.get_reason_unknown(); }
   void reset_assertions() override { engine.reset_assertions(); }
+  void collect_garbage(std::span<const Term* const> kept) override { engine.collect_garbage(kept); }
   void set_seed(std::uint32_t seed) override { engine.set_seed(seed); }
 
  protected:
@@ -102,6 +103,15 @@ class LiesInOneConfiguration : public Honest {
 
  private:
   bool lying = false;
+};
+
+/// Loses the assertions when terms are dropped, which is what the second run of seed 4 does.
+class DropsTooMuch : public Honest {
+ public:
+  using Honest::Honest;
+  void collect_garbage(std::span<const Term* const> /*kept*/) override {
+    engine.reset_assertions();
+  }
 };
 
 /// Forgets to close levels.
@@ -187,6 +197,7 @@ TEST(Checker, FindsWrongAnswers) {
   EXPECT_EQ(failure_of<DeniesModels>(kSatisfiable), Failure::Kind::bad_unsat);
   EXPECT_EQ(failure_of<FlipsValues>(kSatisfiable), Failure::Kind::bad_model);
   EXPECT_EQ(failure_of<LiesInOneConfiguration>(kSatisfiable), Failure::Kind::disagreement);
+  EXPECT_EQ(failure_of<DropsTooMuch>(kUnsatisfiable, 4), Failure::Kind::disagreement);
   EXPECT_EQ(failure_of<InventsModels>(kUnsatisfiable), Failure::Kind::bad_model);
 }
 
@@ -196,7 +207,7 @@ TEST(Checker, FindsWrongUnsatAssumptions) {
 }
 
 TEST(Checker, FindsWhatOnlyAnIncrementalSolverGetsWrong) {
-  for (std::uint64_t seed = 0; seed < 4; ++seed) {
+  for (std::uint64_t seed = 0; seed < 5; ++seed) {
     EXPECT_EQ(failure_of<Honest>(kLevels, seed), std::nullopt);
     EXPECT_EQ(failure_of<NeverPops>(kLevels, seed), Failure::Kind::bad_unsat) << seed;
   }

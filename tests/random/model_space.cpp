@@ -29,6 +29,7 @@ class Collector : public smt2::Engine {
   const Term* get_value(const Term* t) override { return t; }
   std::string get_reason_unknown() const override { return "nothing is decided here"; }
   void reset_assertions() override { assertions.clear(); }
+  void collect_garbage(std::span<const Term* const> /*kept*/) override {}
   void set_seed(std::uint32_t /*seed*/) override {}
 
   std::vector<const Term*> assertions;

@@ -35,6 +35,9 @@ struct Configuration {
   /// Whether one solver serves the whole script; else each check has a solver of its own.
   bool incremental = true;
   int seed = 0;
+  /// Whether terms that are no longer needed are dropped before each check, which the library does
+  /// by itself only where there are very many.
+  bool collecting = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -58,9 +61,13 @@ class Session {
     return stream.str();
   }
 
+  void collect_garbage() {
+    std::vector<const Term*> kept;
+    interpreter.get_symbols().append_terms(&kept);
+    engine->collect_garbage(kept);
+  }
+
   TermManager& get_manager() { return mgr; }
-  smt2::Engine& get_engine() { return *engine; }
-  const smt2::SymbolTable& get_symbols() const { return interpreter.get_symbols(); }
 
  private:
   solver::Options options_of(const Configuration& configuration) const {
