@@ -3,29 +3,8 @@
 #   command_test.sh VORN
 set -u
 vorn=$1
-dir=$(mktemp -d)
-trap 'rm -rf "$dir"' EXIT
-passed=0
-failed=0
-
-# check NAME STATUS STDOUT-PATTERN STDERR-PATTERN COMMAND...   (extended regular expressions)
-check() {
-  local name=$1 status=$2 out=$3 err=$4
-  shift 4
-  "$@" >"$dir/out" 2>"$dir/err" </dev/null
-  local got=$?
-  if [[ $got -eq $status ]] && [[ "$(cat "$dir/out")" =~ $out ]] && [[ "$(cat "$dir/err")" =~ $err ]]; then
-    passed=$((passed + 1))
-  else
-    failed=$((failed + 1))
-    printf 'FAILED %s: exit status %s\n--- stdout\n' "$name" "$got"
-    cat "$dir/out"
-    printf -- '--- stderr\n'
-    cat "$dir/err"
-  fi
-}
-
-script() { printf '%b' "$2" >"$dir/$1"; }
+# shellcheck source=tests/check.sh
+source "$(dirname "${BASH_SOURCE[0]}")/check.sh"
 
 check help 0 'Usage: vorn.*--encoder NAME:\{ieee,base\}' '^$' "$vorn" --help
 check version 0 '^vorn [0-9]+\.[0-9]+\.[0-9]+$' '^$' "$vorn" --version
@@ -92,6 +71,39 @@ script narrow.smt2 '(declare-const x (_ FloatingPoint 8 2))\n(assert (fp.isNaN (
 check base_refuses_a_format 1 '^$' 'narrow.smt2:2:[0-9]+: error: fp.mul on \(_ FloatingPoint 8 2\) is not supported' \
   "$vorn" --encoder base "$dir/narrow.smt2"
 
+# The other operations, with what the theory leaves open.
+printf '%s\n' 'fma rne 8 23 3f800001 3f800001 bf800002' 'sqrt rtp 5 10 4000' 'rti rna 8 23 40200000' \
+  'rem 8 23 40a00000 40400000' 'rem rtz 8 23 7f7fffff 00000003' 'min 5 10 7e00 3c00' \
+  'max rne 8 23 80000000 00000000' 'abs 8 23 bf800000' 'to_sbv rtz 8 23 8 c3000000' \
+  'to_sbv rne 8 23 8 43000000' 'to_ubv rne 11 52 16 40efffc000000000' 'isnormal 5 10 0400' \
+  'issubnormal 5 10 0400' 'isnegative 8 23 ff800001' 'ispositive 8 23 00000000' >"$dir/more"
+check eval_other_operations 0 $'^28800000\n3da9\n40400000\nbf800000\n00000000\n3c00\nunspecified\n3f800000\n80\nunspecified\nfffe\n1\n0\n0\n1$' \
+  '^$' bash -c "'$vorn' eval <'$dir/more'"
+check eval_base_has_fewer_operations 0 $'^(error: not supported by this encoder\n?){15}$' '^$' \
+  bash -c "'$vorn' eval --encoder base <'$dir/more'"
+script sqrt.smt2 '(declare-const x Float32)\n(assert (fp.isNaN (fp.sqrt RNE x)))\n'
+check base_refuses_an_operation 1 '^$' 'sqrt.smt2:2:[0-9]+: error: fp.sqrt is not supported by this encoder' \
+  "$vorn" --encoder base "$dir/sqrt.smt2"
+
+# Sessions on standard input.
+script typos.smt2 '(declare-const x Float16)\n(assert (fp.gt x y))\n(check-sat)\n'
+check interactive_errors 1 $'^\\(error "<stdin>:2:18: error: unknown symbol \'y\'"\\)\nsat$' '^$' \
+  bash -c "'$vorn' - <'$dir/typos.smt2'"
+check interactive_answers_at_once 0 '^sat ok$' '^$' bash -c "coproc '$vorn' -
+  echo '(check-sat)' >&\${COPROC[1]}; read -r -t 20 first <&\${COPROC[0]}
+  echo '(assert false) (echo \"ok\")' >&\${COPROC[1]}; read -r -t 20 second <&\${COPROC[0]}
+  echo \"\$first \${second//\\\"/}\""
+script hard.smt2 '(declare-const x Float64)(declare-const y Float64)(declare-const z Float64)(push)
+(assert (not (fp.isNaN (fp.mul RNE x (fp.mul RNE y z)))))
+(assert (not (fp.eq (fp.mul RNE x (fp.mul RNE y z)) (fp.mul RNE (fp.mul RNE x y) z))))
+(assert (fp.eq (fp.rem x y) (fp.sqrt RTP (fp.div RNE z x))))
+(check-sat)(get-info :reason-unknown)(pop)(check-sat)\n'
+check time_limit 3 $'^unknown\n\\(:reason-unknown "timeout"\\)\nsat$' '^$' \
+  "$vorn" --time-limit 0.5 "$dir/hard.smt2"
+check interrupt 3 $'^unknown\n\\(:reason-unknown "interrupted"\\)\nsat$' '^$' bash -c "
+  trap '' INT; trap - INT; '$vorn' --verbose '$dir/hard.smt2' 2>'$dir/log' & pid=\$!
+  until grep -q searching '$dir/log'; do sleep 0.1; done; kill -INT \$pid; wait \$pid"
+
 awk 'BEGIN { print "(declare-const x Bool)"; printf "(assert "; for (i = 0; i < 100000; i++) printf "(not ";
   printf "x"; for (i = 0; i < 100000; i++) printf ")"; print ")\n(check-sat)" }' >"$dir/deep.smt2"
 check deep_nesting 0 '^sat$' '^$' "$vorn" "$dir/deep.smt2"
@@ -100,5 +112,4 @@ awk 'BEGIN { print "(declare-const x Float32)(declare-const y Float32)(declare-c
   printf "y"; for (i = 0; i < 100000; i++) printf "))"; print "))\n(check-sat)" }' >"$dir/deepfp.smt2"
 check deep_floating_point 0 '^sat$' '^$' "$vorn" "$dir/deepfp.smt2"
 
-echo "$passed passed, $failed failed"
-[[ $failed -eq 0 ]]
+summary

@@ -11,6 +11,8 @@
 namespace vorn::bv {
 namespace {
 
+constexpr std::uint32_t kStepsBetweenTests = 1U << 12U;
+
 constexpr std::size_t kFirstTableSize = 64;
 
 std::size_t hash_pair(Lit left, Lit right) {
@@ -30,6 +32,10 @@ Lit Aig::make_input() {
 }
 
 Lit Aig::make_and(Lit a, Lit b) {
+  // A single wide multiplication takes longer than anyone waits: even one operation must end.
+  if (++steps % kStepsBetweenTests == 0 && termtest != nullptr && termtest->terminate()) {
+    throw Terminated();
+  }
   Lit result;
   do {
     if (b < a) std::swap(a, b);

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::bv {
 
@@ -48,9 +49,15 @@ inline constexpr Lit kTrue{0, true};
 /// A growing graph of inputs and two-input conjunctions.
 class VORN_EXPORT Aig {
  public:
-  static constexpr std::size_t kMaxNodes = std::size_t{1} << 31;
+  /// Where a gigabyte of nodes and table is reached. The clauses of such a graph would not fit the
+  /// memory of most machines.
+  static constexpr std::size_t kMaxNodes = std::size_t{1} << 26;
 
   Aig();
+
+  /// Borrows `t`, asked now and then by the functions below, which then throw Terminated and can
+  /// be called again later. Null for none.
+  void set_termination_test(const TerminationTest* t) { termtest = t; }
 
   // Construction. Each throws std::length_error when the graph would pass kMaxNodes. -----------
 
@@ -99,6 +106,8 @@ class VORN_EXPORT Aig {
   std::vector<Node> nodes;
   std::vector<std::uint32_t> table;  // open addressing, a power of two; 0: free
   std::uint32_t input_count = 0;
+  std::uint32_t steps = 0;  // for asking the test only now and then
+  const TerminationTest* termtest = nullptr;
 };
 
 }  // namespace vorn::bv

@@ -182,9 +182,7 @@ std::span<const Lit> BitBlaster::blast(const Term* root) {
     for (const Term* arg : t->get_args()) {
       if (find(arg) == nullptr) stack.push_back(arg);
     }
-    if (stack.size() != height) continue;
-    if (termtest != nullptr && termtest->terminate()) throw Terminated();
-    blast_operation(t);
+    if (stack.size() == height) blast_operation(t);
   }
   return {find(root), get_width(root)};
 }

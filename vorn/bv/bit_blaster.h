@@ -16,11 +16,11 @@
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
-#include "vorn/utils/termination_test.h"
 
 namespace vorn::bv {
 
-/// Translates terms of one manager into one graph.
+/// Translates terms of one manager into one graph. What the graph throws on its way, Terminated or
+/// std::length_error, passes through; the term can be asked for again.
 class VORN_EXPORT BitBlaster {
  public:
   /// An uninterpreted constant and its bits, least significant first; one for a Boolean.
@@ -39,10 +39,6 @@ class VORN_EXPORT BitBlaster {
   /// Throws std::invalid_argument as above.
   std::span<const Lit> blast_bits(const Term* t);
 
-  /// Borrows `t`, asked before each operation; when it says so, work ends with the exception
-  /// Terminated, and can be taken up again. Null for none.
-  void set_termination_test(const TerminationTest* t) { termtest = t; }
-
   /// The uninterpreted constants met so far, in the order in which they were met.
   const std::vector<Input>& get_inputs() const { return inputs; }
 
@@ -58,7 +54,6 @@ class VORN_EXPORT BitBlaster {
 
   const TermManager& mgr;
   Circuits circuits;
-  const TerminationTest* termtest = nullptr;
   std::vector<const Lit*> cache;         // by term: its first bit, in storage; null: not met
   std::deque<std::vector<Lit>> storage;  // chunks that never grow beyond their capacity
   std::vector<Input> inputs;

@@ -55,7 +55,7 @@ struct Solver::BackEnd {
   struct Circuits {
     Circuits(TermManager& manager, const Options& options)
         : blaster(manager, aig), sat(bv::make_cadical_solver(options.seed)), cnf(aig, *sat) {
-      blaster.set_termination_test(options.termination_test);
+      aig.set_termination_test(options.termination_test);
       sat->set_termination_test(options.termination_test);
     }
 
@@ -212,7 +212,9 @@ smt2::Answer Solver::search() {
     }
     write_clauses();
   } catch (const Terminated&) {
-    return give_up();
+    return give_up("resource limit");
+  } catch (const std::length_error&) {
+    return give_up("memout");  // the graph or the SAT solver has no room left
   }
   bv::SatSolver& sat = *back_end->circuits->sat;
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
@@ -232,12 +234,12 @@ smt2::Answer Solver::search() {
     case bv::SatSolver::Result::unknown:
       break;
   }
-  return give_up();
+  return give_up("resource limit");
 }
 
-smt2::Answer Solver::give_up() {
+smt2::Answer Solver::give_up(const char* reason) {
   statistics.interrupted = true;
-  reason_unknown = "resource limit";
+  reason_unknown = reason;
   return smt2::Answer::unknown;
 }
 

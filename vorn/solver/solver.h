@@ -57,7 +57,7 @@ struct VORN_EXPORT Statistics {
   std::uint64_t clauses = 0;       // SAT clauses
   double translation_seconds = 0;  // terms to bit-vector terms
   double search_seconds = 0;       // clauses and SAT search
-  bool interrupted = false;        // a search was ended by the termination test
+  bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
 
 /// Decides Boolean combinations of floating-point and bit-vector atoms.
@@ -111,7 +111,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void leave_assumptions();
   const Term* translate(const Term* f, Level& level);
   smt2::Answer search();
-  smt2::Answer give_up();
+  smt2::Answer give_up(const char* reason);
   void write_clauses();
   void write_level(Level& level, bool permanent);
   void renew_back_end();
