@@ -3,6 +3,7 @@
 #include "tests/oracle/ieee_oracle.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "tests/oracle/word.h"
 
@@ -185,10 +186,10 @@ Real<Word> square_root(Format f, const Real<Word>& v) {
   return {false, root, (v.exponent - padding) / 2, Word(root * root) != radicand};
 }
 
-/// 2^n modulo a number whose square fits the word.
+/// 2^n modulo a number, above one, whose square fits the word.
 template <class Word>
 Word power_of_two_modulo(std::size_t n, const Word& modulus) {
-  Word result = Word{1U} % modulus;
+  Word result{1U};
   for (std::size_t i = bit_length(Word64{n}); i-- > 0;) {
     result = result * result % modulus;
     if (test_bit(Word64{n}, i)) result = result * 2U % modulus;

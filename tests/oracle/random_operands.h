@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <random>
 
 #include "tests/oracle/format.h"
@@ -104,18 +105,12 @@ class RandomOperands {
     // The biased exponents of numbers that begin with the product's last bit and with its first.
     const long last = unit(f, x) + unit(f, y) - f.bias() - 2 * long{f.m};
     const long first = last + length - 1;
-    switch (below(6)) {
+    const bool negative = test_bit(x, f.e + f.m) != test_bit(y, f.e + f.m);
+    switch (below(7)) {
       case 0:
-      case 1: {  // the product cut to the format, or a few patterns beside it, negated mostly
-        const long grid = std::max(first, 1L) - long{f.m};
-        const Bits cut = grid < last ? shift_left(product, static_cast<std::size_t>(last - grid))
-                                     : shift_right(product, static_cast<std::size_t>(grid - last));
-        const Bits magnitude =
-            cut + (std::max(first, 1L) - 1) * two_to(f.m) + (below(2) == 0 ? 0 : distance(2));
-        const Bits infinity = (two_to(f.e) - 1) * two_to(f.m);
-        if (magnitude < 0 || magnitude > infinity) return float_pattern(f);
-        const bool negative = test_bit(x, f.e + f.m) == test_bit(y, f.e + f.m);
-        return magnitude + (negative != (below(8) == 0) ? two_to(f.e + f.m) : Bits{0});
+      case 1: {  // the product cut to the format, or a pattern beside it, negated mostly
+        const Bits beside = cut(f, product, last) + (below(2) == 0 ? 0 : distance(2));
+        return finite(f, negative == (below(8) == 0), beside);
       }
       case 2:  // the product's last bit that is one is half a unit of the addend
         return in_range(f, last + zeros + 1 + long{f.m});
@@ -123,6 +118,12 @@ class RandomOperands {
         return in_range(f, first + 1 + long{f.m} + distance(1));
       case 4:  // one of the two is the other's half unit or lies beyond it
         return in_range(f, first + distance(2 * f.m + 4));
+      case 5: {  // what the product lacks to half a unit of its own, or has above that
+        if (length < long{f.m} + 2) return float_pattern(f);
+        const auto dropped = static_cast<unsigned>(length - long{f.m} - 1);
+        const Bits lacking = two_to(dropped - 1) - low_bits(product, dropped);
+        return finite(f, negative != (lacking < 0), cut(f, abs(lacking), last));
+      }
       default:
         return float_pattern(f);
     }
@@ -183,6 +184,22 @@ class RandomOperands {
   }
   static long unit(Format f, const Bits& x) {
     return std::max(Bits(low_bits(x, f.e + f.m) / two_to(f.m)).get_si(), 1L);
+  }
+
+  /// The magnitude, without its bits below the format, of an integer whose last bit has the weight
+  /// of the biased exponent `last`. It may be beyond the largest of the format.
+  static Bits cut(Format f, const Bits& integer, long last) {
+    const long first = std::max(last + static_cast<long>(bit_length(integer)) - 1, 1L);
+    const long shift = last - (first - long{f.m});
+    const auto n = static_cast<std::size_t>(std::abs(shift));
+    const Bits kept = shift < 0 ? shift_right(integer, n) : shift_left(integer, n);
+    // A hidden bit adds the one that the exponent lacks here.
+    return kept + (first - 1) * two_to(f.m);
+  }
+  Bits finite(Format f, bool negative, const Bits& magnitude) {
+    const bool inside = 0 <= magnitude && magnitude < (two_to(f.e) - 1) * two_to(f.m);
+    if (!inside) return float_pattern(f);
+    return negative ? Bits(magnitude + two_to(f.e + f.m)) : magnitude;
   }
 
   /// In [-limit, limit].
