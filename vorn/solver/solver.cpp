@@ -32,7 +32,7 @@ class Stopwatch {
 };
 
 /// Below this number of clauses, dropping garbage is not worth the time.
-constexpr std::uint64_t kLeastRebuildLimit = 20'000;
+constexpr std::uint64_t kLeastRebuildLimit = 8'000;
 
 QNumber read_bits(const bv::Cnf& cnf, std::span<const bv::Lit> bits) {
   mpz_class value;

@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# The manual says what the command does: names in the code's tables and in docs/command.md are the
+# same, and examples in the documents print what stands below them.
+#   docs_test.sh VORN SOURCE-DIRECTORY
+set -uf  # names may be stars
+vorn=$1
+root=$2
+manual=$root/docs/command.md
+# shellcheck source=tests/check.sh
+source "$(dirname "${BASH_SOURCE[0]}")/check.sh"
+
+expect() { # NAME TEST...
+  local name=$1
+  shift
+  if "$@"; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    echo "FAILED $name"
+  fi
+}
+
+# The part of the manual between two headings of its language section.
+section() { awk -v from="### $1" '/^##/ { on = $0 == from } on' "$manual"; }
+# What stands between backquotes, one a line, without and within the lines that refuse.
+quoted() { grep -o '`[^`]*`' | tr -d '`'; }
+supported() { section "$1" | awk '/^Refused/ { off = 1 } !off' | quoted; }
+refused() { section "$1" | awk '/^Refused/ { on = 1 } on' | quoted; }
+# The names of a table in the code: rows {"name", ...}; WITH or without anything behind the name.
+rows() { # FILE TABLE
+  awk -v table="$2" 'index($0, table) && /\{$/ { on = 1; next } on && /^};/ { on = 0 } on' "$root/$1"
+}
+with() { grep -oE '^ *\{"[^"]+",' | sed 's/^ *{"//; s/",$//'; }
+without() { grep -oE '^ *\{"[^"]+"\}' | sed 's/^ *{"//; s/"}$//'; }
+same() { [[ -n $1 && "$(sort -u <<<"$1")" == "$(sort -u <<<"$2")" ]] || { diff <(sort -u <<<"$1") <(sort -u <<<"$2"); false; }; }
+within() { [[ -n $1 ]] && comm -23 <(sort -u <<<"$1") <(sort -u <<<"$2") | { ! grep .; }; }
+
+# Options of the command.
+help=$("$vorn" --help; "$vorn" solve --help; "$vorn" eval --help)
+expect 'options of the command' same "$(grep -oE -- '--[a-z][a-z-]+' <<<"$help")" \
+  "$(grep -oE '^\| `--[^|]*' "$manual" | grep -oE -- '--[a-z][a-z-]+')"
+for status in 0 1 2 3 4; do
+  expect "exit status $status" grep -qE "^\| $status \|" "$manual"
+done
+expect 'exit statuses of --help' grep -q '4 an internal error' <<<"$(tr '\n' ' ' <<<"$help" | tr -s ' ')"
+
+# Commands: those of the table, and what the command does with each.
+commands=$(rows vorn/smt2/interpreter.cpp kCommands)
+known=$(supported Commands | grep -xE '[a-z]+(-[a-z]+)*' | grep -vx sat | grep -vx unsat)
+expect 'commands' same "$(with <<<"$commands")" "$known"
+expect 'refused commands' same "$(without <<<"$commands")" "$(refused Commands)"
+for name in $known; do
+  script command.smt2 "($name"
+  check "command $name" 1 '^$' 'never closed' "$vorn" "$dir/command.smt2"
+done
+for name in $(refused Commands); do
+  script command.smt2 "($name)"
+  check "refused $name" 1 '^$' "error: $name is not supported" "$vorn" "$dir/command.smt2"
+done
+
+# Options of a session.
+options=$(rows vorn/smt2/session.cpp kOptions | with)
+expect 'options of a session' same "$options" "$(section 'Options of a session' | grep '^|' | quoted | grep '^:')"
+for name in $options; do
+  script option.smt2 "(get-option $name)"
+  check "option $name" 0 '^(true|false|[0-9]+)$' '^$' "$vorn" "$dir/option.smt2"
+done
+
+# Functions.
+functions=$(rows vorn/smt2/operators.cpp kOperators)
+expect 'functions' within "$(with <<<"$functions")" "$(supported Terms | tr ' ' '\n')"
+expect 'refused functions' within "$(without <<<"$functions")" "$(refused Terms)"
+expect 'functions that are said to be there' within \
+  "$(section Terms | grep '^| [A-Z]' | quoted | grep -vE '^[#(]')" "$(with <<<"$functions")"
+for name in $(refused Terms | grep -vE '^(forall|exists|match|as)$'); do
+  script function.smt2 "(assert ($name true))"
+  check "refused $name" 1 '^$' "error: ${name//[+*]/.} is not supported" "$vorn" "$dir/function.smt2"
+done
+
+# Examples: a line "$ command" and, below it, what it prints.
+mkdir "$dir/bin"
+ln -s "$(realpath "$vorn")" "$dir/bin/vorn"
+examples=0
+while IFS=$'\t' read -r file command expected; do
+  examples=$((examples + 1))
+  actual=$(cd "$root" && PATH="$dir/bin:$PATH" bash -c "$command" 2>&1 </dev/null)
+  expect "$file: $command" [ "$(printf '%b' "$expected")" == "$actual" ]
+done < <(awk '
+  function flush() { if (command != "") printf "%s\t%s\t%s\n", file, command, output; command = "" }
+  FNR == 1 { flush(); file = FILENAME }
+  /^    \$ / { flush(); command = substr($0, 7); output = ""; next }
+  /^    / && command != "" { line = substr($0, 5); gsub(/\\/, "\\\\", line); output = output line "\\n"; next }
+  { flush() }
+  END { flush() }' $(find "$root/docs" -name "*.md" | sort))
+expect 'there are examples' [ "$examples" -gt 1 ]
+
+summary
