@@ -1,0 +1,7 @@
+; The bits of a float read as a float are that float.
+(set-info :status unsat)
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 8 24))
+(declare-const x F)
+(assert (not (= ((_ to_fp 8 24) (fp.to_ieee_bv x)) x)))
+(check-sat)

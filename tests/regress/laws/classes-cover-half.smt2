@@ -1,0 +1,10 @@
+; Every float is in one class, and every number has one sign.
+(set-info :status unsat)
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 5 11))
+(declare-const x F)
+(assert (not (and (= (fp.isNaN x) (not (or (fp.isNormal x) (fp.isSubnormal x) (fp.isZero x) (fp.isInfinite x))))
+  (= (fp.isNaN x) (= (fp.isNegative x) (fp.isPositive x)))
+  (not (and (fp.isNormal x) (or (fp.isSubnormal x) (fp.isZero x) (fp.isInfinite x))))
+  (not (and (fp.isSubnormal x) (or (fp.isZero x) (fp.isInfinite x)))))))
+(check-sat)

@@ -1,0 +1,10 @@
+; The factors of a fused operation can be swapped.
+(set-info :status unsat)
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const x F)
+(declare-const y F)
+(declare-const z F)
+(declare-const r RoundingMode)
+(assert (not (= (fp.fma r x y z) (fp.fma r y x z))))
+(check-sat)
