@@ -71,7 +71,7 @@ class LimitedSolver final : public solver::Solver {
     return answer;
   }
   std::string get_reason_unknown() const override {
-    const std::string reason = Solver::get_reason_unknown();
+    std::string reason = Solver::get_reason_unknown();
     if (reason != "resource limit") return reason;
     return was_interrupted ? "interrupted" : "timeout";
   }

@@ -195,7 +195,7 @@ mpz_class IEEEFloat::get_exponent() const {
 mpz_class IEEEFloat::get_rounded_magnitude(rounding_mode mode) const {
   const mpz_class exponent = get_exponent();
   const mpz_class significand = get_significand();
-  if (significand == 0) return significand;
+  if (significand == 0) return 0;
   if (exponent >= 0) return abs(get_value().get_numerator());
   const Cut low = cut_bits(significand, -exponent, false);
   const bool odd = mpz_odd_p(low.kept.get_mpz_t()) != 0;
