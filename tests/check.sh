@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the tests of the command: runs it and compares what it does.
 #   check NAME STATUS STDOUT-PATTERN STDERR-PATTERN COMMAND...   (extended regular expressions)
 # Standard input is empty. $dir is a directory for files, and `script NAME TEXT` writes one there.
