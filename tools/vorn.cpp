@@ -34,7 +34,8 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
                  "end each check-sat after SECONDS with the answer unknown")
       ->type_name("SECONDS")
       ->check(CLI::NonNegativeNumber);
-  app.add_flag("--check-model", "check each model before sat is answered, which is always done");
+  app.add_flag("--check-model")
+      ->description("check each model before sat is answered, which is always done");
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
   app.add_flag("--verbose", options.verbose, "report progress on standard error");
 }
