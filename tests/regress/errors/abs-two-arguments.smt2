@@ -1,0 +1,8 @@
+; expect: 8:20: fp.abs takes 1 argument, got 2
+(declare-const x Float32)
+(declare-const y Float16)
+(declare-const r RoundingMode)
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 16))
+(declare-const p Bool)
+(assert (fp.isNaN (fp.abs x x)))

@@ -1,0 +1,8 @@
+; expect: 8:19: set-logic: the logic is already set
+(declare-const x Float32)
+(declare-const y Float16)
+(declare-const r RoundingMode)
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 16))
+(declare-const p Bool)
+(set-logic QF_FP)(set-logic QF_BV)

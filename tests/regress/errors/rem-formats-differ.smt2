@@ -1,0 +1,8 @@
+; expect: 8:20: fp.rem: operands of different sorts, (_ FloatingPoint 5 11) and (_ FloatingPoint 8 24)
+(declare-const x Float32)
+(declare-const y Float16)
+(declare-const r RoundingMode)
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 16))
+(declare-const p Bool)
+(assert (fp.isNaN (fp.rem y x)))

@@ -1,0 +1,8 @@
+; expect: 8:10: bvsmulo: expected a bit-vector, got a term of (_ FloatingPoint 8 24)
+(declare-const x Float32)
+(declare-const y Float16)
+(declare-const r RoundingMode)
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 16))
+(declare-const p Bool)
+(assert (bvsmulo x x))

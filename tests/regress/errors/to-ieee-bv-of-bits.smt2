@@ -1,0 +1,8 @@
+; expect: 8:15: fp.to_ieee_bv: expected a floating-point term, got a term of (_ BitVec 8)
+(declare-const x Float32)
+(declare-const y Float16)
+(declare-const r RoundingMode)
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 16))
+(declare-const p Bool)
+(assert (= b (fp.to_ieee_bv b)))

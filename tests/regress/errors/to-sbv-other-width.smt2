@@ -1,0 +1,8 @@
+; expect: 8:10: =: operands of different sorts, (_ BitVec 16) and (_ BitVec 8)
+(declare-const x Float32)
+(declare-const y Float16)
+(declare-const r RoundingMode)
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 16))
+(declare-const p Bool)
+(assert (= c ((_ fp.to_sbv 8) r x)))
