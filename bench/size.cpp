@@ -257,10 +257,11 @@ std::optional<Size> measure_integer(const Operation& operation, const Format& fo
   TermManager mgr;
   const Term* x = make_variable(mgr, mgr.get_bv_type(m + 1));
   const Term* y = make_variable(mgr, mgr.get_bv_type(m + 1));
-  std::vector<const Term*> assertions;
+  // One assertion, like that of an operation: clauses depend on what is known to be used.
+  const Term* all = mgr.make_true();
   for (const Term* t : operation.build_integer(mgr, x, y, m))
-    assertions.push_back(mgr.make_equal(make_variable(mgr, t->get_type()), t));
-  return measure(mgr, assertions);
+    all = mgr.make_and(all, mgr.make_equal(make_variable(mgr, t->get_type()), t));
+  return measure(mgr, {all});
 }
 
 struct Options {
