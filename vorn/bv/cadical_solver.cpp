@@ -1,10 +1,13 @@
 // CaDiCaL behind the SatSolver interface. CaDiCaL aborts the process when it is used against its
 // contract, so the contract is checked here first.
 #include <cadical.hpp>
+#include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "vorn/bv/sat_solver.h"
 
@@ -21,11 +24,12 @@ class TestTerminator final : public CaDiCaL::Terminator {
 
 class CadicalSolver final : public SatSolver {
  public:
-  explicit CadicalSolver(int seed) {
+  CadicalSolver(int seed, const std::string& proof_file) {
     solver.set("quiet", 1);  // standard output belongs to the caller
     if (!solver.set("seed", seed)) {
       throw std::invalid_argument("SAT solver: " + std::to_string(seed) + " is no seed");
     }
+    if (!proof_file.empty()) trace_proof(proof_file);
     solver.connect_terminator(&terminator);
   }
   ~CadicalSolver() override { solver.disconnect_terminator(); }
@@ -64,6 +68,7 @@ class CadicalSolver final : public SatSolver {
     const int status = solver.solve();
     if (status == kSatisfiable) last_result = Result::sat;
     if (status == kUnsatisfiable) last_result = Result::unsat;
+    if (has_proof) solver.flush_proof_trace();
     return last_result;
   }
 
@@ -95,6 +100,17 @@ class CadicalSolver final : public SatSolver {
   static constexpr int kSatisfiable = 10;
   static constexpr int kUnsatisfiable = 20;
 
+  void trace_proof(const std::string& file) {
+    // CaDiCaL would say so on standard error itself.
+    if (!std::ofstream(file)) {
+      throw std::runtime_error("cannot write the proof to " + file + ": " +
+                               std::generic_category().message(errno));
+    }
+    solver.set("binary", 0);
+    has_proof = solver.trace_proof(file.c_str());
+    if (!has_proof) throw std::runtime_error("cannot write the proof to " + file);
+  }
+
   void check_literal(int literal) const {
     if (literal == 0 || literal > variable_count || literal < -variable_count) {
       throw std::invalid_argument("SAT solver: " + std::to_string(literal) +
@@ -104,6 +120,7 @@ class CadicalSolver final : public SatSolver {
 
   TestTerminator terminator;
   mutable CaDiCaL::Solver solver;  // reading a model is not const there
+  bool has_proof = false;
   int variable_count = 0;
   std::uint64_t clause_count = 0;
   Result last_result = Result::unknown;
@@ -111,8 +128,8 @@ class CadicalSolver final : public SatSolver {
 
 }  // namespace
 
-std::unique_ptr<SatSolver> make_cadical_solver(int seed) {
-  return std::make_unique<CadicalSolver>(seed);
+std::unique_ptr<SatSolver> make_cadical_solver(int seed, const std::string& proof_file) {
+  return std::make_unique<CadicalSolver>(seed, proof_file);
 }
 
 }  // namespace vorn::bv

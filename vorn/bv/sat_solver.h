@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <memory>
 #include <span>
+#include <string>
 
 #include "vorn/utils/export.h"
 #include "vorn/utils/termination_test.h"
@@ -55,7 +56,10 @@ class VORN_EXPORT SatSolver {
 };
 
 /// CaDiCaL behind the interface. The seed, from 0 on, leads its search, never its answers.
-VORN_EXPORT std::unique_ptr<SatSolver> make_cadical_solver(int seed = 0);
+/// With a file for it, a proof in DRAT is written there as text: after unsat without assumptions it
+/// refutes the clauses. Throws std::runtime_error where the file cannot be written.
+VORN_EXPORT std::unique_ptr<SatSolver> make_cadical_solver(int seed = 0,
+                                                           const std::string& proof_file = {});
 
 }  // namespace vorn::bv
 

@@ -2,15 +2,20 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <chrono>
+#include <fstream>
 #include <stdexcept>
+#include <system_error>
 
 #include "vorn/bv/aig.h"
 #include "vorn/bv/bit_blaster.h"
 #include "vorn/bv/cnf.h"
+#include "vorn/bv/dimacs.h"
 #include "vorn/bv/sat_solver.h"
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/solver/evaluator.h"
+#include "vorn/solver/open_terms.h"
 #include "vorn/solver/translator.h"
 
 namespace vorn::solver {
@@ -53,14 +58,24 @@ std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& man
 struct Solver::BackEnd {
   /// Everything from the graph down.
   struct Circuits {
-    Circuits(TermManager& manager, const Options& options)
-        : blaster(manager, aig), sat(bv::make_cadical_solver(options.seed)), cnf(aig, *sat) {
+    Circuits(TermManager& manager, const Options& options, bool traced = false)
+        : blaster(manager, aig), sat(make_solver(options, traced)), cnf(aig, *sat) {
       aig.set_termination_test(options.termination_test);
       sat->set_termination_test(options.termination_test);
     }
 
+    std::unique_ptr<bv::SatSolver> make_solver(const Options& options, bool traced) {
+      if (!traced) return bv::make_cadical_solver(options.seed);
+      auto solver = bv::make_cadical_solver(options.seed, options.proof_file);
+      if (options.cnf_file.empty()) return solver;
+      auto with_clauses = std::make_unique<bv::ClauseRecorder>(std::move(solver));
+      recorder = with_clauses.get();
+      return with_clauses;
+    }
+
     bv::Aig aig;
     bv::BitBlaster blaster;
+    const bv::ClauseRecorder* recorder = nullptr;  // the solver, where clauses are to be written
     std::unique_ptr<bv::SatSolver> sat;
     bv::Cnf cnf;
   };
@@ -174,17 +189,24 @@ void Solver::collect_garbage(std::span<const Term* const> kept) {
 
 // Decision ------------------------------------------------------------------------------------
 
-smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
+void Solver::enter_assumptions(std::span<const Term* const> assumed) {
   leave_assumptions();
-  if (!assumed.empty()) {
-    push();
-    in_assumptions = true;
-    for (const Term* formula : assumed) {
-      assumptions.push_back({translate(formula, levels.back())});
-      levels.back().assertions.push_back(formula);
-    }
+  if (assumed.empty()) return;
+  push();
+  in_assumptions = true;
+  for (const Term* formula : assumed) {
+    assumptions.push_back({translate(formula, levels.back())});
+    levels.back().assertions.push_back(formula);
   }
+}
+
+smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
+  if (options.is_traced() && statistics.checks != 0) {
+    throw std::invalid_argument("a formula and its proof can be written for one check only");
+  }
+  enter_assumptions(assumed);
   ++statistics.checks;
+  if (options.is_traced()) start_traces();
   for (;;) {
     const smt2::Answer answer = search();
     is_unsat = answer == smt2::Answer::unsat;
@@ -220,11 +242,13 @@ smt2::Answer Solver::search() {
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
                   sat.get_variable_count(), sat.get_clause_count()));
+  if (back_end->circuits->recorder != nullptr) write_cnf();
   for (const Level& level : levels) {
     if (level.activation != 0) sat.assume(level.activation);
   }
-  for (const Assumption& assumption : assumptions)
-    sat.assume(assumption.literal);
+  for (const Assumption& assumption : assumptions) {
+    if (assumption.literal != 0) sat.assume(assumption.literal);
+  }
 
   switch (sat.solve()) {
     case bv::SatSolver::Result::sat:
@@ -247,10 +271,14 @@ smt2::Answer Solver::give_up(const char* reason) {
 void Solver::write_clauses() {
   write_level(levels.front(), true);
   for (std::size_t i = 1; i < levels.size(); ++i)
-    write_level(levels[i], false);
+    write_level(levels[i], options.is_traced());
   BackEnd::Circuits& circuits = *back_end->circuits;
   for (Assumption& assumption : assumptions) {
     const bv::Lit lit = circuits.blaster.blast_bool(assumption.translated);
+    if (options.is_traced()) {
+      circuits.cnf.assert_true(lit);
+      continue;
+    }
     assumption.literal = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
   }
 }
@@ -294,9 +322,67 @@ std::vector<std::size_t> Solver::get_unsat_assumptions() {
   if (!is_unsat) throw std::logic_error("the last answer is not unsat");
   std::vector<std::size_t> failed;
   for (std::size_t i = 0; i < assumptions.size(); ++i) {
-    if (back_end->circuits->sat->failed(assumptions[i].literal)) failed.push_back(i);
+    // As a clause, an assumption may have been used in any case.
+    const int literal = assumptions[i].literal;
+    if (literal == 0 || back_end->circuits->sat->failed(literal)) failed.push_back(i);
   }
   return failed;
+}
+
+// What leaves the solver ------------------------------------------------------------------------
+
+std::vector<const Term*> Solver::get_assertions() const {
+  std::vector<const Term*> all;
+  for (const Level& level : levels)
+    all.insert(all.end(), level.assertions.begin(), level.assertions.end());
+  return all;
+}
+
+Encoding Solver::encode(std::span<const Term* const> assumed) {
+  enter_assumptions(assumed);
+  Encoding encoding;
+  encoding.assertions = get_assertions();
+  for (const Level& level : levels) {
+    encoding.conjuncts.insert(encoding.conjuncts.end(), level.conjuncts.begin(),
+                              level.conjuncts.end());
+  }
+  for (const Assumption& assumption : assumptions)
+    encoding.conjuncts.push_back(assumption.translated);
+  encoding.open_terms = find_open_terms(encoding.assertions);
+  for (const Term* t : encoding.open_terms)
+    encoding.choices.push_back(back_end->encoder->get_choice(t));
+  for (const Term* f : state_congruences(mgr, *back_end->encoder, encoding.open_terms))
+    encoding.conjuncts.push_back(f);
+  return encoding;
+}
+
+const Term* Solver::get_encoding(const Term* constant) const {
+  if (const Term* encoding = back_end->encoder->get_cached(constant)) return encoding;
+  const DataType::Kind kind = constant->get_type()->get_kind();
+  const bool is_plain = kind == DataType::Kind::boolean || kind == DataType::Kind::bit_vector;
+  return is_plain ? constant : nullptr;
+}
+
+/// Starts the back end of the one check: what was written so far was not traced.
+void Solver::start_traces() {
+  const std::vector<const Term*> open_terms = find_open_terms(get_assertions());
+  for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
+    levels.back().conjuncts.push_back(f);
+  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, true);
+  for (Level& level : levels) {
+    level.written = 0;
+    level.activation = 0;
+  }
+}
+
+void Solver::write_cnf() const {
+  std::ofstream out(options.cnf_file);
+  bv::write_dimacs(out, *back_end->circuits->recorder);
+  out.close();
+  if (!out) {
+    throw std::runtime_error("cannot write the clauses to " + options.cnf_file + ": " +
+                             std::generic_category().message(errno));
+  }
 }
 
 // Models --------------------------------------------------------------------------------------
@@ -351,17 +437,10 @@ bool Solver::model_holds() {
 /// speak of the conversions' own constants only, so they do no harm to later levels. False if there
 /// is nothing to state.
 bool Solver::separate_conversions() {
-  const fp::FpBvEncoder& encoder = *back_end->encoder;
+  BackEnd::Circuits& circuits = *back_end->circuits;
   for (const auto& [a, b] : clashes) {
-    const Term* differ = mgr.make_false();
-    for (std::size_t i = 0; i < a->get_arity(); ++i) {
-      const Term* same =
-          mgr.make_equal(encoder.get_cached(a->get_arg(i)), encoder.get_cached(b->get_arg(i)));
-      differ = mgr.make_or(differ, mgr.make_not(same));
-    }
-    const Term* agree = mgr.make_equal(encoder.get_choice(a), encoder.get_choice(b));
-    BackEnd::Circuits& circuits = *back_end->circuits;
-    circuits.cnf.assert_true(circuits.blaster.blast_bool(mgr.make_or(differ, agree)));
+    const Term* congruence = state_congruence(mgr, *back_end->encoder, a, b);
+    circuits.cnf.assert_true(circuits.blaster.blast_bool(congruence));
   }
   return !clashes.empty();
 }

@@ -10,6 +10,10 @@
 // A conversion to an integer that no integer of its width is right for has a free value, but equal
 // arguments must give equal values. Models seldom break that rule, so it is not asserted but
 // checked on each model, and stated for the pairs that broke it.
+//
+// A check can leave traces: its clauses and a proof. Both must speak of one formula, so levels and
+// assumptions are clauses like all others then, equal results are stated beforehand, and there is
+// one check only.
 #ifndef VORN_SOLVER_SOLVER_H
 #define VORN_SOLVER_SOLVER_H
 
@@ -24,6 +28,7 @@
 
 #include "vorn/fp/fp_bv_encoder.h"
 #include "vorn/smt2/engine.h"
+#include "vorn/solver/encoding.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
@@ -47,6 +52,12 @@ struct VORN_EXPORT Options {
   const TerminationTest* termination_test = nullptr;
   /// Told about each step; borrowed, may be null.
   Logger* logger = nullptr;
+  /// Where the clauses of the one check go, in DIMACS, and the proof that refutes them, in DRAT;
+  /// empty for nowhere.
+  std::string cnf_file;
+  std::string proof_file;
+
+  bool is_traced() const { return !cnf_file.empty() || !proof_file.empty(); }
 };
 
 struct VORN_EXPORT Statistics {
@@ -73,7 +84,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void pop() override;
   /// Throws smt2::InternalError should a model fail the check, which is a defect of the solver;
   /// with the base encoder, whose models IEEE 754 may reject, the answer is then
-  /// unknown.
+  /// unknown. With traces, throws std::invalid_argument from the second call on and
+  /// std::runtime_error where a file cannot be written.
   smt2::Answer check_sat(std::span<const Term* const> assumptions) override;
   smt2::Answer check_sat() { return check_sat({}); }
   /// Throws std::logic_error unless the last check answered unsat and nothing was asserted since.
@@ -85,6 +97,13 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void collect_garbage(std::span<const Term* const> kept) override;
   /// Of the SAT solver; its upper two bits are ignored.
   void set_seed(std::uint32_t seed) override;
+
+  /// What check_sat with these assumptions would decide, as a formula without floats. The solver is
+  /// then as after a check without a model.
+  Encoding encode(std::span<const Term* const> assumed);
+  /// The constant that stands for a constant of the assertions in their encoding; null for a float
+  /// or rounding mode that none of them mentions.
+  const Term* get_encoding(const Term* constant) const;
 
   Statistics get_statistics() const;
 
@@ -109,6 +128,10 @@ class VORN_EXPORT Solver : public smt2::Engine {
   using OpenKey = std::pair<const Symbol*, std::vector<QNumber>>;
 
   void leave_assumptions();
+  void enter_assumptions(std::span<const Term* const> assumed);
+  std::vector<const Term*> get_assertions() const;
+  void start_traces();
+  void write_cnf() const;
   const Term* translate(const Term* f, Level& level);
   smt2::Answer search();
   smt2::Answer give_up(const char* reason);

@@ -191,6 +191,10 @@ std::string literal_text(const QNumber& value, const DataType* type) {
   return fp_literal(value, type->get_e(), type->get_m());
 }
 
+std::string head_text(const Symbol* symbol) {
+  return symbol->get_arity() == 0 ? leaf_text(symbol) : operator_name(symbol);
+}
+
 std::string DataType::to_string() const {
   switch (kind) {
     case Kind::boolean:

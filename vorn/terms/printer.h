@@ -18,6 +18,9 @@ VORN_EXPORT std::string quote_symbol(const std::string& name);
 
 /// The literal of a bit-vector or floating-point sort with these bits.
 VORN_EXPORT std::string literal_text(const QNumber& value, const DataType* type);
+/// What a term with this head begins with: an operation's name with its indices, or all of a term
+/// without arguments.
+VORN_EXPORT std::string head_text(const Symbol* symbol);
 
 }  // namespace vorn
 

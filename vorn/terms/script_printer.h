@@ -1,0 +1,54 @@
+// Formulas as a whole script, for solvers that know nothing of this one.
+//
+// A formula is a graph: every operation that occurs more than once is defined under a name of its
+// own, so the script is as long as the graph is large. Operations nested deeply are named too, for
+// the sake of readers that recurse. Symbols that begin with a dot or an at sign belong to solvers
+// (SMT-LIB 2.6, section 3.1): constants of that kind get other names.
+#ifndef VORN_TERMS_SCRIPT_PRINTER_H
+#define VORN_TERMS_SCRIPT_PRINTER_H
+
+#include <cstddef>
+#include <ostream>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "vorn/terms/term.h"
+#include "vorn/utils/export.h"
+
+namespace vorn {
+
+/// Prints the declarations, definitions and assertions of formulas over one manager.
+class VORN_EXPORT ScriptPrinter {
+ public:
+  explicit ScriptPrinter(std::span<const Term* const> assertions);
+
+  void print(std::ostream& out) const;
+  /// The symbol that stands for an uninterpreted constant in the script, quoted where need be;
+  /// empty if it does not occur.
+  std::string get_name(const Term* constant) const;
+
+ private:
+  /// Operations within one definition.
+  static constexpr std::size_t kMaxDepth = 64;
+
+  void collect();
+  void name_constants();
+  void name_operations();
+  std::string fresh_name(const std::string& prefix);
+  std::string text(const Term* root) const;
+
+  std::vector<const Term*> formulas;
+  std::vector<const Term*> constants;   // in the order in which they are met
+  std::vector<const Term*> operations;  // arguments before the operations that use them
+  std::unordered_map<const Term*, std::size_t> uses;
+  std::unordered_map<const Term*, std::string> names;  // of constants and definitions
+  std::unordered_set<std::string> taken;
+  std::size_t counter = 0;
+};
+
+}  // namespace vorn
+
+#endif
