@@ -4,18 +4,17 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <span>
 #include <stdexcept>
-#include <system_error>
+#include <utility>
 
+#include "tools/script.h"
 #include "vorn/smt2/error.h"
 #include "vorn/smt2/interpreter.h"
 #include "vorn/solver/solver.h"
@@ -91,19 +90,6 @@ class LimitedSolver final : public solver::Solver {
   bool was_interrupted = false;
 };
 
-std::string read_all(const std::string& file) {
-  std::error_code error;
-  if (std::filesystem::is_directory(file, error)) {
-    throw std::runtime_error(fmt::format("{}: error: is a directory", file));
-  }
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) {
-    throw std::runtime_error(fmt::format("{}: error: cannot read the file: {}", file,
-                                         std::generic_category().message(errno)));
-  }
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 void print_statistics(const std::string& file, const solver::Statistics& s) {
   std::cerr << fmt::format(
       "{}: checks {}, terms {}, conjunctions {}, variables {}, clauses {}, "
@@ -126,10 +112,10 @@ void report(const smt2::Interpreter& interpreter, const std::exception& error) {
 }
 
 /// Scripts are read as a whole, standard input as it comes.
-int run(smt2::Interpreter& interpreter, const std::string& file) {
+int run(smt2::Interpreter& interpreter, const std::string& file, std::string text) {
   try {
     if (file == "-") return interpreter.run_interactive(std::cin, "<stdin>") ? kDone : kInputError;
-    interpreter.run(read_all(file), file);
+    interpreter.run(std::move(text), file);
   } catch (const smt2::ScriptError& error) {
     std::cout.flush();
     std::cerr << error.what() << '\n';
@@ -143,6 +129,15 @@ int run(smt2::Interpreter& interpreter, const std::string& file) {
 }
 
 int solve_one(const std::string& file, const SolveOptions& options) {
+  std::string text = file == "-" ? "" : read_all(file);
+  if (!options.cnf_file.empty() || !options.proof_file.empty()) {
+    const std::size_t checks = count_checks(text, file);
+    if (checks != 1) {
+      throw std::runtime_error(fmt::format(
+          "{}: error: --cnf and --proof take a script with one check-sat, this one has {}", file,
+          checks));
+    }
+  }
   Logger logger(&std::cerr);
   Limit limit(options.time_limit);
   TermManager manager;
@@ -150,14 +145,16 @@ int solve_one(const std::string& file, const SolveOptions& options) {
   solver_options.encoder = options.encoder;
   solver_options.termination_test = &limit;
   solver_options.logger = options.verbose ? &logger : nullptr;
+  solver_options.cnf_file = options.cnf_file;
+  solver_options.proof_file = options.proof_file;
   LimitedSolver engine(manager, solver_options, limit);
   smt2::InterpreterOptions session;
   session.version = VORN_VERSION;
   smt2::Interpreter interpreter(manager, engine, std::cout, session);
 
-  int status = run(interpreter, file);
+  int status = run(interpreter, file, std::move(text));
   if (options.statistics) {
-    print_statistics(file == "-" ? "<stdin>" : file, engine.get_statistics());
+    print_statistics(display_name(file), engine.get_statistics());
   }
   if (status == kDone && engine.get_statistics().interrupted) status = kLimitReached;
   return status;

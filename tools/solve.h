@@ -23,6 +23,9 @@ struct SolveOptions {
   std::vector<std::string> files;  // "-" is standard input
   solver::EncoderKind encoder = solver::EncoderKind::ieee;
   std::optional<double> time_limit;  // seconds for each check
+  // Of a single file with a single check; empty for nowhere.
+  std::string cnf_file;
+  std::string proof_file;
   bool statistics = false;
   bool verbose = false;
 };

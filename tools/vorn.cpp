@@ -5,7 +5,9 @@
 #include <iostream>
 #include <string>
 
+#include "tools/encode.h"
 #include "tools/eval.h"
+#include "tools/lift.h"
 #include "tools/solve.h"
 
 namespace {
@@ -36,8 +38,59 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->check(CLI::NonNegativeNumber);
   app.add_flag("--check-model")
       ->description("check each model before sat is answered, which is always done");
+  app.add_option("--cnf", options.cnf_file,
+                 "write the clauses to FILE, in DIMACS; for one script with one check-sat")
+      ->type_name("FILE");
+  app.add_option("--proof", options.proof_file,
+                 "write a proof of unsat that refutes them to FILE, in DRAT; likewise")
+      ->type_name("FILE");
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
   app.add_flag("--verbose", options.verbose, "report progress on standard error");
+}
+
+void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
+  using Target = vorn::tools::EncodeOptions::Target;
+  app.add_option("FILE", options.file,
+                 "SMT-LIB script, read up to its first check-sat; - is standard input")
+      ->required();
+  app.add_option_function<std::string>(
+         "--to",
+         [&options](const std::string& name) {
+           options.target = name == "dimacs"  ? Target::dimacs
+                            : name == "aiger" ? Target::aiger
+                                              : Target::smt2;
+         },
+         "format: smt2 (a script of QF_BV), dimacs (clauses) or aiger (a circuit)")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"smt2", "dimacs", "aiger"}))
+      ->required();
+  app.add_option("-o,--out", options.output,
+                 "write to FILE instead of standard output; a circuit is binary if it ends in .aig")
+      ->type_name("FILE");
+  add_encoder_option(app, options.encoder);
+}
+
+void add_lift_options(CLI::App& app, vorn::tools::LiftOptions& options) {
+  app.add_option("MAP", options.map, "the clauses that were solved, or the comments above them")
+      ->required();
+  app.add_option("SOLUTION", options.solution,
+                 "what the SAT solver printed: lines s and v; - is standard input")
+      ->required();
+  app.add_option("--check", options.script, "evaluate the assertions of this script on the model")
+      ->type_name("FILE");
+}
+
+/// The usage errors that concern several options; empty if there is none.
+std::string find_usage_error(const vorn::tools::SolveOptions& options) {
+  if (options.files.empty()) return "no file given";
+  const bool traced = !options.cnf_file.empty() || !options.proof_file.empty();
+  if (traced && (options.files.size() != 1 || options.files.front() == "-")) {
+    return "--cnf and --proof take one file, not standard input";
+  }
+  if (traced && options.cnf_file == options.proof_file) {
+    return "--cnf and --proof name the same file";
+  }
+  return "";
 }
 
 int run(int argc, char** argv) {
@@ -58,6 +111,15 @@ int run(int argc, char** argv) {
   vorn::solver::EncoderKind eval_encoder = vorn::solver::EncoderKind::ieee;
   add_encoder_option(*eval, eval_encoder);
 
+  vorn::tools::EncodeOptions encode_options;
+  CLI::App* encode =
+      app.add_subcommand("encode", "write what a script decides as a formula for other solvers");
+  add_encode_options(*encode, encode_options);
+  vorn::tools::LiftOptions lift_options;
+  CLI::App* lift = app.add_subcommand(
+      "lift", "turn the answer of a SAT solver to encoded clauses into one to the script");
+  add_lift_options(*lift, lift_options);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -65,8 +127,10 @@ int run(int argc, char** argv) {
   }
   std::ios::sync_with_stdio(false);
   if (eval->parsed()) return vorn::tools::evaluate_lines(std::cin, std::cout, eval_encoder);
-  if (options.files.empty()) {
-    std::cerr << "vorn: no file given\nRun with --help for more information.\n";
+  if (encode->parsed()) return vorn::tools::encode(encode_options);
+  if (lift->parsed()) return vorn::tools::lift(lift_options);
+  if (const std::string error = find_usage_error(options); !error.empty()) {
+    std::cerr << "vorn: " << error << "\nRun with --help for more information.\n";
     return vorn::tools::kUsageError;
   }
   return vorn::tools::solve(options);

@@ -1,0 +1,182 @@
+// The script is read as for a decision, up to its first check. What the solver would decide there
+// is written in the form that was asked for, with the names of the script beside it.
+#include "tools/encode.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <fstream>
+#include <iostream>
+#include <new>
+#include <span>
+#include <stdexcept>
+#include <system_error>
+#include <unordered_map>
+#include <vector>
+
+#include "tools/script.h"
+#include "tools/solve.h"
+#include "vorn/bv/aig.h"
+#include "vorn/bv/aiger.h"
+#include "vorn/bv/bit_blaster.h"
+#include "vorn/bv/cnf.h"
+#include "vorn/bv/dimacs.h"
+#include "vorn/solver/encoding.h"
+#include "vorn/terms/printer.h"
+#include "vorn/terms/script_printer.h"
+
+namespace vorn::tools {
+namespace {
+
+void write_script(std::ostream& out, const FirstCheck& check) {
+  const ScriptPrinter printer(check.encoding.conjuncts);
+  for (const auto& [name, constant] : check.constants) {
+    const Term* encoding = check.engine->get_encoding(constant);
+    const std::string symbol = encoding == nullptr ? "" : printer.get_name(encoding);
+    if (symbol.empty() || symbol == quote_symbol(name)) continue;
+    out << fmt::format("; {} {} is {}\n", solver::line_symbol(name),
+                       constant->get_type()->to_string(), symbol);
+  }
+  out << "(set-logic QF_BV)\n";
+  printer.print(out);
+  out << "(check-sat)\n";
+}
+
+/// The circuits of the formula and the bits of its constants.
+class Circuits {
+ public:
+  Circuits(const TermManager& manager, const FirstCheck& check) : blaster(manager, graph) {
+    for (const Term* conjunct : check.encoding.conjuncts)
+      conjuncts.push_back(blaster.blast_bool(conjunct));
+    for (const bv::BitBlaster::Input& input : blaster.get_inputs())
+      bits.emplace(input.constant, input.bits);
+  }
+
+  bv::Aig& get_graph() { return graph; }
+  const std::vector<bv::Lit>& get_conjuncts() const { return conjuncts; }
+  const std::vector<bv::BitBlaster::Input>& get_inputs() const { return blaster.get_inputs(); }
+  /// The bits of a constant, the least significant first; none for one that does not occur.
+  std::span<const bv::Lit> get_bits(const Term* constant) const {
+    const auto found = bits.find(constant);
+    return found == bits.end() ? std::span<const bv::Lit>() : found->second;
+  }
+
+ private:
+  bv::Aig graph;
+  bv::BitBlaster blaster;
+  std::vector<bv::Lit> conjuncts;
+  std::unordered_map<const Term*, std::span<const bv::Lit>> bits;
+};
+
+/// Every bit that occurs gets a variable, so that the map does not depend on which clauses are left
+/// of it.
+std::vector<int> map_bits(std::span<const bv::Lit> bits, std::size_t width, bv::Cnf& cnf) {
+  std::vector<int> literals;
+  for (std::size_t i = bits.size(); i-- > 0;)
+    literals.push_back(cnf.literal(bits[i]));
+  if (bits.empty()) literals.assign(width, solver::kFalseBit);
+  return literals;
+}
+
+void write_clauses(std::ostream& out, const TermManager& manager, const FirstCheck& check) {
+  Circuits circuits(manager, check);
+  bv::ClauseRecorder recorder;
+  bv::Cnf cnf(circuits.get_graph(), recorder);
+  for (const bv::Lit conjunct : circuits.get_conjuncts())
+    cnf.assert_true(conjunct);
+
+  solver::SymbolMap map;
+  for (const auto& [name, constant] : check.constants) {
+    const DataType* type = constant->get_type();
+    const Term* encoding = check.engine->get_encoding(constant);
+    const auto bits = circuits.get_bits(encoding);
+    map.constants.push_back({name, type, map_bits(bits, solver::get_width(type), cnf)});
+  }
+  for (const Term* choice : check.encoding.choices) {
+    const DataType* type = choice == nullptr ? nullptr : choice->get_type();
+    const std::size_t width = type == nullptr ? 0 : type->get_width();
+    map.choices.push_back({"", type, map_bits(circuits.get_bits(choice), width, cnf)});
+  }
+  map.variables = recorder.get_variable_count();
+  bv::write_dimacs(out, recorder, solver::write_symbol_map(map));
+}
+
+void write_circuit(std::ostream& out, const TermManager& manager, const FirstCheck& check,
+                   bv::AigerFormat format) {
+  Circuits circuits(manager, check);
+  const bv::Lit output = circuits.get_graph().make_and(circuits.get_conjuncts());
+  // What no name of the script stands for keeps the name that it has here.
+  std::unordered_map<const Term*, std::string> names;
+  for (const auto& [name, constant] : check.constants)
+    names.emplace(check.engine->get_encoding(constant), name);
+  std::vector<bv::AigerInput> inputs;
+  for (const bv::BitBlaster::Input& input : circuits.get_inputs()) {
+    const auto known = names.find(input.constant);
+    const std::string name = solver::line_symbol(
+        known == names.end() ? input.constant->get_symbol()->get_name() : known->second);
+    const bool is_bool = input.constant->get_type()->get_kind() == DataType::Kind::boolean;
+    for (std::size_t i = 0; i < input.bits.size(); ++i)
+      inputs.push_back({input.bits[i], is_bool ? name : fmt::format("{}[{}]", name, i)});
+  }
+  bv::write_aiger(out, circuits.get_graph(), inputs, output, "assertions", format);
+}
+
+void write(std::ostream& out, const TermManager& manager, const FirstCheck& check,
+           const EncodeOptions& options) {
+  switch (options.target) {
+    case EncodeOptions::Target::smt2:
+      write_script(out, check);
+      return;
+    case EncodeOptions::Target::dimacs:
+      write_clauses(out, manager, check);
+      return;
+    case EncodeOptions::Target::aiger:
+      // The suffix tells the variants apart, as in the tools of the format.
+      const bool binary = options.output.ends_with(".aig");
+      write_circuit(out, manager, check, binary ? bv::AigerFormat::binary : bv::AigerFormat::ascii);
+      return;
+  }
+}
+
+void encode_script(const EncodeOptions& options) {
+  const std::string text = read_all(options.file);
+  TermManager manager;
+  const FirstCheck check = read_first_check(manager, text, options.file, options.encoder);
+  if (const std::size_t checks = count_checks(text, options.file); checks > 1) {
+    std::cerr << fmt::format("{}: note: only the first of {} checks is encoded\n",
+                             display_name(options.file), checks);
+  }
+  if (options.output.empty()) {
+    write(std::cout, manager, check, options);
+    std::cout.flush();
+    if (!std::cout) throw std::runtime_error("<stdout>: error: cannot write");
+    return;
+  }
+  std::ofstream out(options.output, std::ios::binary);
+  if (out) write(out, manager, check, options);
+  out.close();
+  if (!out) {
+    throw std::runtime_error(fmt::format("{}: error: cannot write the file: {}", options.output,
+                                         std::generic_category().message(errno)));
+  }
+}
+
+}  // namespace
+
+int encode(const EncodeOptions& options) {
+  try {
+    encode_script(options);
+  } catch (const std::length_error& error) {
+    std::cerr << fmt::format("{}: error: {}\n", display_name(options.file), error.what());
+    return kLimitReached;
+  } catch (const std::bad_alloc&) {
+    std::cerr << fmt::format("{}: error: out of memory\n", display_name(options.file));
+    return kLimitReached;
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return kInputError;
+  }
+  return kDone;
+}
+
+}  // namespace vorn::tools

@@ -1,0 +1,26 @@
+// `vorn encode FILE`: a script as a formula for other solvers.
+#ifndef TOOLS_ENCODE_H
+#define TOOLS_ENCODE_H
+
+#include <cstdint>
+#include <string>
+
+#include "vorn/solver/solver.h"
+
+namespace vorn::tools {
+
+struct EncodeOptions {
+  enum class Target : std::uint8_t { smt2, dimacs, aiger };
+
+  std::string file;  // "-" is standard input
+  Target target = Target::smt2;
+  std::string output;  // empty: standard output
+  solver::EncoderKind encoder = solver::EncoderKind::ieee;
+};
+
+/// Writes what the first check of the script decides. Returns the exit status.
+int encode(const EncodeOptions& options);
+
+}  // namespace vorn::tools
+
+#endif

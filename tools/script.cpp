@@ -1,0 +1,103 @@
+// The first check ends the session by an exception that the interpreter lets through: what stands
+// behind the check may depend on its answer, which there will not be.
+#include "tools/script.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "vorn/smt2/command_reader.h"
+#include "vorn/smt2/error.h"
+#include "vorn/smt2/interpreter.h"
+#include "vorn/smt2/lexer.h"
+
+namespace vorn::tools {
+namespace {
+
+class Reached final : public std::exception {};
+
+/// Translates as the solver does, and decides nothing.
+class CapturingSolver final : public solver::Solver {
+ public:
+  using Solver::Solver;
+
+  smt2::Answer check_sat(std::span<const Term* const> assumed) override {
+    encoding = encode(assumed);
+    throw Reached();
+  }
+  solver::Encoding take_encoding() { return std::move(encoding); }
+
+ private:
+  solver::Encoding encoding;
+};
+
+}  // namespace
+
+std::string display_name(const std::string& file) {
+  return file == "-" ? "<stdin>" : file;
+}
+
+std::string read_all(const std::string& file) {
+  if (file == "-") {
+    return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+  }
+  std::error_code error;
+  if (std::filesystem::is_directory(file, error)) {
+    throw std::runtime_error(fmt::format("{}: error: is a directory", file));
+  }
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) {
+    throw std::runtime_error(fmt::format("{}: error: cannot read the file: {}", file,
+                                         std::generic_category().message(errno)));
+  }
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+std::size_t count_checks(const std::string& text, const std::string& file) {
+  std::istringstream stream(text);
+  smt2::CommandReader reader(stream);
+  std::size_t count = 0;
+  try {
+    while (const auto command = reader.next()) {
+      smt2::Lexer lexer(command->text, file, command->position);
+      if (!lexer.next().is(smt2::Token::Kind::open)) continue;
+      const smt2::Token name = lexer.next();
+      if (name.is_word("exit")) break;
+      if (name.is_word("check-sat") || name.is_word("check-sat-assuming")) ++count;
+    }
+  } catch (const smt2::ScriptError&) {
+    // Whoever executes the script comes to the same place and says what is wrong.
+  }
+  return count;
+}
+
+FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
+                            solver::EncoderKind encoder) {
+  solver::Options options;
+  options.encoder = encoder;
+  auto engine = std::make_unique<CapturingSolver>(manager, options);
+  std::ostringstream answers;
+  smt2::Interpreter interpreter(manager, *engine, answers);
+  const std::string name = display_name(file);
+  try {
+    interpreter.run(text, name);
+  } catch (const Reached&) {
+    FirstCheck check;
+    check.encoding = engine->take_encoding();
+    check.constants = interpreter.get_symbols().get_declarations();
+    check.engine = std::move(engine);
+    return check;
+  }
+  throw std::runtime_error(fmt::format("{}: error: the script has no check-sat", name));
+}
+
+}  // namespace vorn::tools

@@ -1,0 +1,41 @@
+// Scripts as the commands of this folder read them: as a whole, or up to the first check.
+#ifndef TOOLS_SCRIPT_H
+#define TOOLS_SCRIPT_H
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "vorn/smt2/symbol_table.h"
+#include "vorn/solver/encoding.h"
+#include "vorn/solver/solver.h"
+#include "vorn/terms/term_manager.h"
+
+namespace vorn::tools {
+
+/// How messages name a file: standard input is "-".
+std::string display_name(const std::string& file);
+
+/// The text of a file, or all of standard input for "-". Throws std::runtime_error.
+std::string read_all(const std::string& file);
+
+/// How many checks a script asks for, with and without assumptions, as far as it can be read.
+std::size_t count_checks(const std::string& text, const std::string& file);
+
+/// What a script asks first: the assertions and assumptions that are in force at its first check,
+/// translated by `engine`, and the constants that are declared there.
+struct FirstCheck {
+  std::unique_ptr<solver::Solver> engine;
+  solver::Encoding encoding;
+  std::vector<smt2::SymbolTable::Declaration> constants;
+};
+
+/// Reads a script up to its first check. Throws smt2::ScriptError, and std::runtime_error where
+/// there is no check.
+FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
+                            solver::EncoderKind encoder);
+
+}  // namespace vorn::tools
+
+#endif
