@@ -183,5 +183,27 @@ TEST_F(Choices, ACheckCanBeEndedWhileCircuitsAreBuilt) {
   EXPECT_TRUE(limited.get_statistics().interrupted);
 }
 
+TEST_F(Choices, ACheckCanBeEndedAtAnyQuestion) {
+  const Term* of_x = mgr.make_fp_to_ubv(8, rm, x);
+  const Term* of_y = mgr.make_fp_to_ubv(8, rm, y);
+  bool decided = false;
+  for (int questions = 0; !decided; ++questions) {
+    const Countdown limit(questions);
+    Options options;
+    options.termination_test = &limit;
+    Solver limited(mgr, options);
+    limited.assert_formula(mgr.make_fp_isnan(x));
+    limited.assert_formula(mgr.make_fp_isnan(y));
+    limited.assert_formula(differ(of_x, of_y));
+    const Answer answer = limited.check_sat();
+    ASSERT_NE(answer, Answer::sat);
+    decided = answer == Answer::unsat;
+    // The limit is still over: what is no check must not ask.
+    limited.set_seed(1);
+    limited.push();
+    limited.pop();
+  }
+}
+
 }  // namespace
 }  // namespace vorn::solver

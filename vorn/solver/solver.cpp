@@ -207,6 +207,17 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
   ++statistics.checks;
   if (options.is_traced()) start_traces();
+  try {
+    return decide();
+  } catch (const Terminated&) {
+    return give_up("resource limit");
+  } catch (const std::length_error&) {
+    return give_up("memout");  // the graph or the SAT solver has no room left
+  }
+}
+
+/// Searches until a model holds, an answer is unsat, or the search ends without either.
+smt2::Answer Solver::decide() {
   for (;;) {
     const smt2::Answer answer = search();
     is_unsat = answer == smt2::Answer::unsat;
@@ -228,16 +239,12 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
 
 smt2::Answer Solver::search() {
   const Stopwatch watch(&statistics.search_seconds);
-  try {
-    if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
-      renew_back_end();
-    }
+  if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
+    replace_circuits();
     write_clauses();
-  } catch (const Terminated&) {
-    return give_up("resource limit");
-  } catch (const std::length_error&) {
-    return give_up("memout");  // the graph or the SAT solver has no room left
+    rebuild_limit = kLeastRebuildLimit + 2 * back_end->circuits->sat->get_clause_count();
   }
+  write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
@@ -297,17 +304,16 @@ void Solver::write_level(Level& level, bool permanent) {
   }
 }
 
-/// Leaves behind what popped levels have written, and writes what is alive again. The next time is
-/// when as much has come on top of it, so that the work is shared out evenly.
-void Solver::renew_back_end() {
-  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options);
+/// Leaves behind all that was written; what is alive is written again by the next search. When
+/// that is for the sake of garbage, the next time is when as much has come on top of it, so that
+/// the work is shared out evenly.
+void Solver::replace_circuits(bool traced) {
+  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, traced);
   for (Level& level : levels) {
     level.written = 0;
     level.activation = 0;
   }
   has_garbage = false;
-  write_clauses();
-  rebuild_limit = kLeastRebuildLimit + 2 * back_end->circuits->sat->get_clause_count();
 }
 
 void Solver::set_seed(std::uint32_t seed) {
@@ -315,7 +321,7 @@ void Solver::set_seed(std::uint32_t seed) {
   if (value == options.seed) return;
   leave_assumptions();
   options.seed = value;
-  renew_back_end();
+  replace_circuits();
 }
 
 std::vector<std::size_t> Solver::get_unsat_assumptions() {
@@ -368,11 +374,7 @@ void Solver::start_traces() {
   const std::vector<const Term*> open_terms = find_open_terms(get_assertions());
   for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
     levels.back().conjuncts.push_back(f);
-  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, true);
-  for (Level& level : levels) {
-    level.written = 0;
-    level.activation = 0;
-  }
+  replace_circuits(true);
 }
 
 void Solver::write_cnf() const {
@@ -419,10 +421,14 @@ QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
   return first.value;
 }
 
-bool Solver::model_holds() {
-  Evaluator evaluator(
+Evaluator Solver::evaluate_model() {
+  return Evaluator(
       mgr, [this](const Term* constant) { return value_of(constant); },
       [this](const Term* t, std::span<const QNumber> values) { return open_value(t, values); });
+}
+
+bool Solver::model_holds() {
+  Evaluator evaluator = evaluate_model();
   bool holds = true;
   clashes.clear();
   for (const Level& level : levels) {
@@ -447,9 +453,7 @@ bool Solver::separate_conversions() {
 
 const Term* Solver::get_value(const Term* t) {
   if (!has_model) throw std::logic_error("there is no model");
-  Evaluator evaluator(
-      mgr, [this](const Term* constant) { return value_of(constant); },
-      [this](const Term* u, std::span<const QNumber> values) { return open_value(u, values); });
+  Evaluator evaluator = evaluate_model();
   return make_literal(mgr, t->get_type(), evaluator.evaluate(t));
 }
 

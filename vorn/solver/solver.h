@@ -29,6 +29,7 @@
 #include "vorn/fp/fp_bv_encoder.h"
 #include "vorn/smt2/engine.h"
 #include "vorn/solver/encoding.h"
+#include "vorn/solver/evaluator.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
@@ -133,12 +134,14 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void start_traces();
   void write_cnf() const;
   const Term* translate(const Term* f, Level& level);
+  smt2::Answer decide();
   smt2::Answer search();
   smt2::Answer give_up(const char* reason);
   void write_clauses();
   void write_level(Level& level, bool permanent);
-  void renew_back_end();
+  void replace_circuits(bool traced = false);
   void read_model();
+  Evaluator evaluate_model();
   bool model_holds();
   bool separate_conversions();
   QNumber value_of(const Term* constant) const;
