@@ -87,7 +87,7 @@ void Cnf::load_gate(std::uint32_t node) {
       return;
     case GateKind::exclusive_or:
       gate.shape = Shape::exclusive_or;
-      load_parity(core.get_inputs());
+      load_parity(node, core.get_inputs());
       return;
     case GateKind::if_then_else:
       gate.shape = Shape::if_then_else;
@@ -118,9 +118,12 @@ void Cnf::load_conjunction(std::uint32_t node) {
 }
 
 /// An exclusive or takes in one of its inputs that is an exclusive or itself and used by this one
-/// alone, which uses an input twice.
-void Cnf::load_parity(std::span<const Lit> inputs) {
+/// alone, which uses an input twice: in two conjunctions, which an adder's carry would share.
+void Cnf::load_parity(std::uint32_t node, std::span<const Lit> inputs) {
   gate.inputs.assign(inputs.begin(), inputs.end());
+  const std::uint32_t both = graph.get_left(node).get_node();
+  const std::uint32_t neither = graph.get_right(node).get_node();
+  if (nodes[both].uses != 1 || nodes[neither].uses != 1) return;
   for (Lit& input : gate.inputs) {
     const std::uint32_t inner = input.get_node();
     if (nodes[inner].uses != 2 || !graph.is_and(inner)) continue;

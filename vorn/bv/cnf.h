@@ -71,7 +71,7 @@ class VORN_EXPORT Cnf {
   void prepare(Lit root);
   void load_gate(std::uint32_t node);
   void load_conjunction(std::uint32_t node);
-  void load_parity(std::span<const Lit> inputs);
+  void load_parity(std::uint32_t node, std::span<const Lit> inputs);
   void complement_gate();
   int require(Lit lit, Directions use);
   int get_variable(std::uint32_t node);
