@@ -15,6 +15,14 @@ constexpr std::uint32_t kStepsBetweenTests = 1U << 12U;
 
 constexpr std::size_t kFirstTableSize = 64;
 
+// A graph of millions of nodes spends its time waiting for the table's memory, unless slots follow
+// the order of nodes: new conjunctions are mostly over new operands, so most lookups then stay within
+// the window of slots that the last ones were in. A node with more uses than fit there has the rest
+// of them anywhere.
+constexpr std::size_t kSlotsPerNode = 2;
+constexpr std::size_t kWindow = 1U << 10U;
+constexpr std::size_t kProbesInWindow = 32;
+
 std::size_t hash_pair(Lit left, Lit right) {
   std::uint64_t h = (std::uint64_t{left.get_code()} << 32U) | right.get_code();
   h *= 0x9e3779b97f4a7c15U;
@@ -205,7 +213,7 @@ Lit Aig::find_or_add(Lit left, Lit right) {
   assert(!left.is_constant() && left.get_node() < right.get_node());
   std::size_t slot = find_slot(left, right);
   if (table[slot] != 0) return {table[slot], false};
-  if (2 * nodes.size() >= table.size()) {
+  if (kSlotsPerNode * nodes.size() >= table.size()) {
     grow_table();
     slot = find_slot(left, right);
   }
@@ -217,12 +225,20 @@ Lit Aig::find_or_add(Lit left, Lit right) {
 /// The slot of the conjunction, or the free slot where it belongs.
 std::size_t Aig::find_slot(Lit left, Lit right) const {
   const std::size_t mask = table.size() - 1;
-  std::size_t slot = hash_pair(left, right) & mask;
-  while (table[slot] != 0) {
+  const std::size_t hash = hash_pair(left, right);
+  const auto is_found = [&](std::size_t slot) {
+    if (table[slot] == 0) return true;
     const Node& node = nodes[table[slot]];
-    if (node.left == left && node.right == right) break;
+    return node.left == left && node.right == right;
+  };
+  std::size_t slot = (kSlotsPerNode * right.get_node() + hash % kWindow) & mask;
+  for (std::size_t i = 0; i < kProbesInWindow; ++i) {
+    if (is_found(slot)) return slot;
     slot = (slot + 1) & mask;
   }
+  slot = (hash / kWindow) & mask;
+  while (!is_found(slot))
+    slot = (slot + 1) & mask;
   return slot;
 }
 

@@ -1,5 +1,6 @@
 #include "vorn/bv/dimacs.h"
 
+#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <limits>
@@ -103,9 +104,19 @@ void write_dimacs(std::ostream& out, const ClauseRecorder& recorder,
   for (const std::string& comment : comments)
     out << "c " << comment << '\n';
   out << "p cnf " << recorder.get_variable_count() << ' ' << recorder.get_clause_count() << '\n';
+  // Streams take most of the time of writing where they are asked for each number.
+  constexpr std::size_t kLongest = 12;
+  std::array<char, 1U << 16U> buffer;
+  char* const full = buffer.data() + buffer.size() - kLongest;
+  char* end = buffer.data();
   for (const int literal : recorder.get_clauses()) {
-    out << literal << (literal == 0 ? '\n' : ' ');
+    end = std::to_chars(end, end + kLongest, literal).ptr;
+    *end++ = literal == 0 ? '\n' : ' ';
+    if (end < full) continue;
+    out.write(buffer.data(), end - buffer.data());
+    end = buffer.data();
   }
+  out.write(buffer.data(), end - buffer.data());
 }
 
 // Answers -------------------------------------------------------------------------------------
