@@ -188,6 +188,7 @@ class Counter final : public vorn::bv::SatSolver {
   void add_clause(std::span<const int> /*literals*/) override { ++clauses; }
   void assume(int /*literal*/) override {}
   Result solve() override { return Result::unknown; }
+  void limit_conflicts(int) override {}
   bool value(int /*literal*/) const override { throw std::logic_error("there is no model"); }
   bool failed(int /*literal*/) const override { throw std::logic_error("there is no core"); }
   void set_termination_test(const vorn::TerminationTest* /*test*/) override {}

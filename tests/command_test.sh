@@ -22,7 +22,8 @@ check solve_subcommand 0 '^sat$' '^$' "$vorn" solve "$dir/sat.smt2"
 check several_files 0 $'^sat\nunsat$' '^$' "$vorn" "$dir/sat.smt2" "$dir/unsat.smt2"
 check standard_input 0 '^sat$' '^$' bash -c "'$vorn' - < '$dir/sat.smt2'"
 check statistics 0 '^sat$' 'variables [0-9]+, clauses [0-9]+' "$vorn" --stats "$dir/sat.smt2"
-check progress 0 '^sat$' 'searching: ' "$vorn" --verbose "$dir/sat.smt2"
+check progress 0 '^sat$' 'local search found a model' "$vorn" --verbose "$dir/sat.smt2"
+check 'no local search' 0 '^sat$' 'searching: ' "$vorn" --no-local-search --verbose "$dir/sat.smt2"
 
 script empty.smt2 ''
 check empty_file 1 '^$' 'empty.smt2:1:1: error: ' "$vorn" "$dir/empty.smt2"

@@ -93,9 +93,9 @@ class LimitedSolver final : public solver::Solver {
 void print_statistics(const std::string& file, const solver::Statistics& s) {
   std::cerr << fmt::format(
       "{}: checks {}, terms {}, conjunctions {}, variables {}, clauses {}, "
-      "translation {:.3f} s, search {:.3f} s\n",
-      file, s.checks, s.terms, s.aig_nodes, s.variables, s.clauses, s.translation_seconds,
-      s.search_seconds);
+      "models by local search {}, translation {:.3f} s, search {:.3f} s\n",
+      file, s.checks, s.terms, s.aig_nodes, s.variables, s.clauses, s.tried_models,
+      s.translation_seconds, s.search_seconds);
 }
 
 /// Writes what the session was asked to a file of its own and says so.
@@ -145,6 +145,7 @@ int solve_one(const std::string& file, const SolveOptions& options) {
   solver_options.encoder = options.encoder;
   solver_options.termination_test = &limit;
   solver_options.logger = options.verbose ? &logger : nullptr;
+  solver_options.local_search = options.local_search;
   solver_options.cnf_file = options.cnf_file;
   solver_options.proof_file = options.proof_file;
   LimitedSolver engine(manager, solver_options, limit);

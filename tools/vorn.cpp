@@ -36,6 +36,8 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
                  "end each check-sat after SECONDS with the answer unknown")
       ->type_name("SECONDS")
       ->check(CLI::NonNegativeNumber);
+  app.add_flag_callback("--no-local-search", [&options] { options.local_search = false; })
+      ->description("do not look for models by trying assignments as well");
   app.add_flag("--check-model")
       ->description("check each model before sat is answered, which is always done");
   app.add_option("--cnf", options.cnf_file,

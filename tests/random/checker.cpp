@@ -29,18 +29,21 @@ const char* to_string(Answer answer) {
 /// What the second run does differently.
 Configuration second_configuration(std::uint64_t seed) {
   const int sat_seed = 1 + static_cast<int>(seed % 1000);
-  const Configuration configurations[] = {{false, true, 0, false},
-                                          {true, true, sat_seed, false},
-                                          {true, false, 0, false},
-                                          {false, false, sat_seed, false},
-                                          {true, true, 0, true}};
-  return configurations[seed % std::size(configurations)];
+  const Configuration configurations[] = {{false, true, 0, false, false},
+                                          {true, true, sat_seed, false, false},
+                                          {true, false, 0, false, false},
+                                          {false, false, sat_seed, false, false},
+                                          {true, true, 0, true, false}};
+  Configuration second = configurations[seed % std::size(configurations)];
+  second.local_search = seed / std::size(configurations) % 2 == 1;
+  return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
-                     c.collecting ? ", dropping terms" : "");
+                     c.collecting ? ", dropping terms" : "",
+                     c.local_search ? ", local search" : "");
 }
 
 /// The answer of a solver that has nothing to do with the one under test.

@@ -38,6 +38,8 @@ struct Configuration {
   /// Whether terms that are no longer needed are dropped before each check, which the library does
   /// by itself only where there are very many.
   bool collecting = false;
+  /// Whether models are looked for by trying assignments too; without it, all come from circuits.
+  bool local_search = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -73,6 +75,7 @@ class Session {
   solver::Options options_of(const Configuration& configuration) const {
     solver::Options options;
     options.seed = configuration.seed;
+    options.local_search = configuration.local_search;
     options.termination_test = &budget;
     return options;
   }

@@ -171,7 +171,7 @@ class Countdown : public TerminationTest {
 
 TEST_F(Choices, ACheckCanBeEndedWhileCircuitsAreBuilt) {
   const Countdown soon(20);
-  Options options;
+  Options options = circuits_only();
   options.termination_test = &soon;
   Solver limited(mgr, options);
   const DataType* wide = mgr.get_fp_type(11, 52);
@@ -189,7 +189,7 @@ TEST_F(Choices, ACheckCanBeEndedAtAnyQuestion) {
   bool decided = false;
   for (int questions = 0; !decided; ++questions) {
     const Countdown limit(questions);
-    Options options;
+    Options options = circuits_only();
     options.termination_test = &limit;
     Solver limited(mgr, options);
     limited.assert_formula(mgr.make_fp_isnan(x));

@@ -36,7 +36,7 @@ class Incremental : public testing::Test {
   }
 
   TermManager mgr;
-  Solver solver{mgr};
+  Solver solver{mgr, circuits_only()};
   std::ostringstream out;
   smt2::Interpreter interpreter{mgr, solver, out};
 };

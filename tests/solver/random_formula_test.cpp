@@ -120,7 +120,9 @@ TEST(RandomFormula, IsAnsweredAsTryingAllAssignmentsSays) {
     const Term* formula = random.formula(2);
     for (int i = 0; i < 3; ++i)
       formula = mgr.make_and(formula, random.formula(1));
-    Solver solver(mgr);
+    Options options;
+    options.local_search = seed % 2 == 0;
+    Solver solver(mgr, options);
     solver.assert_formula(formula);
     const bool satisfiable = brute_force(mgr, random, formula);
     EXPECT_EQ(solver.check_sat(), satisfiable ? smt2::Answer::sat : smt2::Answer::unsat)
@@ -134,7 +136,9 @@ TEST(RandomFormula, IsAnsweredAlikeWithAssertionsOnLevels) {
   for (unsigned seed = 1000; seed < 1080; ++seed) {
     TermManager mgr;
     RandomFormula random(mgr, seed);
-    Solver solver(mgr);
+    Options options;
+    options.local_search = seed % 2 == 0;
+    Solver solver(mgr, options);
     const Term* first = random.formula(1);
     solver.assert_formula(first);
     for (int round = 0; round < 3; ++round) {

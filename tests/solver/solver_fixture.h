@@ -10,6 +10,13 @@
 
 namespace vorn::solver {
 
+/// Options of a solver all of whose models come from circuits.
+inline Options circuits_only() {
+  Options options;
+  options.local_search = false;
+  return options;
+}
+
 class SolverTest : public testing::Test {
  protected:
   const Term* variable(const std::string& name, const DataType* type) {
@@ -20,7 +27,7 @@ class SolverTest : public testing::Test {
   }
 
   TermManager mgr;
-  Solver solver{mgr};
+  Solver solver{mgr, circuits_only()};
 };
 
 }  // namespace vorn::solver

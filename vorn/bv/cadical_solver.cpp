@@ -72,6 +72,8 @@ class CadicalSolver final : public SatSolver {
     return last_result;
   }
 
+  void limit_conflicts(int count) override { solver.limit("conflicts", count); }
+
   bool value(int literal) const override {
     check_literal(literal);
     if (last_result != Result::sat) {

@@ -87,6 +87,10 @@ SatSolver::Result ClauseRecorder::solve() {
   return get_solver().solve();
 }
 
+void ClauseRecorder::limit_conflicts(int count) {
+  get_solver().limit_conflicts(count);
+}
+
 bool ClauseRecorder::value(int literal) const {
   return get_solver().value(literal);
 }

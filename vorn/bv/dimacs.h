@@ -35,6 +35,7 @@ class VORN_EXPORT ClauseRecorder final : public SatSolver {
   using SatSolver::add_clause;
   void assume(int literal) override;
   Result solve() override;
+  void limit_conflicts(int count) override;
   bool value(int literal) const override;
   bool failed(int literal) const override;
   void set_termination_test(const TerminationTest* test) override;

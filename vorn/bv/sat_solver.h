@@ -38,6 +38,8 @@ class VORN_EXPORT SatSolver {
   /// Throws std::invalid_argument for a literal of no variable.
   virtual void assume(int literal) = 0;
   virtual Result solve() = 0;
+  /// Makes the next call of solve give up with unknown after this number of conflicts.
+  virtual void limit_conflicts(int count) = 0;
 
   /// Whether the literal holds in the model. Throws std::logic_error unless the last thing that
   /// happened to the solver was a solve that answered sat.

@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "vorn/solver/application.h"
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
@@ -26,10 +27,6 @@ class VORN_EXPORT Evaluator {
  public:
   /// Gives the value of an uninterpreted constant.
   using Assignment = std::function<QNumber(const Term*)>;
-  /// Gives what the theory leaves open of an application `t` to arguments with these values: the
-  /// bits of a conversion where no integer of the width is right, or 1 where fp.min or fp.max of
-  /// two different zeros is to be the negative one. It must be a function of symbol and values.
-  using OpenValue = std::function<QNumber(const Term* t, std::span<const QNumber> values)>;
 
   /// Without `choices`, what is left open is zero.
   explicit Evaluator(const TermManager& manager, Assignment constants, OpenValue choices = {})
@@ -40,13 +37,6 @@ class VORN_EXPORT Evaluator {
  private:
   QNumber leaf(const Term* t);
   QNumber apply(const Term* t);
-  QNumber apply_fp(const Term* t);
-  const QNumber& arg(const Term* t, std::size_t i) { return values.at(t->get_arg(i)); }
-  IEEEFloat float_arg(const Term* t, std::size_t i);
-  IEEEFloat::rounding_mode mode_arg(const Term* t);
-  QNumber choose(const Term* t);
-  QNumber to_integer(const Term* t, bool is_signed);
-  QNumber select(const Term* t);
 
   const TermManager& mgr;
   Assignment assignment;

@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -30,6 +31,7 @@
 #include "vorn/smt2/engine.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/solver/evaluator.h"
+#include "vorn/solver/local_search.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
@@ -47,8 +49,10 @@ VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, Term
 
 struct VORN_EXPORT Options {
   EncoderKind encoder = EncoderKind::ieee;
-  /// Of the SAT solver; not negative.
+  /// Of the searches; not negative.
   int seed = 0;
+  /// Whether models are looked for by trying assignments too, with the exact encoder.
+  bool local_search = true;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
   /// Told about each step; borrowed, may be null.
@@ -69,6 +73,7 @@ struct VORN_EXPORT Statistics {
   std::uint64_t clauses = 0;       // SAT clauses
   double translation_seconds = 0;  // terms to bit-vector terms
   double search_seconds = 0;       // clauses and SAT search
+  std::uint64_t tried_models = 0;  // models that local search found
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
 
@@ -120,6 +125,11 @@ class VORN_EXPORT Solver : public smt2::Engine {
     const Term* translated;
     int literal = 0;  // in the SAT solver
   };
+  /// When to look for a model before there are circuits.
+  struct ShortSearch {
+    unsigned wait = 0;       // checks without it
+    unsigned next_wait = 1;  // should it be in vain
+  };
   /// Values that the model gives to what the theory leaves open of conversions, by symbol and
   /// values of the arguments, and a term that has each value.
   struct OpenConversion {
@@ -136,11 +146,15 @@ class VORN_EXPORT Solver : public smt2::Engine {
   const Term* translate(const Term* f, Level& level);
   smt2::Answer decide();
   smt2::Answer search();
+  bool try_shortly();
+  void start_local_search();
+  bool try_assignments(std::uint64_t effort);
   smt2::Answer give_up(const char* reason);
   void write_clauses();
   void write_level(Level& level, bool permanent);
   void replace_circuits(bool traced = false);
   void read_model();
+  void read_model(const LocalSearch& found);
   Evaluator evaluate_model();
   bool model_holds();
   bool separate_conversions();
@@ -152,16 +166,21 @@ class VORN_EXPORT Solver : public smt2::Engine {
   Options options;
   std::unique_ptr<BackEnd> back_end;
   std::vector<Level> levels;
-  std::vector<Assumption> assumptions;  // of the last check
-  bool in_assumptions = false;          // the last level holds what belongs to them
+  std::vector<Assumption> assumptions;      // of the last check
+  bool in_assumptions = false;              // the last level holds what belongs to them
+  std::optional<LocalSearch> local_search;  // of the current check
+  ShortSearch short_search;
   bool has_model = false;
   bool is_unsat = false;  // the last check answered unsat, and nothing has changed since
   std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants
   std::map<OpenKey, OpenConversion> open_conversions;
   /// Conversions of equal values for which the last model has different results.
   std::vector<std::pair<const Term*, const Term*>> clashes;
-  std::uint64_t rebuild_limit;  // number of clauses from which on garbage is worth a new start
-  bool has_garbage = false;     // a level whose clauses were written is gone
+  /// Below this number of clauses, dropping garbage is not worth the time.
+  static constexpr std::uint64_t kLeastRebuildLimit = 8'000;
+  /// Number of clauses from which on garbage is worth a new start.
+  std::uint64_t rebuild_limit = kLeastRebuildLimit;
+  bool has_garbage = false;  // a level whose clauses were written is gone
   std::string reason_unknown;
   Statistics statistics;
 };

@@ -1,0 +1,74 @@
+// What a Solver keeps between its formulas and the SAT solver; of use to nobody else.
+#ifndef VORN_SOLVER_BACK_END_H
+#define VORN_SOLVER_BACK_END_H
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "vorn/bv/aig.h"
+#include "vorn/bv/bit_blaster.h"
+#include "vorn/bv/cnf.h"
+#include "vorn/bv/dimacs.h"
+#include "vorn/bv/sat_solver.h"
+#include "vorn/solver/solver.h"
+#include "vorn/solver/translator.h"
+
+namespace vorn::solver {
+
+/// Adds the time of its life to a total, in seconds.
+class Stopwatch {
+ public:
+  explicit Stopwatch(double* sum) : total(sum), start(std::chrono::steady_clock::now()) {}
+  ~Stopwatch() {
+    *total += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  }
+  Stopwatch(const Stopwatch&) = delete;
+  Stopwatch& operator=(const Stopwatch&) = delete;
+
+ private:
+  double* total;
+  std::chrono::steady_clock::time_point start;
+};
+
+/// Encodings and translations follow the levels. The circuits and the SAT solver only grow.
+struct Solver::BackEnd {
+  /// Everything from the graph down.
+  struct Circuits {
+    Circuits(TermManager& manager, const Options& options, bool traced = false)
+        : blaster(manager, aig), sat(make_solver(options, traced)), cnf(aig, *sat) {
+      aig.set_termination_test(options.termination_test);
+      sat->set_termination_test(options.termination_test);
+    }
+
+    std::unique_ptr<bv::SatSolver> make_solver(const Options& options, bool traced) {
+      if (!traced) return bv::make_cadical_solver(options.seed);
+      auto solver = bv::make_cadical_solver(options.seed, options.proof_file);
+      if (options.cnf_file.empty()) return solver;
+      auto with_clauses = std::make_unique<bv::ClauseRecorder>(std::move(solver));
+      recorder = with_clauses.get();
+      return with_clauses;
+    }
+
+    bv::Aig aig;
+    bv::BitBlaster blaster;
+    const bv::ClauseRecorder* recorder = nullptr;  // the solver, where clauses are to be written
+    std::unique_ptr<bv::SatSolver> sat;
+    bv::Cnf cnf;
+  };
+
+  BackEnd(TermManager& manager, const Options& options)
+      : encoder(make_encoder(options.encoder, manager)),
+        translator(manager, *encoder),
+        circuits(std::make_unique<Circuits>(manager, options)) {
+    encoder->set_termination_test(options.termination_test);
+  }
+
+  std::unique_ptr<fp::FpBvEncoder> encoder;
+  Translator translator;
+  std::unique_ptr<Circuits> circuits;
+};
+
+}  // namespace vorn::solver
+
+#endif

@@ -1,0 +1,203 @@
+// How the solver decides: a short local search, then clauses and the SAT solver, and in between,
+// the longer that takes, local search again.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "vorn/solver/back_end.h"
+#include "vorn/solver/solver.h"
+
+namespace vorn::solver {
+namespace {
+
+// The short search before anything else takes less time than circuits do to be built; one in vain
+// puts off the next ones, since a session goes on as it began. The long ones take about a tenth of
+// the time of the SAT solver.
+constexpr std::uint64_t kShortSearch = 2'000;  // effort for each operation of the formula
+constexpr unsigned kLongestWait = 64;          // checks
+constexpr int kFirstConflicts = 1'000;
+constexpr int kMostConflicts = 1 << 30;
+constexpr std::uint64_t kEffortPerConflict = 1'000;
+
+}  // namespace
+
+// Decision ------------------------------------------------------------------------------------
+
+void Solver::enter_assumptions(std::span<const Term* const> assumed) {
+  leave_assumptions();
+  if (assumed.empty()) return;
+  push();
+  in_assumptions = true;
+  for (const Term* formula : assumed) {
+    assumptions.push_back({translate(formula, levels.back())});
+    levels.back().assertions.push_back(formula);
+  }
+}
+
+smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
+  if (options.is_traced() && statistics.checks != 0) {
+    throw std::invalid_argument("a formula and its proof can be written for one check only");
+  }
+  enter_assumptions(assumed);
+  ++statistics.checks;
+  if (options.is_traced()) start_traces();
+  try {
+    return decide();
+  } catch (const Terminated&) {
+    return give_up("resource limit");
+  } catch (const std::length_error&) {
+    return give_up("memout");  // the graph or the SAT solver has no room left
+  }
+}
+
+/// Searches until a model holds, an answer is unsat, or the search ends without either.
+smt2::Answer Solver::decide() {
+  if (try_shortly()) return smt2::Answer::sat;
+  for (;;) {
+    const smt2::Answer answer = search();
+    is_unsat = answer == smt2::Answer::unsat;
+    if (answer != smt2::Answer::sat || has_model) return answer;
+    read_model();
+    const bool holds = model_holds();
+    if (separate_conversions()) continue;
+    if (holds) {
+      has_model = true;
+      return answer;
+    }
+    if (options.encoder != EncoderKind::base) {
+      throw smt2::InternalError("internal error: the model found does not satisfy an assertion");
+    }
+    reason_unknown = "the model found holds for the base encoder only, not for IEEE 754";
+    return smt2::Answer::unknown;
+  }
+}
+
+/// Whether local search finds a model at once.
+bool Solver::try_shortly() {
+  start_local_search();
+  if (short_search.wait > 0) {
+    --short_search.wait;
+    return false;
+  }
+  if (!local_search) return false;
+  if (try_assignments(kShortSearch * local_search->get_size())) {
+    short_search = {};
+    return true;
+  }
+  short_search.wait = short_search.next_wait;
+  short_search.next_wait = std::min(2 * short_search.next_wait + 1, kLongestWait);
+  return false;
+}
+
+/// The models that local search finds are those of IEEE 754, and a trace has no use for them.
+void Solver::start_local_search() {
+  local_search.reset();
+  if (!options.local_search || options.is_traced() || options.encoder != EncoderKind::ieee) return;
+  const Stopwatch watch(&statistics.search_seconds);
+  local_search =
+      LocalSearch::prepare(mgr, get_assertions(), static_cast<std::uint64_t>(options.seed));
+}
+
+/// Whether local search finds a model, which is then the solver's.
+bool Solver::try_assignments(std::uint64_t effort) {
+  if (!local_search) return false;
+  const Stopwatch watch(&statistics.search_seconds);
+  if (!local_search->run(effort, options.termination_test)) return false;
+  read_model(*local_search);
+  // A search that is wrong about a model, on a processor that does not round as IEEE 754 has it,
+  // is of no use.
+  has_model = model_holds();
+  if (has_model) ++statistics.tried_models;
+  log(has_model ? "local search found a model" : "local search found what is no model");
+  local_search.reset();
+  return has_model;
+}
+
+smt2::Answer Solver::search() {
+  const Stopwatch watch(&statistics.search_seconds);
+  if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
+    replace_circuits();
+    write_clauses();
+    rebuild_limit = kLeastRebuildLimit + 2 * back_end->circuits->sat->get_clause_count();
+  }
+  write_clauses();
+  bv::SatSolver& sat = *back_end->circuits->sat;
+  log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
+                  mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
+                  sat.get_variable_count(), sat.get_clause_count()));
+  if (back_end->circuits->recorder != nullptr) write_cnf();
+  for (int conflicts = kFirstConflicts;; conflicts *= 2) {
+    for (const Level& level : levels) {
+      if (level.activation != 0) sat.assume(level.activation);
+    }
+    for (const Assumption& assumption : assumptions) {
+      if (assumption.literal != 0) sat.assume(assumption.literal);
+    }
+    const bool is_limited = local_search && conflicts < kMostConflicts;
+    if (is_limited) sat.limit_conflicts(conflicts);
+    switch (sat.solve()) {
+      case bv::SatSolver::Result::sat:
+        return smt2::Answer::sat;
+      case bv::SatSolver::Result::unsat:
+        return smt2::Answer::unsat;
+      case bv::SatSolver::Result::unknown:
+        break;
+    }
+    const TerminationTest* test = options.termination_test;
+    if (!is_limited || (test != nullptr && test->terminate())) return give_up("resource limit");
+    if (try_assignments(kEffortPerConflict * static_cast<std::uint64_t>(conflicts))) {
+      return smt2::Answer::sat;
+    }
+  }
+}
+
+smt2::Answer Solver::give_up(const char* reason) {
+  statistics.interrupted = true;
+  reason_unknown = reason;
+  return smt2::Answer::unknown;
+}
+
+/// Hands what is new to the SAT solver.
+void Solver::write_clauses() {
+  write_level(levels.front(), true);
+  for (std::size_t i = 1; i < levels.size(); ++i)
+    write_level(levels[i], options.is_traced());
+  BackEnd::Circuits& circuits = *back_end->circuits;
+  for (Assumption& assumption : assumptions) {
+    const bv::Lit lit = circuits.blaster.blast_bool(assumption.translated);
+    if (options.is_traced()) {
+      circuits.cnf.assert_true(lit);
+      continue;
+    }
+    assumption.literal = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
+  }
+}
+
+void Solver::write_level(Level& level, bool permanent) {
+  BackEnd::Circuits& circuits = *back_end->circuits;
+  for (; level.written < level.conjuncts.size(); ++level.written) {
+    const bv::Lit lit = circuits.blaster.blast_bool(level.conjuncts[level.written]);
+    if (permanent) {
+      circuits.cnf.assert_true(lit);
+      continue;
+    }
+    if (level.activation == 0) level.activation = circuits.sat->new_variable();
+    const int holds = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
+    circuits.sat->add_clause({-level.activation, holds});
+  }
+}
+
+/// Leaves behind all that was written; what is alive is written again by the next search. When
+/// that is for the sake of garbage, the next time is when as much has come on top of it, so that
+/// the work is shared out evenly.
+void Solver::replace_circuits(bool traced) {
+  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, traced);
+  for (Level& level : levels) {
+    level.written = 0;
+    level.activation = 0;
+  }
+  has_garbage = false;
+}
+
+}  // namespace vorn::solver

@@ -1,0 +1,99 @@
+// Models: what the SAT solver or the local search found, its check, and the values that it gives.
+#include <stdexcept>
+
+#include "vorn/solver/back_end.h"
+#include "vorn/solver/open_terms.h"
+#include "vorn/solver/solver.h"
+
+namespace vorn::solver {
+namespace {
+
+QNumber read_bits(const bv::Cnf& cnf, std::span<const bv::Lit> bits) {
+  mpz_class value;
+  for (std::size_t i = 0; i < bits.size(); ++i) {
+    if (cnf.value(bits[i])) mpz_setbit(value.get_mpz_t(), i);
+  }
+  return QNumber::from_mpz(value);
+}
+
+}  // namespace
+
+void Solver::read_model() {
+  model.clear();
+  open_conversions.clear();
+  for (const bv::BitBlaster::Input& input : back_end->circuits->blaster.get_inputs()) {
+    model.emplace(input.constant, read_bits(back_end->circuits->cnf, input.bits));
+  }
+}
+
+void Solver::read_model(const LocalSearch& found) {
+  model.clear();
+  open_conversions.clear();
+  for (const auto slot : found.get_constants()) {
+    const Term* constant = found.get_term(slot);
+    const Term* encoding = back_end->encoder->get_cached(constant);
+    model.emplace(encoding != nullptr ? encoding : constant, found.get_value(slot));
+  }
+}
+
+QNumber Solver::value_of(const Term* constant) const {
+  // A floating-point or rounding-mode constant has the value of what encodes it; what no assertion
+  // mentions is zero, false, or to nearest even.
+  const Term* encoding = back_end->encoder->get_cached(constant);
+  const auto entry = model.find(encoding != nullptr ? encoding : constant);
+  return entry == model.end() ? QNumber() : entry->second;
+}
+
+/// What the model makes of an application that the theory leaves open.
+QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
+  const Term* choice = back_end->encoder->get_choice(t);
+  const auto found = model.find(choice);
+  const QNumber own = found == model.end() ? QNumber() : found->second;
+  if (t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max) {
+    const DataType* type = t->get_type();
+    const bool negative_first = values[0].test_bit(type->get_e() + type->get_m());
+    return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
+  }
+  const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
+  const OpenConversion& first = open_conversions.emplace(key, OpenConversion{t, own}).first->second;
+  if (first.value != own) clashes.emplace_back(first.witness, t);
+  return first.value;
+}
+
+Evaluator Solver::evaluate_model() {
+  return Evaluator(
+      mgr, [this](const Term* constant) { return value_of(constant); },
+      [this](const Term* t, std::span<const QNumber> values) { return open_value(t, values); });
+}
+
+bool Solver::model_holds() {
+  Evaluator evaluator = evaluate_model();
+  bool holds = true;
+  clashes.clear();
+  for (const Level& level : levels) {
+    for (const Term* assertion : level.assertions) {
+      if (evaluator.evaluate(assertion).sign() == 0) holds = false;
+    }
+  }
+  return holds;
+}
+
+/// States for each clash of the last model that equal arguments have equal results. The statements
+/// speak of the conversions' own constants only, so they do no harm to later levels. False if there
+/// is nothing to state.
+bool Solver::separate_conversions() {
+  BackEnd::Circuits& circuits = *back_end->circuits;
+  for (const auto& [a, b] : clashes) {
+    const Term* congruence = state_congruence(mgr, *back_end->encoder, a, b);
+    circuits.cnf.assert_true(circuits.blaster.blast_bool(congruence));
+  }
+  return !clashes.empty();
+}
+
+const Term* Solver::get_value(const Term* t) {
+  if (!has_model) throw std::logic_error("there is no model");
+  Evaluator evaluator = evaluate_model();
+  return make_literal(mgr, t->get_type(), evaluator.evaluate(t));
+}
+
+}  // namespace vorn::solver
