@@ -198,6 +198,53 @@ TEST(Order, GoesThroughTheZerosAndBack) {
   EXPECT_EQ(order_of(bits_of_order(-77, 64), 64), -77);
 }
 
+TEST_F(LocalSearchTest, ComputesWhatAnEquationDefines) {
+  const DataType* type = mgr.get_fp_type(8, 23);
+  const Term* x = variable("x", type);
+  const Term* y = variable("y", type);
+  const Term* z = variable("z", type);
+  const Term* p = variable("p", mgr.get_bool_type());
+  const std::vector<const Term*> formulas = {mgr.make_equal(z, mgr.make_fp_mul(rne, y, y)),
+                                             mgr.make_fp_equal(mgr.make_fp_neg(x), y),
+                                             mgr.make_equal(p, mgr.make_fp_lt(z, y))};
+  const auto program = WordProgram::compile(mgr, formulas, 100);
+  ASSERT_TRUE(program);
+  ASSERT_EQ(program->get_constants().size(), 1U);
+  EXPECT_EQ(program->get_term(program->get_constants()[0]), x);
+  EXPECT_EQ(program->get_defined().size(), 3U);
+}
+
+TEST_F(LocalSearchTest, LeavesEquationsInACircleAsTheyAre) {
+  const DataType* type = mgr.get_fp_type(8, 23);
+  const Term* x = variable("x", type);
+  const Term* y = variable("y", type);
+  const std::vector<const Term*> formulas = {
+      mgr.make_equal(x, mgr.make_fp_mul(rne, y, fp(3, 8, 23))),
+      mgr.make_equal(y, mgr.make_fp_add(rne, x, fp(-4, 8, 23))), mgr.make_equal(x, x),
+      mgr.make_equal(y, mgr.make_fp_neg(mgr.make_fp_neg(y)))};
+  const auto program = WordProgram::compile(mgr, formulas, 100);
+  ASSERT_TRUE(program);
+  EXPECT_EQ(program->get_constants().size(), 1U);
+  auto search = LocalSearch::prepare(mgr, formulas, 1);
+  ASSERT_TRUE(search && search->run(1'000'000, nullptr));
+  EXPECT_TRUE(satisfies(mgr, *search, formulas));
+}
+
+TEST_F(LocalSearchTest, FollowsAProgramInSingleAssignments) {
+  std::vector<const Term*> formulas;
+  const Term* x = variable("x0", mgr.get_fp_type(8, 23));
+  for (int i = 1; i < 30; ++i) {
+    const Term* next = variable("x" + std::to_string(i), mgr.get_fp_type(8, 23));
+    const Term* scaled = mgr.make_fp_mul(rne, x, fp(0.75, 8, 23));
+    formulas.push_back(mgr.make_equal(next, mgr.make_fp_add(rne, scaled, fp(1, 8, 23))));
+    x = next;
+  }
+  formulas.push_back(mgr.make_fp_lt(fp(5, 8, 23), x));
+  auto search = LocalSearch::prepare(mgr, formulas, 1);
+  ASSERT_TRUE(search && search->run(1'000'000, nullptr));
+  EXPECT_TRUE(satisfies(mgr, *search, formulas));
+}
+
 // The search ------------------------------------------------------------------------------------
 
 TEST_F(LocalSearchTest, FindsARootOfAPolynomial) {

@@ -91,6 +91,12 @@ bool LocalSearch::find_cones() {
   return true;
 }
 
+std::vector<WordProgram::Slot> LocalSearch::get_constants() const {
+  std::vector<Slot> slots(program.get_constants().begin(), program.get_constants().end());
+  slots.insert(slots.end(), program.get_defined().begin(), program.get_defined().end());
+  return slots;
+}
+
 // Search --------------------------------------------------------------------------------------
 
 bool LocalSearch::run(std::uint64_t effort, const TerminationTest* test) {

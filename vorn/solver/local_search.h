@@ -35,8 +35,8 @@ class LocalSearch {
   bool run(std::uint64_t effort, const TerminationTest* test);
 
   /// The constants of the assertions, and after a successful search their values in the form of
-  /// Evaluator. A term keeps its slot.
-  std::span<const WordProgram::Slot> get_constants() const { return program.get_constants(); }
+  /// Evaluator.
+  std::vector<WordProgram::Slot> get_constants() const;
   const Term* get_term(WordProgram::Slot slot) const { return program.get_term(slot); }
   QNumber get_value(WordProgram::Slot slot) const { return program.get_number(slot); }
   /// The number of operations in the assertions.

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "vorn/solver/application.h"
@@ -87,22 +88,60 @@ std::size_t WordProgram::get_width(const DataType* type) {
 
 // Construction --------------------------------------------------------------------------------
 
+/// Programs in static single assignment, as many front ends write them, are full of equations that
+/// a search could keep only by changing both sides at once. That fp.eq takes NaN out and the zeros
+/// together is no matter here: the equation itself is still a formula.
+WordProgram::Definitions WordProgram::find_definitions(const TermManager& manager,
+                                                       std::span<const Term* const> formulas) {
+  Definitions definitions;
+  QNumber ignored;
+  const auto is_constant = [&](const Term* t) {
+    return t->get_arity() == 0 && t->get_tag() == T::none && !manager.is_number(t, &ignored) &&
+           !manager.is_fprounding(t->get_symbol(), nullptr);
+  };
+  for (const Term* f : formulas) {
+    SymbolTag::tag tag = f->get_tag();
+    // What a rewriting manager makes of the equality of Booleans.
+    if (tag == T::bool_not && f->get_arg(0)->get_tag() == T::bool_xor) {
+      f = f->get_arg(0);
+      tag = T::bool_iff;
+    }
+    if (tag != T::equal && tag != T::bool_iff && tag != T::fp_equal) continue;
+    for (const std::size_t side : {0U, 1U}) {
+      const Term* constant = f->get_arg(side);
+      if (!is_constant(constant)) continue;
+      if (definitions.emplace(constant, f->get_arg(1 - side)).second) break;
+    }
+  }
+  return definitions;
+}
+
 std::optional<WordProgram> WordProgram::compile(const TermManager& manager,
                                                 std::span<const Term* const> formulas,
                                                 std::size_t limit) {
   WordProgram program;
+  Definitions definitions = find_definitions(manager, formulas);
   std::unordered_map<const Term*, Slot> slots;
+  std::unordered_set<const Term*> entered;  // defined constants
   std::vector<const Term*> stack(formulas.rbegin(), formulas.rend());
   std::vector<Slot> args;
+  std::vector<const Term*> needed;
   while (!stack.empty()) {
     const Term* t = stack.back();
     if (slots.contains(t)) {
       stack.pop_back();
       continue;
     }
+    needed.assign(t->get_args().begin(), t->get_args().end());
+    const auto definition = definitions.find(t);
+    if (definition != definitions.end()) {
+      needed = {definition->second};
+      // A constant that comes up again before it is computed depends on itself.
+      if (!entered.insert(t).second && !slots.contains(definition->second)) needed.clear();
+    }
     args.clear();
     const std::size_t depth = stack.size();
-    for (const Term* arg : t->get_args()) {
+    for (const Term* arg : needed) {
       const auto found = slots.find(arg);
       if (found == slots.end()) {
         stack.push_back(arg);
@@ -127,13 +166,17 @@ WordProgram::Slot WordProgram::add(const TermManager& manager, const Term* t,
             0, manager.is_bool_type(t->get_type())};
   args.insert(args.end(), arguments.begin(), arguments.end());
   if (!arguments.empty()) {
-    node.native = find_native_format(t->get_arg(node.arity - 1U)->get_type());
+    const DataType* type = nodes[arguments.back()].term->get_type();
+    node.native = find_native_format(type);
   }
   floats = floats || is_float(t->get_type());
   nodes.push_back(node);
   values.push_back(0);
   costs.emplace_back();
-  if (!arguments.empty()) return slot;
+  if (!arguments.empty()) {
+    if (t->get_arity() == 0) defined.push_back(slot);
+    return slot;
+  }
 
   QNumber number;
   IEEEFloat::rounding_mode mode{};
@@ -176,6 +219,9 @@ void WordProgram::compute(Slot slot) {
   const Node& node = nodes[slot];
   std::optional<std::uint64_t> value;
   switch (node.term->get_tag()) {
+    case T::none:  // a constant with a definition
+      value = arg(node, 0);
+      break;
     case T::bool_not:
       value = arg(node, 0) ^ 1U;
       break;
@@ -239,6 +285,8 @@ WordProgram::Cost WordProgram::find_cost(const Node& node, bool holds) const {
   const Cost equal{std::min(a.of_true + b.of_true, a.of_false + b.of_false),
                    std::min(a.of_true + b.of_false, a.of_false + b.of_true)};
   switch (node.term->get_tag()) {
+    case T::none:
+      return a;
     case T::bool_not:
       return {a.of_false, a.of_true};
     case T::bool_and:

@@ -16,6 +16,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "vorn/terms/term.h"
@@ -32,7 +33,8 @@ class WordProgram {
   };
 
   /// The program of these formulas; none where a term has more than 64 bits or where there are more
-  /// than `limit` terms.
+  /// than `limit` terms. A constant that a formula equates with a term is computed as that term, as
+  /// long as it does not depend on itself.
   static std::optional<WordProgram> compile(const TermManager& manager,
                                             std::span<const Term* const> formulas,
                                             std::size_t limit);
@@ -43,6 +45,8 @@ class WordProgram {
   /// The slots of the formulas, of uninterpreted constants, and of literals.
   std::span<const Slot> get_roots() const { return roots; }
   std::span<const Slot> get_constants() const { return constants; }
+  /// Slots of uninterpreted constants that are computed.
+  std::span<const Slot> get_defined() const { return defined; }
   std::span<const Slot> get_literals() const { return literals; }
   std::size_t get_size() const { return nodes.size(); }
   /// Whether a term is a float.
@@ -76,6 +80,10 @@ class WordProgram {
     bool is_boolean;
   };
 
+  using Definitions = std::unordered_map<const Term*, const Term*>;
+
+  static Definitions find_definitions(const TermManager& manager,
+                                      std::span<const Term* const> formulas);
   Slot add(const TermManager& manager, const Term* t, std::span<const Slot> args);
   void compute(Slot slot);
   std::optional<std::uint64_t> compute_natively(const Node& node) const;
@@ -93,6 +101,7 @@ class WordProgram {
   std::vector<Cost> costs;
   std::vector<Slot> roots;
   std::vector<Slot> constants;
+  std::vector<Slot> defined;
   std::vector<Slot> literals;
   bool floats = false;
 };
