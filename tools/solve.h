@@ -26,6 +26,7 @@ struct SolveOptions {
   // Of a single file with a single check; empty for nowhere.
   std::string cnf_file;
   std::string proof_file;
+  bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;
 };

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
 # Decides every script of a folder and compares the answers with those that the script expects.
-#   run.sh VORN FOLDER
+#   run.sh VORN FOLDER [OPTION...]
 # A script carries (set-info :status ...) before each check-sat, or has a FILE.out beside it with
-# all that it prints. Options for the command may stand in a first line "; options: ...".
+# all that it prints. Options for the command may stand in a first line "; options: ..."; those given
+# here go with every script.
 set -u
 vorn=$1
 folder=$2
+shift 2
 passed=0
 failed=0
 for script in "$folder"/*.smt2; do
@@ -15,7 +17,7 @@ for script in "$folder"/*.smt2; do
   else
     expected=$(grep -o '(set-info :status [a-z]*)' "$script" | sed 's/.*status \([a-z]*\))/\1/')
   fi
-  actual=$("$vorn" "${options[@]}" "$script" 2>&1)
+  actual=$("$vorn" "$@" "${options[@]}" "$script" 2>&1)
   if [[ -n $expected && $actual == "$expected" ]]; then
     passed=$((passed + 1))
   else

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -15,6 +16,7 @@
 #include "vorn/bv/sat_solver.h"
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/solver/evaluator.h"
+#include "vorn/solver/fp_rewriter.h"
 #include "vorn/solver/open_terms.h"
 #include "vorn/solver/translator.h"
 
@@ -85,8 +87,10 @@ struct Solver::BackEnd {
         translator(manager, *encoder),
         circuits(std::make_unique<Circuits>(manager, options)) {
     encoder->set_termination_test(options.termination_test);
+    if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
   }
 
+  std::optional<FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
   std::unique_ptr<Circuits> circuits;
@@ -120,8 +124,26 @@ void Solver::assert_formula(const Term* f) {
 /// The translation of `f`, which belongs to the innermost level, as do the constraints beside it.
 const Term* Solver::translate(const Term* f, Level& level) {
   const Stopwatch watch(&statistics.translation_seconds);
+  if (back_end->rewriter) f = back_end->rewriter->rewrite(f);
   // If a part of f is refused, what was translated before it stays in use: so do its constraints.
   return back_end->translator.translate(f, &level.conjuncts);
+}
+
+/// What stands for `t`, a part of an assertion, where the encoder sees it.
+const Term* Solver::encoded_form(const Term* t) const {
+  const Term* rewritten = back_end->rewriter ? back_end->rewriter->find(t) : nullptr;
+  return rewritten == nullptr ? t : rewritten;
+}
+
+std::vector<const Term*> Solver::get_encoded_assertions() const {
+  std::vector<const Term*> all = get_assertions();
+  for (const Term*& f : all)
+    f = encoded_form(f);
+  return all;
+}
+
+std::string Solver::describe_rewriting() const {
+  return back_end->rewriter ? back_end->rewriter->describe_counts() : "";
 }
 
 void Solver::push() {
@@ -246,6 +268,7 @@ smt2::Answer Solver::search() {
   }
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
+  if (const std::string rules = describe_rewriting(); !rules.empty()) log("rewriting: " + rules);
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
                   sat.get_variable_count(), sat.get_clause_count()));
@@ -348,16 +371,26 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
   Encoding encoding;
   encoding.assertions = get_assertions();
+  encoding.open_terms = find_open_terms(encoding.assertions);
+  // Models are checked against the assertions as given, so what they leave open has a constant even
+  // where rewriting has dropped it.
+  std::vector<const Term*> encoded_terms;
+  for (const Term* t : encoding.open_terms)
+    encoded_terms.push_back(encoded_form(t));
+  for (const Term* t : encoded_terms)
+    back_end->translator.translate(t, &levels.back().conjuncts);
   for (const Level& level : levels) {
     encoding.conjuncts.insert(encoding.conjuncts.end(), level.conjuncts.begin(),
                               level.conjuncts.end());
   }
   for (const Assumption& assumption : assumptions)
     encoding.conjuncts.push_back(assumption.translated);
-  encoding.open_terms = find_open_terms(encoding.assertions);
-  for (const Term* t : encoding.open_terms)
+  for (std::size_t i = 0; i < encoded_terms.size(); ++i) {
+    const bool is_same = encoded_terms[i]->get_symbol() == encoding.open_terms[i]->get_symbol();
+    const Term* t = is_same ? encoded_terms[i] : encoding.open_terms[i];
     encoding.choices.push_back(back_end->encoder->get_choice(t));
-  for (const Term* f : state_congruences(mgr, *back_end->encoder, encoding.open_terms))
+  }
+  for (const Term* f : state_congruences(mgr, *back_end->encoder, encoded_terms))
     encoding.conjuncts.push_back(f);
   return encoding;
 }
@@ -371,7 +404,7 @@ const Term* Solver::get_encoding(const Term* constant) const {
 
 /// Starts the back end of the one check: what was written so far was not traced.
 void Solver::start_traces() {
-  const std::vector<const Term*> open_terms = find_open_terms(get_assertions());
+  const std::vector<const Term*> open_terms = find_open_terms(get_encoded_assertions());
   for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
     levels.back().conjuncts.push_back(f);
   replace_circuits(true);
@@ -405,19 +438,27 @@ QNumber Solver::value_of(const Term* constant) const {
   return entry == model.end() ? QNumber() : entry->second;
 }
 
-/// What the model makes of an application that the theory leaves open.
+/// What the model makes of an application that the theory leaves open. A conversion that is not
+/// encoded, be it that rewriting dropped it, has the value of one that is, if the arguments agree.
 QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
-  const Term* choice = back_end->encoder->get_choice(t);
+  const bool selects = t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max;
+  const Term* witness = selects ? t : encoded_form(t);
+  const Term* choice = back_end->encoder->get_choice(witness);
   const auto found = model.find(choice);
   const QNumber own = found == model.end() ? QNumber() : found->second;
-  if (t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max) {
+  if (selects) {
     const DataType* type = t->get_type();
     const bool negative_first = values[0].test_bit(type->get_e() + type->get_m());
     return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
   }
   const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
-  const OpenConversion& first = open_conversions.emplace(key, OpenConversion{t, own}).first->second;
-  if (first.value != own) clashes.emplace_back(first.witness, t);
+  if (back_end->encoder->get_cached(witness) == nullptr) {
+    const auto known = open_conversions.find(key);
+    return known == open_conversions.end() ? QNumber() : known->second.value;
+  }
+  const OpenConversion& first =
+      open_conversions.emplace(key, OpenConversion{witness, own}).first->second;
+  if (first.value != own) clashes.emplace_back(first.witness, witness);
   return first.value;
 }
 
@@ -431,10 +472,11 @@ bool Solver::model_holds() {
   Evaluator evaluator = evaluate_model();
   bool holds = true;
   clashes.clear();
-  for (const Level& level : levels) {
-    for (const Term* assertion : level.assertions) {
-      if (evaluator.evaluate(assertion).sign() == 0) holds = false;
-    }
+  // What was encoded comes first: its conversions decide for those that rewriting dropped.
+  for (const Term* assertion : get_encoded_assertions())
+    evaluator.evaluate(assertion);
+  for (const Term* assertion : get_assertions()) {
+    if (evaluator.evaluate(assertion).sign() == 0) holds = false;
   }
   return holds;
 }

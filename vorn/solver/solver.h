@@ -47,6 +47,9 @@ VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, Term
 
 struct VORN_EXPORT Options {
   EncoderKind encoder = EncoderKind::ieee;
+  /// Whether formulas are rewritten before the exact encoder gets them; the base encoder gets what
+  /// was asserted in any case.
+  bool rewrite = true;
   /// Of the SAT solver; not negative.
   int seed = 0;
   /// Asked during the search; borrowed, may be null.
@@ -105,6 +108,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   /// The constant that stands for a constant of the assertions in their encoding; null for a float
   /// or rounding mode that none of them mentions.
   const Term* get_encoding(const Term* constant) const;
+  /// How often each rule was applied since terms were last collected, as text; empty for never.
+  std::string describe_rewriting() const;
 
   Statistics get_statistics() const;
 
@@ -134,6 +139,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void start_traces();
   void write_cnf() const;
   const Term* translate(const Term* f, Level& level);
+  const Term* encoded_form(const Term* t) const;
+  std::vector<const Term*> get_encoded_assertions() const;
   smt2::Answer decide();
   smt2::Answer search();
   smt2::Answer give_up(const char* reason);

@@ -1,0 +1,18 @@
+; The neutral zero is -0, toward negative +0. Adding the other one makes every zero that one.
+(set-logic QF_BVFP)
+(define-sort F () Float16)
+(declare-const x F)
+(assert (or
+  (not (= (fp.add RNE x (_ -zero 5 11)) x))
+  (not (= (fp.add RNE (_ +zero 5 11) x) (ite (fp.isZero x) (_ +zero 5 11) x)))
+  (not (= (fp.add RNA x (_ -zero 5 11)) x))
+  (not (= (fp.add RNA (_ +zero 5 11) x) (ite (fp.isZero x) (_ +zero 5 11) x)))
+  (not (= (fp.add RTP x (_ -zero 5 11)) x))
+  (not (= (fp.add RTP (_ +zero 5 11) x) (ite (fp.isZero x) (_ +zero 5 11) x)))
+  (not (= (fp.add RTN x (_ +zero 5 11)) x))
+  (not (= (fp.add RTN (_ -zero 5 11) x) (ite (fp.isZero x) (_ -zero 5 11) x)))
+  (not (= (fp.add RTZ x (_ -zero 5 11)) x))
+  (not (= (fp.add RTZ (_ +zero 5 11) x) (ite (fp.isZero x) (_ +zero 5 11) x)))
+))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,45 @@
+// Rules that replace a floating-point operation by an equal one that is cheaper to encode or more
+// often shared.
+//
+// Every rule is an identity of the SMT-LIB FloatingPoint theory: of values, the one NaN, the sign
+// of zeros and, unless it asks for certain modes, all five rounding modes included. None says
+// anything about the circuits of an encoder, so none may be used with one that departs from the
+// theory. For each rule there is a script tests/regress/rewrites/NAME.smt2 in which the solver
+// refutes a counterexample without rewriting.
+//
+// Rules end: each of them lowers, in this order, the number of operations that it takes away
+// (fp.sub, fp.div by a literal, fp.fma, fp.lt and fp.leq on special operands, ...), the depth below
+// which negations and widenings stand, or the number of operands that are out of order.
+#ifndef VORN_SOLVER_FP_RULES_H
+#define VORN_SOLVER_FP_RULES_H
+
+#include <array>
+#include <span>
+
+#include "vorn/terms/term.h"
+#include "vorn/terms/term_manager.h"
+#include "vorn/utils/export.h"
+
+namespace vorn::solver {
+
+struct FpRule {
+  static constexpr std::size_t kMaxTags = 16;
+
+  const char* name;
+  std::array<SymbolTag::tag, kMaxTags> tags;  // of the operations that it looks at; others none
+  /// An equal term other than `t`, or null where the rule does not apply.
+  const Term* (*apply)(TermManager& mgr, const Term* t);
+};
+
+/// Sums, products, quotients and the other operations of one format.
+VORN_EXPORT std::span<const FpRule> get_arithmetic_rules();
+/// Conversions, and operations between two of them.
+VORN_EXPORT std::span<const FpRule> get_conversion_rules();
+/// Comparisons and equality.
+VORN_EXPORT std::span<const FpRule> get_comparison_rules();
+/// Classes.
+VORN_EXPORT std::span<const FpRule> get_class_rules();
+
+}  // namespace vorn::solver
+
+#endif

@@ -1,0 +1,290 @@
+// Rules within one format.
+//
+// The reasons lean on three facts of IEEE 754-2019: a result is the exact result rounded once
+// (clause 4.3), the sign of a product or quotient is the exclusive or of the operands' signs, and
+// an exact sum of zero is +0, or -0 toward negative, unless both addends are zeros of one sign
+// (clause 6.3).
+#include <utility>
+
+#include "vorn/solver/evaluator.h"
+#include "vorn/solver/fp_patterns.h"
+#include "vorn/solver/fp_rules.h"
+#include "vorn/terms/ieee_arithmetic.h"
+
+namespace vorn::solver {
+namespace {
+
+using T = SymbolTag;
+
+const Term* with_args(TermManager& mgr, const Term* t, std::initializer_list<const Term*> args) {
+  return mgr.rebuild(t, std::span(args.begin(), args.size()));
+}
+
+/// Above this exponent width exact numbers are too long to be computed on the way.
+constexpr std::size_t kMaxFoldedExponent = 16;
+
+bool can_fold(const TermManager& mgr, const Term* t) {
+  if (mode_literal(mgr, t)) return true;
+  if (t->get_symbol()->get_literal() == nullptr) return false;
+  return !is_float(t) || t->get_type()->get_e() <= kMaxFoldedExponent;
+}
+
+/// An operation on literals is its value, unless the theory leaves that open.
+const Term* fold(TermManager& mgr, const Term* t) {
+  for (const Term* arg : t->get_args()) {
+    if (!can_fold(mgr, arg)) return nullptr;
+  }
+  bool is_open = false;
+  Evaluator evaluator(
+      mgr, [](const Term*) { return QNumber(); },
+      [&is_open](const Term*, std::span<const QNumber>) {
+        is_open = true;
+        return QNumber();
+      });
+  const QNumber value = evaluator.evaluate(t);
+  return is_open ? nullptr : make_literal(mgr, t->get_type(), value);
+}
+
+// Signs -----------------------------------------------------------------------------------------
+
+/// -(-x) = x, for NaN has no sign.
+const Term* neg_of_neg(TermManager&, const Term* t) {
+  const Term* x = t->get_arg(0);
+  return has_tag(x, T::fp_neg) ? x->get_arg(0) : nullptr;
+}
+
+/// |-x| = ||x|| = |x|.
+const Term* abs_of_sign(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(0);
+  if (has_tag(x, T::fp_abs)) return x;
+  return has_tag(x, T::fp_neg) ? mgr.make_fp_abs(x->get_arg(0)) : nullptr;
+}
+
+/// x - y = x + -y: IEEE 754 defines the difference so.
+const Term* sub_is_add(TermManager& mgr, const Term* t) {
+  return mgr.make_fp_add(t->get_arg(0), t->get_arg(1), mgr.make_fp_neg(t->get_arg(2)));
+}
+
+/// Two negations leave the sign of the product and its magnitude alone.
+const Term* signs_cancel(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(1);
+  const Term* y = t->get_arg(2);
+  if (!has_tag(x, T::fp_neg) || !has_tag(y, T::fp_neg)) return nullptr;
+  x = x->get_arg(0);
+  y = y->get_arg(0);
+  if (!has_tag(t, T::fp_fma)) return with_args(mgr, t, {t->get_arg(0), x, y});
+  return with_args(mgr, t, {t->get_arg(0), x, y, t->get_arg(3)});
+}
+
+/// -x * y = -(x * y), and likewise for quotients, where the rounding mode is mirrored: rounding up
+/// what is negated is rounding down what is not.
+const Term* sign_of_product(TermManager& mgr, const Term* t) {
+  const auto mode = mode_literal(mgr, t->get_arg(0));
+  if (!mode) return nullptr;
+  const Term* x = t->get_arg(1);
+  const Term* y = t->get_arg(2);
+  if (has_tag(x, T::fp_neg)) {
+    x = x->get_arg(0);
+  } else if (has_tag(y, T::fp_neg)) {
+    y = y->get_arg(0);
+  } else {
+    return nullptr;
+  }
+  return mgr.make_fp_neg(with_args(mgr, t, {mgr.make_fprounding(mirrored(*mode)), x, y}));
+}
+
+/// The integer nearest to -x is the negation of the one nearest to x, in the mirrored mode; a zero
+/// has the sign of the operand.
+const Term* sign_of_integral(TermManager& mgr, const Term* t) {
+  const auto mode = mode_literal(mgr, t->get_arg(0));
+  const Term* x = t->get_arg(1);
+  if (!mode || !has_tag(x, T::fp_neg)) return nullptr;
+  return mgr.make_fp_neg(
+      mgr.make_fp_round_to_integral(mgr.make_fprounding(mirrored(*mode)), x->get_arg(0)));
+}
+
+/// rem(x, y) = x - y * n with n the integer nearest to x / y, the even one of two, and a zero has
+/// the sign of x: negating y negates n, and negating x negates n and the result.
+const Term* sign_of_remainder(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(0);
+  const Term* y = t->get_arg(1);
+  if (has_tag(y, T::fp_neg) || has_tag(y, T::fp_abs)) return mgr.make_fp_rem(x, y->get_arg(0));
+  return has_tag(x, T::fp_neg) ? mgr.make_fp_neg(mgr.make_fp_rem(x->get_arg(0), y)) : nullptr;
+}
+
+// Order of operands -----------------------------------------------------------------------------
+
+/// x + y = y + x, x * y = y * x, and the factors of a fused operation.
+const Term* commutes(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(1);
+  const Term* y = t->get_arg(2);
+  if (x->get_id() <= y->get_id()) return nullptr;
+  if (!has_tag(t, T::fp_fma)) return with_args(mgr, t, {t->get_arg(0), y, x});
+  return with_args(mgr, t, {t->get_arg(0), y, x, t->get_arg(3)});
+}
+
+// Special operands ------------------------------------------------------------------------------
+
+/// x if `unit` is 1, -x if it is -1, which change neither zeros nor infinities; null otherwise.
+const Term* times_unit(TermManager& mgr, const Term* x, const Term* unit) {
+  const auto value = float_literal(unit);
+  if (!value) return nullptr;
+  if (is_one(*value)) return x;
+  return is_one(ieee_neg(*value)) ? mgr.make_fp_neg(x) : nullptr;
+}
+
+/// x * 1 = x, x * -1 = -x: nothing is rounded.
+const Term* mul_by_one(TermManager& mgr, const Term* t) {
+  if (const Term* product = times_unit(mgr, t->get_arg(1), t->get_arg(2))) return product;
+  return times_unit(mgr, t->get_arg(2), t->get_arg(1));
+}
+
+const Term* div_by_one(TermManager& mgr, const Term* t) {
+  return times_unit(mgr, t->get_arg(1), t->get_arg(2));
+}
+
+/// x / c = x * (1 / c) where 1 / c is a value, so that both sides round the same number. Such a c
+/// is a power of two.
+const Term* div_by_power(TermManager& mgr, const Term* t) {
+  const auto c = float_literal(t->get_arg(2));
+  if (!c || c->is_nan() || c->is_inf() || c->is_zero()) return nullptr;
+  const IEEEFloat one = make_one(c->get_format());
+  const IEEEFloat below = ieee_div(Mode::minus_inf, one, *c);
+  const IEEEFloat above = ieee_div(Mode::plus_inf, one, *c);
+  if (below.get_bits() != above.get_bits()) return nullptr;
+  return mgr.make_fp_mul(t->get_arg(0), t->get_arg(1), make_float(mgr, below));
+}
+
+/// x / x is 1, or NaN for NaN, infinities and zeros.
+const Term* div_by_itself(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(1);
+  if (x != t->get_arg(2)) return nullptr;
+  const Term* invalid =
+      mgr.make_or(mgr.make_or(mgr.make_fp_isnan(x), mgr.make_fp_isinf(x)), mgr.make_fp_iszero(x));
+  const Format f = format_of(t);
+  return mgr.make_term_ite(invalid, mgr.make_fp_nan(f.e, f.m), make_float(mgr, make_one(f)));
+}
+
+/// x + x = x * 2: both are the exact double rounded, and of zeros and infinities both are x.
+const Term* add_itself(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(1);
+  if (x != t->get_arg(2)) return nullptr;
+  const IEEEFloat one = make_one(format_of(t));
+  const Term* two = make_float(mgr, ieee_add(Mode::nearest_even, one, one));
+  return mgr.make_fp_mul(t->get_arg(0), x, two);
+}
+
+/// x + -x is an exact zero, whose sign the mode decides, or NaN for NaN and infinities.
+const Term* add_opposite(TermManager& mgr, const Term* t) {
+  const Term* x = t->get_arg(1);
+  const Term* y = t->get_arg(2);
+  if (has_tag(x, T::fp_neg)) std::swap(x, y);
+  if (!has_tag(y, T::fp_neg) || y->get_arg(0) != x) return nullptr;
+  const Format f = format_of(t);
+  const Term* zero =
+      mgr.make_term_ite(mgr.make_equal(t->get_arg(0), mgr.make_fprounding_minus_inf()),
+                        make_float(mgr, make_zero(f, true)), make_float(mgr, make_zero(f)));
+  return mgr.make_term_ite(mgr.make_or(mgr.make_fp_isnan(x), mgr.make_fp_isinf(x)),
+                           mgr.make_fp_nan(f.e, f.m), zero);
+}
+
+/// The sign of the zero that is neutral for sums in the mode: a zero of the other sign stays, too.
+bool neutral_is_negative(Mode mode) {
+  return mode != Mode::minus_inf;
+}
+
+/// x + 0 = x for the neutral zero. For the other one x is changed only where it is the neutral one.
+const Term* add_zero(TermManager& mgr, const Term* t) {
+  const auto mode = mode_literal(mgr, t->get_arg(0));
+  if (!mode) return nullptr;
+  for (const auto& [x, zero] :
+       {std::pair(t->get_arg(1), t->get_arg(2)), std::pair(t->get_arg(2), t->get_arg(1))}) {
+    const auto value = float_literal(zero);
+    if (!value || !value->is_zero()) continue;
+    if (value->is_sign_set() == neutral_is_negative(*mode)) return x;
+    return mgr.make_term_ite(mgr.make_fp_iszero(x), zero, x);
+  }
+  return nullptr;
+}
+
+/// x * 1 + z = x + z, x * -1 + z = -x + z: the product is exact.
+const Term* fma_by_one(TermManager& mgr, const Term* t) {
+  const Term* x = times_unit(mgr, t->get_arg(1), t->get_arg(2));
+  if (x == nullptr) x = times_unit(mgr, t->get_arg(2), t->get_arg(1));
+  return x == nullptr ? nullptr : mgr.make_fp_add(t->get_arg(0), x, t->get_arg(3));
+}
+
+/// x * y + 0 = x * y for the zero that is neutral in the mode: the exact product is rounded once,
+/// and a product of zero keeps its sign.
+const Term* fma_with_zero(TermManager& mgr, const Term* t) {
+  const auto mode = mode_literal(mgr, t->get_arg(0));
+  const auto z = float_literal(t->get_arg(3));
+  if (!mode || !z || !z->is_zero() || z->is_sign_set() != neutral_is_negative(*mode)) {
+    return nullptr;
+  }
+  return mgr.make_fp_mul(t->get_arg(0), t->get_arg(1), t->get_arg(2));
+}
+
+/// min(x, x) = max(x, x) = x: which zero is chosen is open for different zeros only.
+const Term* select_of_same(TermManager&, const Term* t) {
+  return t->get_arg(0) == t->get_arg(1) ? t->get_arg(0) : nullptr;
+}
+
+/// min(x, NaN) = max(x, NaN) = x.
+const Term* select_of_nan(TermManager&, const Term* t) {
+  for (std::size_t i = 0; i < 2; ++i) {
+    const auto value = float_literal(t->get_arg(i));
+    if (value && value->is_nan()) return t->get_arg(1 - i);
+  }
+  return nullptr;
+}
+
+/// What is an integer, an infinity or NaN stays so. Integers that a conversion rounds are integers
+/// still where the format has them all.
+const Term* integral_of_integral(TermManager&, const Term* t) {
+  const Term* x = t->get_arg(1);
+  const bool is_integral =
+      has_tag(x, T::fp_round_to_integral) || (converted_integer(x) && has_integers(format_of(x)));
+  return is_integral ? x : nullptr;
+}
+
+constexpr FpRule kRules[] = {
+    {"fold",
+     {T::fp_neg, T::fp_add, T::fp_sub, T::fp_mul, T::fp_div, T::fp_cast, T::fp_from_sbv,
+      T::fp_from_ubv, T::fp_to_sbv, T::fp_to_ubv, T::fp_abs, T::fp_sqrt, T::fp_fma, T::fp_rem,
+      T::fp_round_to_integral, T::fp_to_bits},
+     fold},
+    {"fold",
+     {T::fp_from_bits, T::fp_equal, T::fp_lt, T::fp_le, T::fp_isnan, T::fp_isinf, T::fp_iszero,
+      T::fp_isnormal, T::fp_issubnormal, T::fp_isnegative, T::fp_ispositive, T::fp_min, T::fp_max,
+      T::equal},
+     fold},
+    {"neg-of-neg", {T::fp_neg}, neg_of_neg},
+    {"abs-of-sign", {T::fp_abs}, abs_of_sign},
+    {"sub-is-add", {T::fp_sub}, sub_is_add},
+    {"add-opposite", {T::fp_add}, add_opposite},
+    {"add-itself", {T::fp_add}, add_itself},
+    {"add-zero", {T::fp_add}, add_zero},
+    {"mul-by-one", {T::fp_mul}, mul_by_one},
+    {"div-by-one", {T::fp_div}, div_by_one},
+    {"div-by-power", {T::fp_div}, div_by_power},
+    {"div-by-itself", {T::fp_div}, div_by_itself},
+    {"fma-by-one", {T::fp_fma}, fma_by_one},
+    {"fma-with-zero", {T::fp_fma}, fma_with_zero},
+    {"signs-cancel", {T::fp_mul, T::fp_div, T::fp_fma}, signs_cancel},
+    {"sign-of-product", {T::fp_mul, T::fp_div}, sign_of_product},
+    {"sign-of-integral", {T::fp_round_to_integral}, sign_of_integral},
+    {"sign-of-remainder", {T::fp_rem}, sign_of_remainder},
+    {"select-of-same", {T::fp_min, T::fp_max}, select_of_same},
+    {"select-of-nan", {T::fp_min, T::fp_max}, select_of_nan},
+    {"integral-of-integral", {T::fp_round_to_integral}, integral_of_integral},
+    {"commutes", {T::fp_add, T::fp_mul, T::fp_fma}, commutes},
+};
+
+}  // namespace
+
+std::span<const FpRule> get_arithmetic_rules() {
+  return kRules;
+}
+
+}  // namespace vorn::solver
