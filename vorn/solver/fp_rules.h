@@ -7,9 +7,9 @@
 // theory. For each rule there is a script tests/regress/rewrites/NAME.smt2 in which the solver
 // refutes a counterexample without rewriting.
 //
-// Rules end: each of them lowers, in this order, the number of operations that it takes away
-// (fp.sub, fp.div by a literal, fp.fma, fp.lt and fp.leq on special operands, ...), the depth below
-// which negations and widenings stand, or the number of operands that are out of order.
+// Rules end: each of them takes away operations that none brings back (products with powers of two,
+// fused products with 1, negations and widenings below other operations, comparisons of special
+// operands, ...), replaces an operation by smaller ones, or puts operands in order.
 #ifndef VORN_SOLVER_FP_RULES_H
 #define VORN_SOLVER_FP_RULES_H
 

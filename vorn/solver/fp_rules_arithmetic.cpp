@@ -60,9 +60,25 @@ const Term* abs_of_sign(TermManager& mgr, const Term* t) {
   return has_tag(x, T::fp_neg) ? mgr.make_fp_abs(x->get_arg(0)) : nullptr;
 }
 
-/// x - y = x + -y: IEEE 754 defines the difference so.
-const Term* sub_is_add(TermManager& mgr, const Term* t) {
-  return mgr.make_fp_add(t->get_arg(0), t->get_arg(1), mgr.make_fp_neg(t->get_arg(2)));
+/// x + -y = x - y, which IEEE 754 defines so, and x - -y = x + y. An adder that subtracts costs
+/// nothing, while a negation tests for NaN.
+const Term* sum_with_negation(TermManager& mgr, const Term* t) {
+  const Term* rm = t->get_arg(0);
+  const Term* x = t->get_arg(1);
+  const Term* y = t->get_arg(2);
+  if (has_tag(y, T::fp_neg)) {
+    y = y->get_arg(0);
+    return has_tag(t, T::fp_add) ? mgr.make_fp_sub(rm, x, y) : mgr.make_fp_add(rm, x, y);
+  }
+  const bool negated_first = has_tag(t, T::fp_add) && has_tag(x, T::fp_neg);
+  return negated_first ? mgr.make_fp_sub(rm, y, x->get_arg(0)) : nullptr;
+}
+
+/// x - c = x + -c: the negation of a literal is a literal.
+const Term* sub_of_literal(TermManager& mgr, const Term* t) {
+  const auto c = float_literal(t->get_arg(2));
+  if (!c) return nullptr;
+  return mgr.make_fp_add(t->get_arg(0), t->get_arg(1), make_float(mgr, ieee_neg(*c)));
 }
 
 /// Two negations leave the sign of the product and its magnitude alone.
@@ -143,16 +159,43 @@ const Term* div_by_one(TermManager& mgr, const Term* t) {
   return times_unit(mgr, t->get_arg(1), t->get_arg(2));
 }
 
-/// x / c = x * (1 / c) where 1 / c is a value, so that both sides round the same number. Such a c
-/// is a power of two.
-const Term* div_by_power(TermManager& mgr, const Term* t) {
-  const auto c = float_literal(t->get_arg(2));
-  if (!c || c->is_nan() || c->is_inf() || c->is_zero()) return nullptr;
+/// 1 / c, if that is a value other than an infinity: c is a power of two then.
+std::optional<IEEEFloat> exact_reciprocal(const Term* t) {
+  const auto c = float_literal(t);
+  if (!c || c->is_nan() || c->is_inf() || c->is_zero()) return std::nullopt;
   const IEEEFloat one = make_one(c->get_format());
   const IEEEFloat below = ieee_div(Mode::minus_inf, one, *c);
   const IEEEFloat above = ieee_div(Mode::plus_inf, one, *c);
-  if (below.get_bits() != above.get_bits()) return nullptr;
-  return mgr.make_fp_mul(t->get_arg(0), t->get_arg(1), make_float(mgr, below));
+  if (below.get_bits() != above.get_bits()) return std::nullopt;
+  return below;
+}
+
+/// x * 2 = x / (1/2) = x + x: all are the exact double rounded, and of zeros and infinities all are
+/// x. Where both addends are one, most of an adder goes away.
+const Term* double_is_sum(TermManager& mgr, const Term* t) {
+  const IEEEFloat one = make_one(format_of(t));
+  const IEEEFloat two = ieee_add(Mode::nearest_even, one, one);
+  const Term* x = t->get_arg(1);
+  auto factor = float_literal(t->get_arg(2));
+  if (has_tag(t, T::fp_div)) {
+    factor = exact_reciprocal(t->get_arg(2));
+  } else if (!factor) {
+    factor = float_literal(x);
+    x = t->get_arg(2);
+  }
+  if (!factor || factor->get_bits() != two.get_bits()) return nullptr;
+  return mgr.make_fp_add(t->get_arg(0), x, x);
+}
+
+/// x * c = x / (1 / c) where 1 / c is a value: the same number is rounded. Of the two circuits the
+/// divider has less to normalise.
+const Term* mul_by_power(TermManager& mgr, const Term* t) {
+  for (const auto& [x, c] :
+       {std::pair(t->get_arg(1), t->get_arg(2)), std::pair(t->get_arg(2), t->get_arg(1))}) {
+    const auto reciprocal = exact_reciprocal(c);
+    if (reciprocal) return mgr.make_fp_div(t->get_arg(0), x, make_float(mgr, *reciprocal));
+  }
+  return nullptr;
 }
 
 /// x / x is 1, or NaN for NaN, infinities and zeros.
@@ -165,21 +208,10 @@ const Term* div_by_itself(TermManager& mgr, const Term* t) {
   return mgr.make_term_ite(invalid, mgr.make_fp_nan(f.e, f.m), make_float(mgr, make_one(f)));
 }
 
-/// x + x = x * 2: both are the exact double rounded, and of zeros and infinities both are x.
-const Term* add_itself(TermManager& mgr, const Term* t) {
+/// x - x is an exact zero, whose sign the mode decides, or NaN for NaN and infinities.
+const Term* sub_itself(TermManager& mgr, const Term* t) {
   const Term* x = t->get_arg(1);
   if (x != t->get_arg(2)) return nullptr;
-  const IEEEFloat one = make_one(format_of(t));
-  const Term* two = make_float(mgr, ieee_add(Mode::nearest_even, one, one));
-  return mgr.make_fp_mul(t->get_arg(0), x, two);
-}
-
-/// x + -x is an exact zero, whose sign the mode decides, or NaN for NaN and infinities.
-const Term* add_opposite(TermManager& mgr, const Term* t) {
-  const Term* x = t->get_arg(1);
-  const Term* y = t->get_arg(2);
-  if (has_tag(x, T::fp_neg)) std::swap(x, y);
-  if (!has_tag(y, T::fp_neg) || y->get_arg(0) != x) return nullptr;
   const Format f = format_of(t);
   const Term* zero =
       mgr.make_term_ite(mgr.make_equal(t->get_arg(0), mgr.make_fprounding_minus_inf()),
@@ -194,15 +226,20 @@ bool neutral_is_negative(Mode mode) {
 }
 
 /// x + 0 = x for the neutral zero. For the other one x is changed only where it is the neutral one.
+/// 0 - x is the same with -x.
 const Term* add_zero(TermManager& mgr, const Term* t) {
   const auto mode = mode_literal(mgr, t->get_arg(0));
   if (!mode) return nullptr;
-  for (const auto& [x, zero] :
-       {std::pair(t->get_arg(1), t->get_arg(2)), std::pair(t->get_arg(2), t->get_arg(1))}) {
-    const auto value = float_literal(zero);
+  for (std::size_t i = 1; i < 3; ++i) {
+    const auto value = float_literal(t->get_arg(i));
     if (!value || !value->is_zero()) continue;
+    const Term* x = t->get_arg(3 - i);
+    if (has_tag(t, T::fp_sub)) {
+      if (i == 2) return nullptr;
+      x = mgr.make_fp_neg(x);
+    }
     if (value->is_sign_set() == neutral_is_negative(*mode)) return x;
-    return mgr.make_term_ite(mgr.make_fp_iszero(x), zero, x);
+    return mgr.make_term_ite(mgr.make_fp_iszero(x), t->get_arg(i), x);
   }
   return nullptr;
 }
@@ -261,13 +298,14 @@ constexpr FpRule kRules[] = {
      fold},
     {"neg-of-neg", {T::fp_neg}, neg_of_neg},
     {"abs-of-sign", {T::fp_abs}, abs_of_sign},
-    {"sub-is-add", {T::fp_sub}, sub_is_add},
-    {"add-opposite", {T::fp_add}, add_opposite},
-    {"add-itself", {T::fp_add}, add_itself},
-    {"add-zero", {T::fp_add}, add_zero},
+    {"sub-of-literal", {T::fp_sub}, sub_of_literal},
+    {"sum-with-negation", {T::fp_add, T::fp_sub}, sum_with_negation},
+    {"sub-itself", {T::fp_sub}, sub_itself},
+    {"add-zero", {T::fp_add, T::fp_sub}, add_zero},
     {"mul-by-one", {T::fp_mul}, mul_by_one},
     {"div-by-one", {T::fp_div}, div_by_one},
-    {"div-by-power", {T::fp_div}, div_by_power},
+    {"double-is-sum", {T::fp_mul, T::fp_div}, double_is_sum},
+    {"mul-by-power", {T::fp_mul}, mul_by_power},
     {"div-by-itself", {T::fp_div}, div_by_itself},
     {"fma-by-one", {T::fp_fma}, fma_by_one},
     {"fma-with-zero", {T::fp_fma}, fma_with_zero},

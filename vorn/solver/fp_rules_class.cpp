@@ -145,7 +145,8 @@ const Term* nan_of_operation(TermManager& mgr, const Term* t) {
         mgr.make_and(mgr.make_fp_isnegative(x), mgr.make_not(mgr.make_fp_iszero(x)));
     return mgr.make_or(mgr.make_fp_isnan(x), negative);
   }
-  const bool has_mode = has_tag(op, T::fp_add) || has_tag(op, T::fp_mul) || has_tag(op, T::fp_div);
+  const bool is_sum = has_tag(op, T::fp_add) || has_tag(op, T::fp_sub);
+  const bool has_mode = is_sum || has_tag(op, T::fp_mul) || has_tag(op, T::fp_div);
   const bool selects = has_tag(op, T::fp_min) || has_tag(op, T::fp_max);
   if (!has_mode && !selects && !has_tag(op, T::fp_rem)) return nullptr;
   const Term* x = op->get_arg(has_mode ? 1 : 0);
@@ -159,9 +160,12 @@ const Term* nan_of_operation(TermManager& mgr, const Term* t) {
   const Term* invalid = nullptr;
   switch (op->get_tag()) {
     case T::fp_add:
-      invalid = mgr.make_and(mgr.make_and(x_inf, y_inf),
-                             mgr.make_xor(mgr.make_fp_isnegative(x), mgr.make_fp_isnegative(y)));
+    case T::fp_sub: {
+      const Term* differ = mgr.make_xor(mgr.make_fp_isnegative(x), mgr.make_fp_isnegative(y));
+      const Term* opposite = has_tag(op, T::fp_add) ? differ : mgr.make_not(differ);
+      invalid = mgr.make_and(mgr.make_and(x_inf, y_inf), opposite);
       break;
+    }
     case T::fp_mul:
       invalid = mgr.make_or(mgr.make_and(x_inf, y_zero), mgr.make_and(x_zero, y_inf));
       break;

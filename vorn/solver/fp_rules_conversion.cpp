@@ -70,8 +70,20 @@ const Term* in_narrow(TermManager& mgr, const Term* t) {
   if (has_tag(op, T::fp_sqrt)) return mgr.make_fp_sqrt(rm, x);
   const Term* y = narrowed(mgr, op->get_arg(2), f);
   if (y == nullptr) return nullptr;
-  if (has_tag(op, T::fp_add)) return mgr.make_fp_add(rm, x, y);
-  return has_tag(op, T::fp_mul) ? mgr.make_fp_mul(rm, x, y) : mgr.make_fp_div(rm, x, y);
+  switch (op->get_tag()) {
+    case T::fp_add:
+      return mgr.make_fp_add(rm, x, y);
+    case T::fp_sub:
+      return mgr.make_fp_sub(rm, x, y);
+    case T::fp_mul:
+      return mgr.make_fp_mul(rm, x, y);
+    default:
+      return mgr.make_fp_div(rm, x, y);
+  }
+}
+
+bool is_sum(const Term* t) {
+  return has_tag(t, T::fp_add) || has_tag(t, T::fp_sub);
 }
 
 /// Whether the cast `t` and the operation within it round in one mode.
@@ -88,8 +100,8 @@ bool has_room(Format wide, Format narrow) {
 /// Two roundings of a result in one direction are one, as in cast_twice.
 const Term* narrow_directed(TermManager& mgr, const Term* t) {
   const Term* op = t->get_arg(1);
-  const bool fits = has_tag(op, T::fp_add) || has_tag(op, T::fp_mul) || has_tag(op, T::fp_div) ||
-                    has_tag(op, T::fp_sqrt);
+  const bool fits =
+      is_sum(op) || has_tag(op, T::fp_mul) || has_tag(op, T::fp_div) || has_tag(op, T::fp_sqrt);
   if (!fits || !rounds_twice_alike(t) || !contains(format_of(op), format_of(t))) return nullptr;
   const auto mode = mode_literal(mgr, t->get_arg(0));
   return mode && is_directed(*mode) ? in_narrow(mgr, t) : nullptr;
@@ -103,7 +115,7 @@ const Term* narrow_directed(TermManager& mgr, const Term* t) {
 /// Sums: 2p + 1 bits. Those below the normal range are exact, so the exponents may be the same.
 const Term* narrow_sum(TermManager& mgr, const Term* t) {
   const Term* op = t->get_arg(1);
-  if (!has_tag(op, T::fp_add) || !rounds_twice_alike(t)) return nullptr;
+  if (!is_sum(op) || !rounds_twice_alike(t)) return nullptr;
   const Format wide = format_of(op);
   const Format narrow = format_of(t);
   const bool innocuous = contains(wide, narrow) && wide.m >= 2 * (narrow.m + 1);

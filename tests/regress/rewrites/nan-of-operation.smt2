@@ -6,6 +6,7 @@
 (declare-const y F)
 (assert (or
   (not (= (fp.isNaN (fp.add r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isInfinite y) (xor (fp.isNegative x) (fp.isNegative y))))))
+  (not (= (fp.isNaN (fp.sub r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isInfinite y) (not (xor (fp.isNegative x) (fp.isNegative y)))))))
   (not (= (fp.isNaN (fp.mul r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isZero y)) (and (fp.isZero x) (fp.isInfinite y)))))
   (not (= (fp.isNaN (fp.div r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isInfinite y)) (and (fp.isZero x) (fp.isZero y)))))
   (not (= (fp.isNaN (fp.rem x y)) (or (fp.isNaN x) (fp.isNaN y) (fp.isInfinite x) (fp.isZero y))))

@@ -5,6 +5,9 @@
 (declare-const s RoundingMode)
 (declare-const x F)
 (declare-const y F)
-(assert (not (= ((_ to_fp 3 4) r (fp.add r ((_ to_fp 3 9) s x) ((_ to_fp 3 9) s y))) (fp.add r x y))))
+(assert (or
+  (not (= ((_ to_fp 3 4) r (fp.add r ((_ to_fp 3 9) s x) ((_ to_fp 3 9) s y))) (fp.add r x y)))
+  (not (= ((_ to_fp 3 4) r (fp.sub r ((_ to_fp 3 9) s x) ((_ to_fp 3 9) s y))) (fp.sub r x y)))
+))
 (set-info :status unsat)
 (check-sat)

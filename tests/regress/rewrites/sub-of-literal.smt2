@@ -1,4 +1,4 @@
-; A difference is the sum with the negation, the signs of zeros included.
+; A difference from a value is the sum with its negation.
 (set-logic QF_BVFP)
 (define-sort F () Float16)
 (declare-const r RoundingMode)
