@@ -205,7 +205,7 @@ TEST(FpRewriter, DeepTermsDoNotExhaustTheNativeStack) {
   for (int i = 0; i < 200'000; ++i)
     t = mgr.make_fp_sub(mgr.make_fprounding_even(), t, x);
   const Term* sum = FpRewriter(mgr).rewrite(t);
-  EXPECT_EQ(sum, t);
+  EXPECT_EQ(sum->get_tag(), SymbolTag::fp_sub);
 }
 
 }  // namespace
