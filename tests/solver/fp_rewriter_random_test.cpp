@@ -156,11 +156,8 @@ TEST(FpRewriter, KeepsTheValuesOfRandomTerms) {
     ++changed;
     // A prime, so that every constant takes all its values.
     ASSERT_NO_FATAL_FAILURE(expect_equal_values(mgr, from, to, 211)) << "seed " << seed;
-    for (const auto rules : {get_arithmetic_rules(), get_conversion_rules(), get_comparison_rules(),
-                             get_class_rules()}) {
-      for (const FpRule& rule : rules)
-        if (rewriter.get_count(rule.name) != 0) met.insert(rule.name);
-    }
+    for (const FpRule* rule : get_fp_rules())
+      if (rewriter.get_count(rule->name) != 0) met.insert(rule->name);
   }
   EXPECT_GT(changed, 1000) << "the terms should give rules something to do";
   EXPECT_GT(met.size(), 45U) << "the rules should all be met";
@@ -176,7 +173,8 @@ TEST(FpRewriter, NarrowsOperationsOnEveryPairOfValues) {
   const Operation operations[] = {{{3, 8}, &TermManager::make_fp_add},
                                   {{5, 7}, &TermManager::make_fp_mul},
                                   {{5, 8}, &TermManager::make_fp_div}};
-  for (const auto& [wide, make] : operations) {
+  for (const Operation& operation : operations) {
+    const IEEEFloat::format wide = operation.wide;
     TermManager mgr;
     const auto constant = [&mgr](const char* name, const DataType* type) {
       return mgr.make_constant(mgr.make_unique_symbol(name, type));
@@ -186,7 +184,7 @@ TEST(FpRewriter, NarrowsOperationsOnEveryPairOfValues) {
     const auto operand = [&](const char* name) {
       return mgr.make_fp_cast(wide.e, wide.m, rm, constant(name, type));
     };
-    const Term* sum = (mgr.*make)(rm, operand("x"), operand("y"));
+    const Term* sum = (mgr.*operation.make)(rm, operand("x"), operand("y"));
     const Term* from = mgr.make_fp_cast(kMiddle.e, kMiddle.m, rm, sum);
     const Term* to = FpRewriter(mgr).rewrite(from);
     EXPECT_EQ(to->get_tag(), sum->get_tag());

@@ -217,11 +217,8 @@ TEST(FpRewriter, EachRuleFiresAndKeepsAllValues) {
 
 std::set<std::string> get_rule_names() {
   std::set<std::string> names;
-  for (const auto rules : {get_arithmetic_rules(), get_conversion_rules(), get_comparison_rules(),
-                           get_class_rules()}) {
-    for (const FpRule& rule : rules)
-      names.insert(rule.name);
-  }
+  for (const FpRule* rule : get_fp_rules())
+    names.insert(rule->name);
   return names;
 }
 
@@ -234,6 +231,26 @@ TEST(FpRewriter, EachRuleHasARowHereAndAScriptThatProvesIt) {
   for (const auto& entry : std::filesystem::directory_iterator(VORN_REWRITE_SCRIPTS))
     scripts.insert(entry.path().stem().string());
   EXPECT_EQ(scripts, get_rule_names());
+}
+
+/// The base encoder is asked for what was asserted, and so is the exact one where that is wanted.
+TEST(FpRewriter, IsAtWorkForTheExactEncoderOnly) {
+  TermManager mgr;
+  const Term* x = mgr.make_constant(mgr.make_unique_symbol("x", mgr.get_fp_type(3, 4)));
+  const Term* difference = mgr.make_fp_sub(mgr.make_fprounding_even(), x, x);
+  const auto describe = [&](const Options& options) {
+    Solver solver(mgr, options);
+    solver.assert_formula(mgr.make_fp_iszero(difference));
+    EXPECT_EQ(solver.check_sat(), smt2::Answer::sat);
+    return solver.describe_rewriting();
+  };
+  Options options;
+  EXPECT_NE(describe(options).find("sub-itself 1"), std::string::npos);
+  options.rewrite = false;
+  EXPECT_EQ(describe(options), "");
+  options.rewrite = true;
+  options.encoder = EncoderKind::base;
+  EXPECT_EQ(describe(options), "");
 }
 
 }  // namespace

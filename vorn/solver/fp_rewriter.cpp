@@ -5,13 +5,20 @@
 
 namespace vorn::solver {
 
+std::vector<const FpRule*> get_fp_rules() {
+  std::vector<const FpRule*> all;
+  for (const auto rules : {get_arithmetic_rules(), get_sign_rules(), get_conversion_rules(),
+                           get_comparison_rules(), get_class_rules()}) {
+    for (const FpRule& rule : rules)
+      all.push_back(&rule);
+  }
+  return all;
+}
+
 FpRewriter::FpRewriter(TermManager& manager) : mgr(manager) {
-  for (const auto rules : {get_arithmetic_rules(), get_conversion_rules(), get_comparison_rules(),
-                           get_class_rules()}) {
-    for (const FpRule& rule : rules) {
-      for (const SymbolTag::tag tag : rule.tags) {
-        if (tag != SymbolTag::none) rules_of[tag].push_back(&rule);
-      }
+  for (const FpRule* rule : get_fp_rules()) {
+    for (const SymbolTag::tag tag : rule->tags) {
+      if (tag != SymbolTag::none) rules_of[tag].push_back(rule);
     }
   }
 }

@@ -14,7 +14,9 @@
 #define VORN_SOLVER_FP_RULES_H
 
 #include <array>
+#include <cstddef>
 #include <span>
+#include <vector>
 
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
@@ -31,14 +33,19 @@ struct FpRule {
   const Term* (*apply)(TermManager& mgr, const Term* t);
 };
 
-/// Sums, products, quotients and the other operations of one format.
-VORN_EXPORT std::span<const FpRule> get_arithmetic_rules();
-/// Conversions, and operations between two of them.
-VORN_EXPORT std::span<const FpRule> get_conversion_rules();
-/// Comparisons and equality.
-VORN_EXPORT std::span<const FpRule> get_comparison_rules();
-/// Classes.
-VORN_EXPORT std::span<const FpRule> get_class_rules();
+/// Rules for literals, special operands and operands that occur twice.
+std::span<const FpRule> get_arithmetic_rules();
+/// Rules for negations, absolute values and the order of operands.
+std::span<const FpRule> get_sign_rules();
+/// Rules for conversions, and for operations between two of them.
+std::span<const FpRule> get_conversion_rules();
+/// Rules for comparisons and equality.
+std::span<const FpRule> get_comparison_rules();
+/// Rules for tests of classes.
+std::span<const FpRule> get_class_rules();
+
+/// All of these, in the order in which they are tried.
+VORN_EXPORT std::vector<const FpRule*> get_fp_rules();
 
 }  // namespace vorn::solver
 
