@@ -10,11 +10,10 @@ namespace {
 using T = SymbolTag;
 
 /// The value in the format, if it is one of its values.
-std::optional<IEEEFloat> represent(const IEEEFloat& value, Format f) {
+OptionalFloat represent(const IEEEFloat& value, Format f) {
   const IEEEFloat below = ieee_cast(f, Mode::minus_inf, value);
   const IEEEFloat above = ieee_cast(f, Mode::plus_inf, value);
-  if (below.get_bits() != above.get_bits()) return std::nullopt;
-  return below;
+  return below.get_bits() == above.get_bits() ? OptionalFloat(below) : OptionalFloat();
 }
 
 }  // namespace
@@ -44,10 +43,10 @@ bool is_float(const Term* t) {
   return t->get_type()->get_kind() == DataType::Kind::floating_point;
 }
 
-std::optional<IEEEFloat> float_literal(const Term* t) {
+OptionalFloat float_literal(const Term* t) {
   const QNumber* bits = t->get_symbol()->get_literal();
-  if (bits == nullptr || !is_float(t)) return std::nullopt;
-  return IEEEFloat::from_bits(format_of(t), *bits);
+  if (bits == nullptr || !is_float(t)) return {};
+  return OptionalFloat(IEEEFloat::from_bits(format_of(t), *bits));
 }
 
 std::optional<Mode> mode_literal(const TermManager& mgr, const Term* t) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/term.h"
@@ -27,8 +28,23 @@ bool has_integers(Format f);
 
 // Literals --------------------------------------------------------------------------------------
 
+/// A float, or none. The static analyser misreads the destructor of an optional one.
+class OptionalFloat {
+ public:
+  OptionalFloat() : value({2, 1}, Mode::nearest_even) {}
+  explicit OptionalFloat(IEEEFloat number) : value(std::move(number)), present(true) {}
+
+  explicit operator bool() const { return present; }
+  const IEEEFloat& operator*() const { return value; }
+  const IEEEFloat* operator->() const { return &value; }
+
+ private:
+  IEEEFloat value;
+  bool present = false;
+};
+
 bool is_float(const Term* t);
-std::optional<IEEEFloat> float_literal(const Term* t);
+OptionalFloat float_literal(const Term* t);
 std::optional<Mode> mode_literal(const TermManager& mgr, const Term* t);
 /// The literal; a NaN is the canonical one.
 const Term* make_float(TermManager& mgr, const IEEEFloat& value);

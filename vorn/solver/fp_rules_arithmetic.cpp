@@ -62,14 +62,13 @@ const Term* div_by_one(TermManager& mgr, const Term* t) {
 }
 
 /// 1 / c, if that is a value other than an infinity: c is a power of two then.
-std::optional<IEEEFloat> exact_reciprocal(const Term* t) {
+OptionalFloat exact_reciprocal(const Term* t) {
   const auto c = float_literal(t);
-  if (!c || c->is_nan() || c->is_inf() || c->is_zero()) return std::nullopt;
+  if (!c || c->is_nan() || c->is_inf() || c->is_zero()) return {};
   const IEEEFloat one = make_one(c->get_format());
   const IEEEFloat below = ieee_div(Mode::minus_inf, one, *c);
   const IEEEFloat above = ieee_div(Mode::plus_inf, one, *c);
-  if (below.get_bits() != above.get_bits()) return std::nullopt;
-  return below;
+  return below.get_bits() == above.get_bits() ? OptionalFloat(below) : OptionalFloat();
 }
 
 /// x * 2 = x / (1/2) = x + x: all are the exact double rounded, and of zeros and infinities all are
