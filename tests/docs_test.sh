@@ -44,6 +44,10 @@ for status in 0 1 2 3 4; do
 done
 expect 'exit statuses of --help' grep -q '4 an internal error' <<<"$(tr '\n' ' ' <<<"$help" | tr -s ' ')"
 
+# Rules: those of the manual, each with a script that proves it.
+rules=$(awk '/^##/ { on = $0 == "## Rewriting" } on' "$root/docs/architecture.md" | grep -oE '^\| `[^|]*' | quoted)
+expect 'rewriting rules' same "$(cd "$root/tests/regress/rewrites" && ls | sed 's/\.smt2$//')" "$rules"
+
 # Commands: those of the table, and what the command does with each.
 commands=$(rows vorn/smt2/interpreter.cpp kCommands)
 known=$(supported Commands | grep -xE '[a-z]+(-[a-z]+)*' | grep -vx sat | grep -vx unsat)

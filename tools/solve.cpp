@@ -143,6 +143,7 @@ int solve_one(const std::string& file, const SolveOptions& options) {
   TermManager manager;
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
+  solver_options.rewrite = options.rewrite;
   solver_options.termination_test = &limit;
   solver_options.logger = options.verbose ? &logger : nullptr;
   solver_options.local_search = options.local_search;

@@ -46,6 +46,9 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
   app.add_option("--proof", options.proof_file,
                  "write a proof of unsat that refutes them to FILE, in DRAT; likewise")
       ->type_name("FILE");
+  app.add_flag_callback(
+      "--no-rewrite", [&options] { options.rewrite = false; },
+      "encode floating-point operations as they were asserted");
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
   app.add_flag("--verbose", options.verbose, "report progress on standard error");
 }

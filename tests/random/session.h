@@ -31,7 +31,7 @@ class Budget : public TerminationTest {
 };
 
 struct Configuration {
-  bool rewrite = true;
+  bool rewrite = true;  // in constructors and before encoding
   /// Whether one solver serves the whole script; else each check has a solver of its own.
   bool incremental = true;
   int seed = 0;
@@ -74,6 +74,7 @@ class Session {
  private:
   solver::Options options_of(const Configuration& configuration) const {
     solver::Options options;
+    options.rewrite = configuration.rewrite;
     options.seed = configuration.seed;
     options.local_search = configuration.local_search;
     options.termination_test = &budget;

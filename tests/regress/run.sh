@@ -2,7 +2,8 @@
 # Decides every script of a folder and compares the answers with those that the script expects.
 #   run.sh VORN FOLDER [OPTION...]
 # A script carries (set-info :status ...) before each check-sat, or has a FILE.out beside it with
-# all that it prints. Options for the command may stand in a first line "; options: ...".
+# all that it prints. Options for the command may stand in a first line "; options: ..."; those given
+# here go with every script.
 set -u
 vorn=$1
 folder=$2

@@ -86,6 +86,29 @@ TEST_F(Choices, TheValueOfATermThatWasNotAssertedKeepsToTheModel) {
   EXPECT_EQ(solver.get_value(of_x), bits(0x5c));
 }
 
+/// What comes from an integer is no NaN, so rewriting drops the integer.
+TEST_F(Choices, AConversionThatRewritingDropsKeepsToTheModel) {
+  const auto drop = [this](const Term* conversion) {
+    return mgr.make_not(mgr.make_fp_isnan(mgr.make_fp_from_ubv(3, 4, rm, conversion)));
+  };
+  const Term* first = mgr.make_fp_to_ubv(8, rm, x);
+  const Term* second = mgr.make_fp_to_ubv(8, rm, y);
+  const Term* third = mgr.make_fp_to_ubv(8, rm, nan);
+  solver.assert_formula(mgr.make_and(drop(first), drop(third)));
+  solver.assert_formula(mgr.make_and(mgr.make_fp_isnan(x), mgr.make_fp_isnan(y)));
+  solver.assert_formula(mgr.make_equal(second, bits(0xab)));
+  ASSERT_EQ(solver.check_sat(), Answer::sat);
+  for (const Term* conversion : {first, second, third})
+    EXPECT_EQ(solver.get_value(conversion), bits(0xab));
+  // Dropped on one level, needed on another.
+  solver.push();
+  solver.assert_formula(mgr.make_equal(first, bits(0xcd)));
+  EXPECT_EQ(solver.check_sat(), Answer::unsat);
+  solver.pop();
+  ASSERT_EQ(solver.check_sat(), Answer::sat);
+  EXPECT_EQ(solver.get_value(first), bits(0xab));
+}
+
 TEST_F(Choices, MinimumOfDifferentZerosIsAFunctionOfTheOperands) {
   const Term* min = mgr.make_fp_min(pos_zero, neg_zero);
   const Term* swapped = mgr.make_fp_min(neg_zero, pos_zero);

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "vorn/bv/aig.h"
@@ -11,6 +12,7 @@
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/bv/sat_solver.h"
+#include "vorn/solver/fp_rewriter.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
 
@@ -62,8 +64,10 @@ struct Solver::BackEnd {
         translator(manager, *encoder),
         circuits(std::make_unique<Circuits>(manager, options)) {
     encoder->set_termination_test(options.termination_test);
+    if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
   }
 
+  std::optional<FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
   std::unique_ptr<Circuits> circuits;

@@ -123,6 +123,7 @@ smt2::Answer Solver::search() {
   }
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
+  if (const std::string rules = describe_rewriting(); !rules.empty()) log("rewriting: " + rules);
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
                   sat.get_variable_count(), sat.get_clause_count()));

@@ -44,19 +44,27 @@ QNumber Solver::value_of(const Term* constant) const {
   return entry == model.end() ? QNumber() : entry->second;
 }
 
-/// What the model makes of an application that the theory leaves open.
+/// What the model makes of an application that the theory leaves open. A conversion that is not
+/// encoded, be it that rewriting dropped it, has the value of one that is, if the arguments agree.
 QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
-  const Term* choice = back_end->encoder->get_choice(t);
+  const bool selects = t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max;
+  const Term* witness = selects ? t : encoded_form(t);
+  const Term* choice = back_end->encoder->get_choice(witness);
   const auto found = model.find(choice);
   const QNumber own = found == model.end() ? QNumber() : found->second;
-  if (t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max) {
+  if (selects) {
     const DataType* type = t->get_type();
     const bool negative_first = values[0].test_bit(type->get_e() + type->get_m());
     return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
   }
   const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
-  const OpenConversion& first = open_conversions.emplace(key, OpenConversion{t, own}).first->second;
-  if (first.value != own) clashes.emplace_back(first.witness, t);
+  if (back_end->encoder->get_cached(witness) == nullptr) {
+    const auto known = open_conversions.find(key);
+    return known == open_conversions.end() ? QNumber() : known->second.value;
+  }
+  const OpenConversion& first =
+      open_conversions.emplace(key, OpenConversion{witness, own}).first->second;
+  if (first.value != own) clashes.emplace_back(first.witness, witness);
   return first.value;
 }
 
@@ -70,10 +78,11 @@ bool Solver::model_holds() {
   Evaluator evaluator = evaluate_model();
   bool holds = true;
   clashes.clear();
-  for (const Level& level : levels) {
-    for (const Term* assertion : level.assertions) {
-      if (evaluator.evaluate(assertion).sign() == 0) holds = false;
-    }
+  // What was encoded comes first: its conversions decide for those that rewriting dropped.
+  for (const Term* assertion : get_encoded_assertions())
+    evaluator.evaluate(assertion);
+  for (const Term* assertion : get_assertions()) {
+    if (evaluator.evaluate(assertion).sign() == 0) holds = false;
   }
   return holds;
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -43,8 +44,26 @@ void Solver::assert_formula(const Term* f) {
 /// The translation of `f`, which belongs to the innermost level, as do the constraints beside it.
 const Term* Solver::translate(const Term* f, Level& level) {
   const Stopwatch watch(&statistics.translation_seconds);
+  if (back_end->rewriter) f = back_end->rewriter->rewrite(f);
   // If a part of f is refused, what was translated before it stays in use: so do its constraints.
   return back_end->translator.translate(f, &level.conjuncts);
+}
+
+/// What stands for `t`, a part of an assertion, where the encoder sees it.
+const Term* Solver::encoded_form(const Term* t) const {
+  const Term* rewritten = back_end->rewriter ? back_end->rewriter->find(t) : nullptr;
+  return rewritten == nullptr ? t : rewritten;
+}
+
+std::vector<const Term*> Solver::get_encoded_assertions() const {
+  std::vector<const Term*> all = get_assertions();
+  for (const Term*& f : all)
+    f = encoded_form(f);
+  return all;
+}
+
+std::string Solver::describe_rewriting() const {
+  return back_end->rewriter ? back_end->rewriter->describe_counts() : "";
 }
 
 void Solver::push() {
@@ -142,16 +161,26 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
   Encoding encoding;
   encoding.assertions = get_assertions();
+  encoding.open_terms = find_open_terms(encoding.assertions);
+  // Models are checked against the assertions as given, so what they leave open has a constant even
+  // where rewriting has dropped it.
+  std::vector<const Term*> encoded_terms;
+  for (const Term* t : encoding.open_terms)
+    encoded_terms.push_back(encoded_form(t));
+  for (const Term* t : encoded_terms)
+    back_end->translator.translate(t, &levels.back().conjuncts);
   for (const Level& level : levels) {
     encoding.conjuncts.insert(encoding.conjuncts.end(), level.conjuncts.begin(),
                               level.conjuncts.end());
   }
   for (const Assumption& assumption : assumptions)
     encoding.conjuncts.push_back(assumption.translated);
-  encoding.open_terms = find_open_terms(encoding.assertions);
-  for (const Term* t : encoding.open_terms)
+  for (std::size_t i = 0; i < encoded_terms.size(); ++i) {
+    const bool is_same = encoded_terms[i]->get_symbol() == encoding.open_terms[i]->get_symbol();
+    const Term* t = is_same ? encoded_terms[i] : encoding.open_terms[i];
     encoding.choices.push_back(back_end->encoder->get_choice(t));
-  for (const Term* f : state_congruences(mgr, *back_end->encoder, encoding.open_terms))
+  }
+  for (const Term* f : state_congruences(mgr, *back_end->encoder, encoded_terms))
     encoding.conjuncts.push_back(f);
   return encoding;
 }
@@ -165,7 +194,7 @@ const Term* Solver::get_encoding(const Term* constant) const {
 
 /// Starts the back end of the one check: what was written so far was not traced.
 void Solver::start_traces() {
-  const std::vector<const Term*> open_terms = find_open_terms(get_assertions());
+  const std::vector<const Term*> open_terms = find_open_terms(get_encoded_assertions());
   for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
     levels.back().conjuncts.push_back(f);
   replace_circuits(true);

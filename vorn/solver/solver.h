@@ -49,6 +49,9 @@ VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, Term
 
 struct VORN_EXPORT Options {
   EncoderKind encoder = EncoderKind::ieee;
+  /// Whether formulas are rewritten before the exact encoder gets them; the base encoder gets what
+  /// was asserted in any case.
+  bool rewrite = true;
   /// Of the searches; not negative.
   int seed = 0;
   /// Whether models are looked for by trying assignments too, with the exact encoder.
@@ -110,6 +113,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   /// The constant that stands for a constant of the assertions in their encoding; null for a float
   /// or rounding mode that none of them mentions.
   const Term* get_encoding(const Term* constant) const;
+  /// How often each rule was applied since terms were last collected, as text; empty for never.
+  std::string describe_rewriting() const;
 
   Statistics get_statistics() const;
 
@@ -144,6 +149,8 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void start_traces();
   void write_cnf() const;
   const Term* translate(const Term* f, Level& level);
+  const Term* encoded_form(const Term* t) const;
+  std::vector<const Term*> get_encoded_assertions() const;
   smt2::Answer decide();
   smt2::Answer search();
   bool try_shortly();

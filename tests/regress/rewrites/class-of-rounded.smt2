@@ -1,0 +1,15 @@
+; Rounding keeps NaN and the sign, also where it gives zero.
+(set-logic QF_BVFP)
+(define-sort G () Float16)
+(declare-const r RoundingMode)
+(declare-const h G)
+(assert (or
+  (not (= (fp.isNaN ((_ to_fp 3 4) r h)) (fp.isNaN h)))
+  (not (= (fp.isNegative ((_ to_fp 3 4) r h)) (fp.isNegative h)))
+  (not (= (fp.isPositive ((_ to_fp 3 4) r h)) (fp.isPositive h)))
+  (not (= (fp.isNaN (fp.roundToIntegral r h)) (fp.isNaN h)))
+  (not (= (fp.isNegative (fp.roundToIntegral r h)) (fp.isNegative h)))
+  (not (= (fp.isPositive (fp.roundToIntegral r h)) (fp.isPositive h)))
+))
+(set-info :status unsat)
+(check-sat)

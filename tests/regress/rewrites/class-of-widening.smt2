@@ -1,0 +1,18 @@
+; A widening keeps infinities and zeros, and subnormal numbers unless it makes them normal.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(assert (or
+  (not (= (fp.isInfinite ((_ to_fp 5 11) r x)) (fp.isInfinite x)))
+  (not (= (fp.isZero ((_ to_fp 5 11) r x)) (fp.isZero x)))
+  (not (= (fp.isNormal ((_ to_fp 5 11) r x)) (or (fp.isNormal x) (fp.isSubnormal x))))
+  (not (= (fp.isSubnormal ((_ to_fp 5 11) r x)) false))
+  (not (= (fp.isNaN ((_ to_fp 3 11) r x)) (fp.isNaN x)))
+  (not (= (fp.isInfinite ((_ to_fp 3 11) r x)) (fp.isInfinite x)))
+  (not (= (fp.isZero ((_ to_fp 3 11) r x)) (fp.isZero x)))
+  (not (= (fp.isNormal ((_ to_fp 3 11) r x)) (fp.isNormal x)))
+  (not (= (fp.isSubnormal ((_ to_fp 3 11) r x)) (fp.isSubnormal x)))
+))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,20 @@
+; An integer is below a number if it is below the least integer that is not less, and so on.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const v (_ BitVec 4))
+(define-fun float () F ((_ to_fp 3 4) r v))
+(define-fun below () (_ BitVec 4) ((_ fp.to_sbv 4) RTN x))
+(define-fun above () (_ BitVec 4) ((_ fp.to_sbv 4) RTP x))
+(define-fun fits () Bool
+  (and (fp.leq ((_ to_fp 3 4) RNE (- 8.0)) x) (fp.leq x ((_ to_fp 3 4) RNE 7.0))))
+(assert (or
+  (not (= (=> fits (= (fp.lt float x) (bvslt v above))) true))
+  (not (= (=> fits (= (fp.leq float x) (bvsle v below))) true))
+  (not (= (=> fits (= (fp.lt x float) (bvslt below v))) true))
+  (not (= (=> fits (= (fp.leq x float) (bvsle above v))) true))
+  (not (= (=> fits (= (= float x) (and (= below above) (not (= x (_ -zero 3 4))) (= v below)))) true))
+))
+(set-info :status unsat)
+(check-sat)

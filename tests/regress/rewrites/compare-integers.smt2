@@ -1,0 +1,18 @@
+; Integers that are converted exactly compare as integers.
+(set-logic QF_BVFP)
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const v (_ BitVec 4))
+(declare-const w (_ BitVec 4))
+(declare-const u (_ BitVec 6))
+(assert (or
+  (not (= (fp.lt ((_ to_fp 3 4) r v) ((_ to_fp 3 4) s w)) (bvslt v w)))
+  (not (= (fp.leq ((_ to_fp 3 4) r v) ((_ to_fp 3 4) s w)) (bvsle v w)))
+  (not (= (fp.eq ((_ to_fp 3 4) r v) ((_ to_fp 3 4) s w)) (= v w)))
+  (not (= (= ((_ to_fp 3 4) r v) ((_ to_fp 3 4) s w)) (= v w)))
+  (not (= (fp.lt ((_ to_fp_unsigned 3 4) r v) ((_ to_fp_unsigned 3 4) s w)) (bvult v w)))
+  (not (= (fp.leq ((_ to_fp_unsigned 3 4) r v) ((_ to_fp_unsigned 3 4) s w)) (bvule v w)))
+  (not (= (fp.lt ((_ to_fp 5 11) r v) ((_ to_fp 5 11) s u)) (bvslt ((_ sign_extend 2) v) u)))
+))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,17 @@
+; Negation mirrors the order and keeps equality.
+(set-logic QF_BVFP)
+(define-sort F () Float32)
+(declare-const x F)
+(declare-const y F)
+(assert (or
+  (not (= (fp.lt (fp.neg x) (fp.neg y)) (fp.lt y x)))
+  (not (= (fp.leq (fp.neg x) (fp.neg y)) (fp.leq y x)))
+  (not (= (fp.eq (fp.neg x) (fp.neg y)) (fp.eq x y)))
+  (not (= (= (fp.neg x) (fp.neg y)) (= x y)))
+  (not (= (fp.lt (fp.neg x) y) (fp.lt (fp.neg y) x)))
+  (not (= (fp.leq y (fp.neg x)) (fp.leq x (fp.neg y))))
+  (not (= (fp.eq (fp.neg x) y) (fp.eq x (fp.neg y))))
+  (not (= (= y (fp.neg x)) (= (fp.neg y) x)))
+))
+(set-info :status unsat)
+(check-sat)

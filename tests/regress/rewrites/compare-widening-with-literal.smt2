@@ -1,0 +1,22 @@
+; A value that the narrow format does not have lies between its neighbours there, which are the two
+; directed roundings. Nothing that was widened is equal to it.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(define-sort G () (_ FloatingPoint 5 8))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const c G)
+(define-fun wide () G ((_ to_fp 5 8) r x))
+(define-fun below () F ((_ to_fp 3 4) RTN c))
+(define-fun above () F ((_ to_fp 3 4) RTP c))
+(define-fun other () Bool (not (= below above)))
+(assert (or
+  (not (= (=> other (= (fp.lt wide c) (fp.leq x below))) true))
+  (not (= (=> other (= (fp.leq wide c) (fp.leq x below))) true))
+  (not (= (=> other (= (fp.lt c wide) (fp.leq above x))) true))
+  (not (= (=> other (= (fp.leq c wide) (fp.leq above x))) true))
+  (not (= (=> other (= (fp.eq wide c) false)) true))
+  (not (= (=> other (= (= wide c) false)) true))
+))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,15 @@
+; Widened values compare as they did before.
+(set-logic QF_BVFP)
+(define-sort F () Float32)
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (or
+  (not (= (fp.lt ((_ to_fp 11 53) r x) ((_ to_fp 11 53) s y)) (fp.lt x y)))
+  (not (= (fp.leq ((_ to_fp 11 53) r x) ((_ to_fp 11 53) s y)) (fp.leq x y)))
+  (not (= (fp.eq ((_ to_fp 11 53) r x) ((_ to_fp 11 53) s y)) (fp.eq x y)))
+  (not (= (= ((_ to_fp 11 53) r x) ((_ to_fp 11 53) s y)) (= x y)))
+))
+(set-info :status unsat)
+(check-sat)

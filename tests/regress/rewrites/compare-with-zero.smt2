@@ -1,0 +1,18 @@
+; Comparisons with zero, of either sign, are tests of sign and class.
+(set-logic QF_BVFP)
+(define-sort F () Float32)
+(declare-const x F)
+(assert (or
+  (not (= (fp.eq x (_ +zero 8 24)) (fp.isZero x)))
+  (not (= (fp.lt x (_ +zero 8 24)) (and (fp.isNegative x) (not (fp.isZero x)))))
+  (not (= (fp.lt (_ +zero 8 24) x) (and (fp.isPositive x) (not (fp.isZero x)))))
+  (not (= (fp.leq x (_ +zero 8 24)) (or (fp.isNegative x) (fp.isZero x))))
+  (not (= (fp.leq (_ +zero 8 24) x) (or (fp.isPositive x) (fp.isZero x))))
+  (not (= (fp.eq x (_ -zero 8 24)) (fp.isZero x)))
+  (not (= (fp.lt x (_ -zero 8 24)) (and (fp.isNegative x) (not (fp.isZero x)))))
+  (not (= (fp.lt (_ -zero 8 24) x) (and (fp.isPositive x) (not (fp.isZero x)))))
+  (not (= (fp.leq x (_ -zero 8 24)) (or (fp.isNegative x) (fp.isZero x))))
+  (not (= (fp.leq (_ -zero 8 24) x) (or (fp.isPositive x) (fp.isZero x))))
+))
+(set-info :status unsat)
+(check-sat)

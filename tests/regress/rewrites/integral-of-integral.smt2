@@ -1,0 +1,17 @@
+; What has been rounded to an integer, or came from one, is an integer.
+(set-logic QF_BVFP)
+(define-sort F () Float16)
+(define-sort G () (_ FloatingPoint 2 6))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const x F)
+(declare-const h G)
+(declare-const u (_ BitVec 6))
+(assert (or
+  (not (= (fp.roundToIntegral r (fp.roundToIntegral s x)) (fp.roundToIntegral s x)))
+  (not (= (fp.roundToIntegral r ((_ to_fp 5 11) s u)) ((_ to_fp 5 11) s u)))
+  (not (= (fp.roundToIntegral r ((_ to_fp_unsigned 3 4) s u)) ((_ to_fp_unsigned 3 4) s u)))
+  (not (= (fp.roundToIntegral r (fp.roundToIntegral s h)) (fp.roundToIntegral s h)))
+))
+(set-info :status unsat)
+(check-sat)

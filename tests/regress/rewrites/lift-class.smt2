@@ -1,0 +1,17 @@
+; The class of a choice is a choice of classes.
+(set-logic QF_BVFP)
+(define-sort F () Float32)
+(declare-const p Bool)
+(declare-const x F)
+(declare-const y F)
+(assert (or
+  (not (= (fp.isNaN (ite p x y)) (ite p (fp.isNaN x) (fp.isNaN y))))
+  (not (= (fp.isInfinite (ite p x y)) (ite p (fp.isInfinite x) (fp.isInfinite y))))
+  (not (= (fp.isZero (ite p x y)) (ite p (fp.isZero x) (fp.isZero y))))
+  (not (= (fp.isNormal (ite p x y)) (ite p (fp.isNormal x) (fp.isNormal y))))
+  (not (= (fp.isSubnormal (ite p x y)) (ite p (fp.isSubnormal x) (fp.isSubnormal y))))
+  (not (= (fp.isNegative (ite p x y)) (ite p (fp.isNegative x) (fp.isNegative y))))
+  (not (= (fp.isPositive (ite p x y)) (ite p (fp.isPositive x) (fp.isPositive y))))
+))
+(set-info :status unsat)
+(check-sat)

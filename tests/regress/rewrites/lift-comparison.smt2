@@ -1,0 +1,15 @@
+; A comparison with a choice is a choice between comparisons.
+(set-logic QF_BVFP)
+(define-sort F () Float32)
+(declare-const p Bool)
+(declare-const x F)
+(declare-const y F)
+(declare-const z F)
+(assert (or
+  (not (= (fp.lt (ite p x y) z) (ite p (fp.lt x z) (fp.lt y z))))
+  (not (= (fp.leq z (ite p x y)) (ite p (fp.leq z x) (fp.leq z y))))
+  (not (= (fp.eq (ite p x y) z) (ite p (fp.eq x z) (fp.eq y z))))
+  (not (= (= (ite p x y) z) (ite p (= x z) (= y z))))
+))
+(set-info :status unsat)
+(check-sat)

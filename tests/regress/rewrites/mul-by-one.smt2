@@ -1,0 +1,11 @@
+; A product with 1 or -1 is not rounded.
+(set-logic QF_BVFP)
+(define-sort F () Float16)
+(declare-const r RoundingMode)
+(declare-const x F)
+(assert (or
+  (not (= (fp.mul r x ((_ to_fp 5 11) RNE 1.0)) x))
+  (not (= (fp.mul r ((_ to_fp 5 11) RNE (- 1.0)) x) (fp.neg x)))
+))
+(set-info :status unsat)
+(check-sat)

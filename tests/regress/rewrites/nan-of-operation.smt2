@@ -1,0 +1,18 @@
+; Results are NaN for NaN and where IEEE 754 calls the operation invalid.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (or
+  (not (= (fp.isNaN (fp.add r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isInfinite y) (xor (fp.isNegative x) (fp.isNegative y))))))
+  (not (= (fp.isNaN (fp.sub r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isInfinite y) (not (xor (fp.isNegative x) (fp.isNegative y)))))))
+  (not (= (fp.isNaN (fp.mul r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isZero y)) (and (fp.isZero x) (fp.isInfinite y)))))
+  (not (= (fp.isNaN (fp.div r x y)) (or (fp.isNaN x) (fp.isNaN y) (and (fp.isInfinite x) (fp.isInfinite y)) (and (fp.isZero x) (fp.isZero y)))))
+  (not (= (fp.isNaN (fp.rem x y)) (or (fp.isNaN x) (fp.isNaN y) (fp.isInfinite x) (fp.isZero y))))
+  (not (= (fp.isNaN (fp.sqrt r x)) (or (fp.isNaN x) (and (fp.isNegative x) (not (fp.isZero x))))))
+  (not (= (fp.isNaN (fp.min x y)) (and (fp.isNaN x) (fp.isNaN y))))
+  (not (= (fp.isNaN (fp.max x y)) (and (fp.isNaN x) (fp.isNaN y))))
+))
+(set-info :status unsat)
+(check-sat)

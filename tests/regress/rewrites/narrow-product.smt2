@@ -1,0 +1,10 @@
+; A product with 2p bits is exact, so its rounding to p bits is the only one.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 2 3))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(assert (not (= ((_ to_fp 2 3) r (fp.mul s ((_ to_fp 5 6) r x) ((_ to_fp 5 6) r y))) (fp.mul r x y))))
+(set-info :status unsat)
+(check-sat)

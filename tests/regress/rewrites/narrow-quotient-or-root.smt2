@@ -1,0 +1,16 @@
+; A quotient with 2p + 1 bits and a square root with 2p + 2, rounded to p bits, are rounded as if once.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 2 3))
+(define-sort G () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(declare-const h G)
+(assert (or
+  (not (= ((_ to_fp 2 3) r (fp.div r ((_ to_fp 5 7) s x) ((_ to_fp 5 7) s y))) (fp.div r x y)))
+  (not (= ((_ to_fp 3 4) r (fp.sqrt r ((_ to_fp 5 10) s h))) (fp.sqrt r h)))
+  (not (= ((_ to_fp 5 11) r (fp.sqrt r ((_ to_fp 8 24) s ((_ to_fp 5 11) #b0000000000000001)))) (fp.sqrt r ((_ to_fp 5 11) #b0000000000000001))))
+))
+(set-info :status unsat)
+(check-sat)
