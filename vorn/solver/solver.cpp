@@ -85,6 +85,7 @@ struct Solver::BackEnd {
         translator(manager, *encoder),
         circuits(std::make_unique<Circuits>(manager, options)) {
     encoder->set_termination_test(options.termination_test);
+    encoder->set_debug_flag(options.debug_labels);
   }
 
   std::unique_ptr<fp::FpBvEncoder> encoder;
