@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "vorn/terms/printer.h"
@@ -15,7 +16,8 @@ namespace {
 constexpr const char* kHeader =
     "digraph circuit {\n"
     "  graph [fontname=\"Helvetica\", fontsize=12, nodesep=0.15, ranksep=0.3]\n"
-    "  node [fontname=\"Helvetica\", fontsize=10, shape=box, height=0.2, margin=\"0.06,0.02\"]\n"
+    "  node [fontname=\"Helvetica\", fontsize=10, shape=box, style=filled, fillcolor=white, "
+    "height=0.2, margin=\"0.06,0.02\"]\n"
     "  edge [fontname=\"Helvetica\", fontsize=9, fontcolor=\"#1040a0\", arrowsize=0.5]\n";
 
 std::string quoted(std::string_view text) {
@@ -35,6 +37,16 @@ bool is_literal(const Term* t) {
 
 bool is_fresh_choice(const Term* t) {
   return t->get_arity() == 0 && t->get_symbol()->get_name().starts_with(".fp.i");
+}
+
+/// The operation, and its arguments where some are literals: the others are dots.
+std::string operation_text(const Term* t) {
+  std::string text = head_text(t->get_symbol());
+  if (text.starts_with("(_ ")) text = text.substr(3, text.size() - 4);
+  if (std::ranges::none_of(t->get_args(), is_literal)) return text;
+  for (const Term* arg : t->get_args())
+    text += is_literal(arg) ? " " + head_text(arg->get_symbol()) : " .";
+  return text;
 }
 
 class Drawing {
@@ -63,7 +75,7 @@ class Drawing {
     for (const Term* t : members.back())
       out << node(t);
     for (std::size_t i = 0; i < picture.outputs.size(); ++i) {
-      out << fmt::format("  o{} [label={}, shape=ellipse, style=bold]\n", i,
+      out << fmt::format("  o{} [label={}, shape=ellipse, penwidth=2]\n", i,
                          quoted(picture.outputs[i].first));
     }
     for (const Term* t : order)
@@ -132,21 +144,16 @@ class Drawing {
   std::string node(const Term* t) const {
     const DataType* type = t->get_type();
     const bool is_bool = type->get_kind() == DataType::Kind::boolean;
-    std::string text = head_text(t->get_symbol());
+    std::string text = operation_text(t);
     std::string shape;
     if (t->get_arity() == 0) {
       const auto known = picture.names.find(t);
       if (known != picture.names.end()) text = known->second;
       if (is_fresh_choice(t)) text = "choice";
-      shape = definitions.contains(t) ? ", shape=diamond" : ", shape=ellipse, style=bold";
-    } else if (t->get_arity() > 1) {
-      for (const Term* arg : t->get_args())
-        text += is_literal(arg) ? " " + head_text(arg->get_symbol()) : " .";
+      shape = definitions.contains(t) ? ", shape=diamond" : ", shape=ellipse, penwidth=2";
     }
-    std::string label = quoted(text);
-    // A line break is an escape of the language, so it stays out of the quotation of the text.
-    if (!is_bool) label.insert(label.size() - 1, fmt::format("\\n{} bits", type->get_width()));
-    return fmt::format("  {} [label={}{}]\n", id(t), label, shape);
+    if (!is_bool) text += fmt::format(" : {}", type->get_width());
+    return fmt::format("  {} [label={}{}]\n", id(t), quoted(text), shape);
   }
 
   void write_edge(std::ostream& out, const Term* from, const std::string& to,
