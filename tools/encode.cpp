@@ -159,7 +159,12 @@ Picture draw_operation(TermManager& manager, const EncodeOptions& options) {
     }
   }
   std::vector<const Term*> constraints;
-  const Term* encoding = encoder->get_bv_encoding(operation, &constraints);
+  const Term* encoding = nullptr;
+  try {
+    encoding = encoder->get_bv_encoding(operation, &constraints);
+  } catch (const std::invalid_argument& error) {
+    throw std::invalid_argument(fmt::format("not supported by this encoder: {}", error.what()));
+  }
   Picture picture;
   for (const Term* arg : operation->get_args())
     picture.names.emplace(encoder->get_cached(arg), arg->get_symbol()->get_name());

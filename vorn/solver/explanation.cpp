@@ -43,7 +43,11 @@ class Circuit {
       args.push_back(make_operand(manager, operation->get_arg(i)->get_type(), operands[i], inputs));
     // The operands are new constants, so this is a new term.
     const Term* t = manager.rebuild(operation, args);
-    encoding = encoder->get_bv_encoding(t, &constraints);
+    try {
+      encoding = encoder->get_bv_encoding(t, &constraints);
+    } catch (const std::invalid_argument& error) {
+      throw std::invalid_argument(std::string("not supported by this encoder: ") + error.what());
+    }
     choice = encoder->get_choice(t);
   }
 
