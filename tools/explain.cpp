@@ -147,7 +147,7 @@ std::vector<Table> make_tables(TermManager& manager, const FirstCheck& check,
     return solver::read_literals(manager, {&value, 1}).front();
   };
   const auto open_value = [&](const Term* t, std::span<const QNumber> /*values*/) {
-    const QNumber value = model_value(t);
+    QNumber value = model_value(t);
     const DataType* type = t->get_type();
     if (type->get_kind() != DataType::Kind::floating_point) return value;
     return QNumber(value.test_bit(type->get_e() + type->get_m()) ? 1 : 0);

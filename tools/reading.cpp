@@ -63,7 +63,7 @@ std::string digits_text(const QNumber& value, std::size_t width, int base) {
 }
 
 std::string bits_text(const DataType* type, const QNumber& value, std::size_t width) {
-  const std::string digits = digits_text(value, width, 2);
+  std::string digits = digits_text(value, width, 2);
   return is_float(type) ? float_bits(format_of(type), digits) : digits;
 }
 
@@ -115,7 +115,7 @@ const DataType* IntermediateReader::float_type(Reading reading, std::size_t widt
 std::string IntermediateReader::bits(std::size_t i) const {
   const solver::Intermediate& value = explanation.intermediates[i];
   const fp::Label& label = fp::find_label(value.label);
-  const std::string digits = digits_text(value.value, value.width, 2);
+  std::string digits = digits_text(value.value, value.width, 2);
   const IEEEFloat::format target = target_format();
   if (const DataType* type = float_type(label.reading, value.width)) {
     return float_bits(format_of(type), digits);

@@ -79,7 +79,7 @@ struct Label {
   Stage stage;
   Reading reading;
   /// Of a significand: the label of its exponent, and how many bits stand before the point.
-  std::string_view exponent = "";
+  std::string_view exponent = {};
   std::size_t integer_bits = 1;
   Scale scale = Scale::exponent;
   /// What is to be added to the exponent.
