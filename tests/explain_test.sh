@@ -165,6 +165,8 @@ PY
     check "json $op" 0 '^None 1$' '' bash -c "'$vorn' explain --json '$op' | python3 '$dir/read.py'"
   done
   check json_of_script 0 '^sat 8$' '' bash -c "'$vorn' explain --json '$dir/sat.smt2' | python3 '$dir/read.py'"
+  script bytes.smt2 '(declare-const |\xff\xc3 \t"| Float16)(assert (fp.isNaN |\xff\xc3 \t"|))(check-sat)'
+  check json_of_bytes 0 '^sat 1$' '' bash -c "'$vorn' explain --json '$dir/bytes.smt2' | python3 '$dir/read.py'"
   check json_without_operations 0 '^sat 0$' '' bash -c "'$vorn' explain --json '$dir/plain.smt2' | python3 '$dir/read.py'"
 else
   skip python3

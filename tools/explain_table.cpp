@@ -86,15 +86,38 @@ class Columns {
   std::size_t hex = 0;
 };
 
+/// Length of the character of UTF-8 that `text` begins with; 0 if it begins with none. Overlong
+/// forms pass, which no reader of JSON minds.
+std::size_t character_length(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text.front());
+  const std::size_t length = first < 0x80                    ? 1
+                             : first >= 0xc2 && first < 0xe0 ? 2
+                             : first >= 0xe0 && first < 0xf0 ? 3
+                             : first >= 0xf0 && first < 0xf5 ? 4
+                                                             : 0;
+  if (length > text.size()) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xc0U) != 0x80U) return 0;
+  }
+  return length;
+}
+
+/// Symbols of a script may hold any bytes: those that are no UTF-8 become U+FFFD.
 std::string json_string(std::string_view text) {
   std::string out = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
+  while (!text.empty()) {
+    const char c = text.front();
+    const std::size_t length = character_length(text);
+    const std::string_view character = text.substr(0, length);
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+    if (length == 0) {
+      out += "\\ufffd";
+    } else if (c == '"' || c == '\\') {
       out += {'\\', c};
     } else if (static_cast<unsigned char>(c) < 0x20) {
       out += fmt::format("\\u{:04x}", static_cast<unsigned>(c));
     } else {
-      out += c;
+      out += character;
     }
   }
   return out + '"';

@@ -510,6 +510,26 @@ TEST(ExplanationCase, WhatIsOpenIsDecidedByTheModel) {
   }
 }
 
+TEST(ExplanationCase, ASolverWithLabelsTiesThemAndAnswersTheSame) {
+  for (const EncoderKind kind : {EncoderKind::ieee, EncoderKind::base}) {
+    TermManager mgr;
+    Options options;
+    options.encoder = kind;
+    options.debug_labels = true;
+    Solver solver(mgr, options);
+    const DataType* type = mgr.get_fp_type(3, 3);
+    const Term* x = mgr.make_constant(mgr.make_unique_symbol("mul_mant", type));
+    const Term* product = mgr.make_fp_mul(mgr.make_fprounding_even(), x, x);
+    solver.assert_formula(mgr.make_equal(product, mgr.make_fp_number(QNumber(0x21), 3, 3)));
+    const auto no_input = [](const Term*) { return false; };
+    const std::vector<fp::Tie> ties = fp::find_ties(mgr, solver.encode({}).conjuncts, no_input);
+    EXPECT_EQ(std::ranges::count(ties, std::string("mul_mant"), &fp::Tie::label), 1);
+    EXPECT_EQ(ties.back().label, "mul_result");
+    EXPECT_EQ(solver.check_sat(), smt2::Answer::sat);
+    EXPECT_EQ(solver.get_value(product), mgr.make_fp_number(QNumber(0x21), 3, 3));
+  }
+}
+
 TEST(ExplanationCase, RefusesWhatTheEncoderDoesNotHave) {
   Instance root(operation("sqrt"), {3, 3}, {}, Mode::nearest_even, {0x18}, EncoderKind::ieee);
   EXPECT_THROW(root.explain(EncoderKind::base), std::invalid_argument);
