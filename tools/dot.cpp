@@ -122,13 +122,13 @@ class Drawing {
         stages.push_back(stage);
         literals.emplace_back();
       }
-      std::string& name = names[tie.value];
       if (is_literal(tie.value)) {
         literals.back().push_back(fmt::format(
             "l{} [label={}, shape=plaintext]\n", literal_count++,
             quoted(fmt::format("{} = {}", tie.label, head_text(tie.value->get_symbol())))));
         continue;
       }
+      std::string& name = names[tie.value];
       name += (name.empty() ? "" : "\\n") + tie.label;
       place_below(tie.value, stages.size() - 1);
     }

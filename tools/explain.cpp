@@ -35,13 +35,10 @@ const char* name_of(solver::EncoderKind kind) {
 
 /// The beginning of a term in SMT-LIB syntax, without `let`: what is longer ends in dots.
 std::string short_text(const Term* root) {
-  struct Item {
-    const Term* term;  // null for a closing parenthesis
-  };
   std::string text;
-  std::vector<Item> stack{{root}};
+  std::vector<const Term*> stack{root};  // null for a closing parenthesis
   while (!stack.empty() && text.size() <= kTermLimit) {
-    const Term* t = stack.back().term;
+    const Term* t = stack.back();
     stack.pop_back();
     if (t == nullptr) {
       text += ')';
@@ -53,9 +50,9 @@ std::string short_text(const Term* root) {
       continue;
     }
     text += '(' + head_text(t->get_symbol());
-    stack.push_back({nullptr});
+    stack.push_back(nullptr);
     for (std::size_t i = t->get_arity(); i-- > 0;)
-      stack.push_back({t->get_arg(i)});
+      stack.push_back(t->get_arg(i));
   }
   if (text.size() > kTermLimit) {
     // Not within a character of UTF-8.
