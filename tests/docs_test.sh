@@ -36,7 +36,7 @@ same() { [[ -n $1 && "$(sort -u <<<"$1")" == "$(sort -u <<<"$2")" ]] || { diff <
 within() { [[ -n $1 ]] && comm -23 <(sort -u <<<"$1") <(sort -u <<<"$2") | { ! grep .; }; }
 
 # Options of the command.
-help=$("$vorn" --help; for part in solve eval encode lift; do "$vorn" $part --help; done)
+help=$("$vorn" --help; for part in solve eval explain encode lift; do "$vorn" $part --help; done)
 expect 'options of the command' same "$(grep -oE -- '--[a-z][a-z-]+' <<<"$help")" \
   "$(grep -oE '^\| `--[^|]*' "$manual" | grep -oE -- '--[a-z][a-z-]+')"
 for status in 0 1 2 3 4; do

@@ -9,11 +9,14 @@
 #include <iostream>
 #include <new>
 #include <span>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 #include <unordered_map>
 #include <vector>
 
+#include "tools/dot.h"
+#include "tools/operation.h"
 #include "tools/script.h"
 #include "tools/solve.h"
 #include "vorn/bv/aig.h"
@@ -121,7 +124,56 @@ void write_circuit(std::ostream& out, const TermManager& manager, const FirstChe
   bv::write_aiger(out, circuits.get_graph(), inputs, output, "assertions", format);
 }
 
-void write(std::ostream& out, const TermManager& manager, const FirstCheck& check,
+void write_picture(std::ostream& out, TermManager& manager, const FirstCheck& check) {
+  Picture picture;
+  for (const auto& [name, constant] : check.constants) {
+    if (const Term* encoding = check.engine->get_encoding(constant)) {
+      picture.names.emplace(encoding, quote_symbol(name));
+    }
+  }
+  add_constraints(picture, manager, check.encoding.conjuncts);
+  write_dot(out, picture);
+}
+
+/// The circuit of one operation, the operands of which may be free.
+Picture draw_operation(TermManager& manager, const EncodeOptions& options) {
+  std::vector<std::string> words;
+  std::istringstream split(options.operation);
+  for (std::string word; split >> word;)
+    words.push_back(word);
+  const Term* operation = read_operation(manager, words, Operands::free);
+  const auto encoder = solver::make_encoder(options.encoder, manager);
+  if (!encoder->supports(operation->get_tag())) {
+    throw std::invalid_argument("not supported by this encoder");
+  }
+  encoder->set_debug_flag(true);
+  for (const Term* arg : operation->get_args()) {
+    // Left to itself, the encoder would ask of a float that it is no NaN or the canonical one.
+    const DataType* type = arg->get_type();
+    if (type->get_kind() == DataType::Kind::bit_vector) {
+      encoder->define_encoding(arg, arg);
+    } else if (type->get_kind() == DataType::Kind::floating_point &&
+               !manager.is_number(arg, nullptr)) {
+      const DataType* bits = manager.get_bv_type(1 + type->get_e() + type->get_m());
+      encoder->define_encoding(arg, manager.make_constant(manager.make_unique_symbol("in", bits)));
+    }
+  }
+  std::vector<const Term*> constraints;
+  const Term* encoding = nullptr;
+  try {
+    encoding = encoder->get_bv_encoding(operation, &constraints);
+  } catch (const std::invalid_argument& error) {
+    throw std::invalid_argument(fmt::format("not supported by this encoder: {}", error.what()));
+  }
+  Picture picture;
+  for (const Term* arg : operation->get_args())
+    picture.names.emplace(encoder->get_cached(arg), arg->get_symbol()->get_name());
+  picture.outputs.emplace_back("result", encoding);
+  add_constraints(picture, manager, constraints);
+  return picture;
+}
+
+void write(std::ostream& out, TermManager& manager, const FirstCheck& check,
            const EncodeOptions& options) {
   switch (options.target) {
     case EncodeOptions::Target::smt2:
@@ -129,6 +181,9 @@ void write(std::ostream& out, const TermManager& manager, const FirstCheck& chec
       return;
     case EncodeOptions::Target::dimacs:
       write_clauses(out, manager, check);
+      return;
+    case EncodeOptions::Target::dot:
+      write_picture(out, manager, check);
       return;
     case EncodeOptions::Target::aiger:
       // The suffix tells the variants apart, as in the tools of the format.
@@ -138,22 +193,17 @@ void write(std::ostream& out, const TermManager& manager, const FirstCheck& chec
   }
 }
 
-void encode_script(const EncodeOptions& options) {
-  const std::string text = read_all(options.file);
-  TermManager manager;
-  const FirstCheck check = read_first_check(manager, text, options.file, options.encoder);
-  if (const std::size_t checks = count_checks(text, options.file); checks > 1) {
-    std::cerr << fmt::format("{}: note: only the first of {} checks is encoded\n",
-                             display_name(options.file), checks);
-  }
+/// Hands the stream that the options ask for to `writer`.
+template <class Writer>
+void write_output(const EncodeOptions& options, const Writer& writer) {
   if (options.output.empty()) {
-    write(std::cout, manager, check, options);
+    writer(std::cout);
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("<stdout>: error: cannot write");
     return;
   }
   std::ofstream out(options.output, std::ios::binary);
-  if (out) write(out, manager, check, options);
+  if (out) writer(out);
   out.close();
   if (!out) {
     throw std::runtime_error(fmt::format("{}: error: cannot write the file: {}", options.output,
@@ -161,16 +211,42 @@ void encode_script(const EncodeOptions& options) {
   }
 }
 
+void encode_operation(const EncodeOptions& options) {
+  try {
+    TermManager manager;
+    const Picture picture = draw_operation(manager, options);
+    write_output(options, [&](std::ostream& out) { write_dot(out, picture); });
+  } catch (const std::invalid_argument& error) {
+    throw std::runtime_error(fmt::format("{}: error: {}", options.operation, error.what()));
+  }
+}
+
+void encode_script(const EncodeOptions& options) {
+  const std::string text = read_all(options.file);
+  TermManager manager;
+  solver::Options solver_options;
+  solver_options.encoder = options.encoder;
+  solver_options.debug_labels = options.target == EncodeOptions::Target::dot;
+  const FirstCheck check = read_first_check(manager, text, options.file, solver_options);
+  if (const std::size_t checks = count_checks(text, options.file); checks > 1) {
+    std::cerr << fmt::format("{}: note: only the first of {} checks is encoded\n",
+                             display_name(options.file), checks);
+  }
+  write_output(options, [&](std::ostream& out) { write(out, manager, check, options); });
+}
+
 }  // namespace
 
 int encode(const EncodeOptions& options) {
+  const bool is_script = options.operation.empty();
+  const std::string name = is_script ? display_name(options.file) : options.operation;
   try {
-    encode_script(options);
+    is_script ? encode_script(options) : encode_operation(options);
   } catch (const std::length_error& error) {
-    std::cerr << fmt::format("{}: error: {}\n", display_name(options.file), error.what());
+    std::cerr << fmt::format("{}: error: {}\n", name, error.what());
     return kLimitReached;
   } catch (const std::bad_alloc&) {
-    std::cerr << fmt::format("{}: error: out of memory\n", display_name(options.file));
+    std::cerr << fmt::format("{}: error: out of memory\n", name);
     return kLimitReached;
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';

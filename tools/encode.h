@@ -10,9 +10,10 @@
 namespace vorn::tools {
 
 struct EncodeOptions {
-  enum class Target : std::uint8_t { smt2, dimacs, aiger };
+  enum class Target : std::uint8_t { smt2, dimacs, aiger, dot };
 
-  std::string file;  // "-" is standard input
+  std::string file;       // "-" is standard input
+  std::string operation;  // in the place of a script; for dot
   Target target = Target::smt2;
   std::string output;  // empty: standard output
   solver::EncoderKind encoder = solver::EncoderKind::ieee;

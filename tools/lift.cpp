@@ -149,8 +149,7 @@ void print_answer(const LiftOptions& options) {
   if (!options.script.empty()) {
     // The exact encoder has every operation, so no script that was encoded is refused here.
     const std::string text = read_all(options.script);
-    model.check(manager,
-                read_first_check(manager, text, options.script, solver::EncoderKind::ieee));
+    model.check(manager, read_first_check(manager, text, options.script, {}));
   }
   std::cout << "sat\n" << model.print(manager) << '\n';
 }

@@ -25,19 +25,24 @@ namespace {
 
 class Reached final : public std::exception {};
 
-/// Translates as the solver does, and decides nothing.
+/// Translates as the solver does, and decides nothing unless it is told to.
 class CapturingSolver final : public solver::Solver {
  public:
-  using Solver::Solver;
+  CapturingSolver(TermManager& manager, const solver::Options& chosen, bool decides)
+      : Solver(manager, chosen), decide(decides) {}
 
   smt2::Answer check_sat(std::span<const Term* const> assumed) override {
     encoding = encode(assumed);
+    if (decide) answer = Solver::check_sat(assumed);
     throw Reached();
   }
   solver::Encoding take_encoding() { return std::move(encoding); }
+  std::optional<smt2::Answer> get_answer() const { return answer; }
 
  private:
+  bool decide;
   solver::Encoding encoding;
+  std::optional<smt2::Answer> answer;
 };
 
 }  // namespace
@@ -81,10 +86,8 @@ std::size_t count_checks(const std::string& text, const std::string& file) {
 }
 
 FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
-                            solver::EncoderKind encoder) {
-  solver::Options options;
-  options.encoder = encoder;
-  auto engine = std::make_unique<CapturingSolver>(manager, options);
+                            const solver::Options& options, bool decide) {
+  auto engine = std::make_unique<CapturingSolver>(manager, options, decide);
   std::ostringstream answers;
   smt2::Interpreter interpreter(manager, *engine, answers);
   const std::string name = display_name(file);
@@ -93,6 +96,7 @@ FirstCheck read_first_check(TermManager& manager, const std::string& text, const
   } catch (const Reached&) {
     FirstCheck check;
     check.encoding = engine->take_encoding();
+    check.answer = engine->get_answer();
     check.constants = interpreter.get_symbols().get_declarations();
     check.engine = std::move(engine);
     return check;

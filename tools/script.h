@@ -4,9 +4,11 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "vorn/smt2/engine.h"
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/solver/solver.h"
@@ -29,12 +31,13 @@ struct FirstCheck {
   std::unique_ptr<solver::Solver> engine;
   solver::Encoding encoding;
   std::vector<smt2::SymbolTable::Declaration> constants;
+  std::optional<smt2::Answer> answer;  // where it was decided
 };
 
-/// Reads a script up to its first check. Throws smt2::ScriptError, and std::runtime_error where
-/// there is no check.
+/// Reads a script up to its first check, and decides that if `decide` holds. Throws
+/// smt2::ScriptError, and std::runtime_error where there is no check.
 FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
-                            solver::EncoderKind encoder);
+                            const solver::Options& options, bool decide = false);
 
 }  // namespace vorn::tools
 

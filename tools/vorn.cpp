@@ -7,6 +7,7 @@
 
 #include "tools/encode.h"
 #include "tools/eval.h"
+#include "tools/explain.h"
 #include "tools/lift.h"
 #include "tools/solve.h"
 
@@ -55,23 +56,40 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
 
 void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
   using Target = vorn::tools::EncodeOptions::Target;
-  app.add_option("FILE", options.file,
-                 "SMT-LIB script, read up to its first check-sat; - is standard input")
-      ->required();
+  CLI::Option* file = app.add_option(
+      "FILE", options.file, "SMT-LIB script, read up to its first check-sat; - is standard input");
+  app.add_option("--op", options.operation,
+                 "in place of a script, with --to dot: an operation as in a line of eval, without "
+                 "operands, or with _ for those that are left open")
+      ->type_name("OPERATION")
+      ->excludes(file);
   app.add_option_function<std::string>(
          "--to",
          [&options](const std::string& name) {
            options.target = name == "dimacs"  ? Target::dimacs
                             : name == "aiger" ? Target::aiger
+                            : name == "dot"   ? Target::dot
                                               : Target::smt2;
          },
-         "format: smt2 (a script of QF_BV), dimacs (clauses) or aiger (a circuit)")
+         "format: smt2 (a script of QF_BV), dimacs (clauses), aiger (a circuit) or dot (a picture "
+         "of the terms for Graphviz)")
       ->type_name("FORMAT")
-      ->check(CLI::IsMember({"smt2", "dimacs", "aiger"}))
+      ->check(CLI::IsMember({"smt2", "dimacs", "aiger", "dot"}))
       ->required();
   app.add_option("-o,--out", options.output,
                  "write to FILE instead of standard output; a circuit is binary if it ends in .aig")
       ->type_name("FILE");
+  add_encoder_option(app, options.encoder);
+}
+
+void add_explain_options(CLI::App& app, vorn::tools::ExplainOptions& options) {
+  app.add_option(
+         "OPERATION|FILE", options.words,
+         "an operation as in a line of eval, such as add rne 8 23 3f800000 40000000; or, if "
+         "it is one word and no such line, an SMT-LIB script, the operations of which are "
+         "explained in the model of its first check-sat; - is standard input")
+      ->required();
+  app.add_flag("--json", options.json, "print one JSON object, for programs");
   add_encoder_option(app, options.encoder);
 }
 
@@ -98,6 +116,20 @@ std::string find_usage_error(const vorn::tools::SolveOptions& options) {
   return "";
 }
 
+std::string find_usage_error(const vorn::tools::EncodeOptions& options) {
+  const bool is_operation = !options.operation.empty();
+  if (!is_operation && options.file.empty()) return "FILE is required";
+  if (is_operation && options.target != vorn::tools::EncodeOptions::Target::dot) {
+    return "--op goes with --to dot";
+  }
+  return "";
+}
+
+int report_usage_error(const std::string& error) {
+  std::cerr << "vorn: " << error << "\nRun with --help for more information.\n";
+  return vorn::tools::kUsageError;
+}
+
 int run(int argc, char** argv) {
   CLI::App app("Vorn decides SMT-LIB 2.6 scripts over floating-point and bit-vector terms.",
                "vorn");
@@ -120,6 +152,10 @@ int run(int argc, char** argv) {
   CLI::App* encode =
       app.add_subcommand("encode", "write what a script decides as a formula for other solvers");
   add_encode_options(*encode, encode_options);
+  vorn::tools::ExplainOptions explain_options;
+  CLI::App* explain = app.add_subcommand(
+      "explain", "show each intermediate value of an operation, or of those of a script");
+  add_explain_options(*explain, explain_options);
   vorn::tools::LiftOptions lift_options;
   CLI::App* lift = app.add_subcommand(
       "lift", "turn the answer of a SAT solver to encoded clauses into one to the script");
@@ -132,11 +168,16 @@ int run(int argc, char** argv) {
   }
   std::ios::sync_with_stdio(false);
   if (eval->parsed()) return vorn::tools::evaluate_lines(std::cin, std::cout, eval_encoder);
-  if (encode->parsed()) return vorn::tools::encode(encode_options);
+  if (encode->parsed()) {
+    if (const std::string error = find_usage_error(encode_options); !error.empty()) {
+      return report_usage_error(error);
+    }
+    return vorn::tools::encode(encode_options);
+  }
+  if (explain->parsed()) return vorn::tools::explain(explain_options);
   if (lift->parsed()) return vorn::tools::lift(lift_options);
   if (const std::string error = find_usage_error(options); !error.empty()) {
-    std::cerr << "vorn: " << error << "\nRun with --help for more information.\n";
-    return vorn::tools::kUsageError;
+    return report_usage_error(error);
   }
   return vorn::tools::solve(options);
 }

@@ -36,6 +36,9 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
  protected:
   const Term* encode_rounding(const Term* t) override;
   const Term* encode_constant(const Term* t) override;
+  const Term* encode_fp_equal(const Term* t) override;
+  const Term* encode_lt(const Term* t) override;
+  const Term* encode_le(const Term* t) override;
   const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b) override;
   const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
                                  const std::vector<const Term*>& values) override;
@@ -86,6 +89,11 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
 
   /// An operand as Operand has it, taken apart.
   Operand enc_unpack(const Term* t, std::size_t i);
+  /// In debug mode, tracks an operand and its parts: "<prefix>arg<number>", "<prefix>exp<number>",
+  /// and so on.
+  void enc_track_operand(const char* prefix, std::size_t number, const Operand& x);
+  /// In debug mode, tracks what a comparison reads.
+  void enc_track_comparison(const Term* t);
   /// The format of argument i of t.
   format arg_format(const Term* t, std::size_t i) const;
   /// The constant of a leaf or a choice: made once, named by prefix and counter.

@@ -2,6 +2,7 @@
 // replaces.
 #include <algorithm>
 #include <bit>
+#include <string>
 
 #include "vorn/fp/ieee_bv_encoder.h"
 
@@ -59,6 +60,37 @@ FpBvEncoder::Operand IeeeBvEncoder::enc_unpack(const Term* t, std::size_t i) {
   const Term* inf = enc_is_inf(x, fmt);
   const Term* nan = enc_is_nan(x, fmt);
   return {x, exp, sign, mant, inf, nan, enc_is_zero(x, fmt)};
+}
+
+void IeeeBvEncoder::enc_track_operand(const char* prefix, std::size_t number, const Operand& x) {
+  if (!debug) return;
+  const std::pair<const char*, const Term*> parts[] = {
+      {"arg", x.packed}, {"exp", x.exp}, {"sign", x.sign}, {"mant", x.mant},
+      {"inf", x.inf},    {"nan", x.nan}, {"zero", x.zero}};
+  for (const auto& [part, value] : parts)
+    debug_track_term(value, (prefix + std::string(part) + std::to_string(number)).c_str());
+}
+
+void IeeeBvEncoder::enc_track_comparison(const Term* t) {
+  if (!debug) return;
+  enc_track_operand("compare_", 1, enc_unpack(t, 0));
+  enc_track_operand("compare_", 2, enc_unpack(t, 1));
+  debug_track_term(dst_mgr->make_bv_ult(encoded_arg(t, 0), encoded_arg(t, 1)), "compare_ult");
+}
+
+const Term* IeeeBvEncoder::encode_fp_equal(const Term* t) {
+  enc_track_comparison(t);
+  return FpBvEncoder::encode_fp_equal(t);
+}
+
+const Term* IeeeBvEncoder::encode_lt(const Term* t) {
+  enc_track_comparison(t);
+  return FpBvEncoder::encode_lt(t);
+}
+
+const Term* IeeeBvEncoder::encode_le(const Term* t) {
+  enc_track_comparison(t);
+  return FpBvEncoder::encode_le(t);
 }
 
 const Term* IeeeBvEncoder::get_leaf(const Term* t, const char* prefix, std::int32_t* counter,
@@ -120,6 +152,7 @@ void IeeeBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp
   debug_track_term(*exp, "norm_shift_exp");
   debug_track_term(*mant, "norm_shift_mant");
   const Term* lz = enc_leading_zeros(*mant);
+  debug_track_term(lz, "enc_norm_log_shift");
   const std::size_t S = width_of(lz);
   *mant = mgr.make_bv_lshl(*mant, mgr.make_bv_zero_extend(width_of(*mant) - S, lz));
   *exp = mgr.make_bv_sub(*exp, mgr.make_bv_zero_extend(width_of(*exp) - S, lz));
@@ -130,6 +163,7 @@ const Term* IeeeBvEncoder::enc_add_align(format /*fmt*/, const Term* small, cons
   debug_track_term(dist0, "add_distance");
   const Term* aligned = enc_shift_right_sticky(dst_mgr->make_bv_concat(small, bv(0, 3)), dist0);
   *sticky = dst_mgr->make_bv_extract(0, 0, aligned);
+  debug_track_term(aligned, "add_aligned");
   return aligned;
 }
 
@@ -155,6 +189,8 @@ const Term* IeeeBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const
   const Term* negative = mgr.make_bv_comp(rm, rm_minus_inf_bv);
   const Term* rounded_sign = mgr.make_bv_extract(w, w, rounded);
   const Term* sign = enc_make_ite(cancelled, negative, rounded_sign);
+  debug_track_term(cancelled, "add_cancelled");
+  debug_track_term(sign, "add_sign");
   return mgr.make_bv_concat(sign, absres);
 }
 
@@ -178,6 +214,8 @@ const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format t
   const Term* field = mgr.make_bv_and(enc_mask(hidden, to.e), biased);
   const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, mant);
   if (to.m > from.m) fraction = mgr.make_bv_concat(fraction, bv(0, to.m - from.m));
+  debug_track_term(field, "cast_field");
+  debug_track_term(fraction, "cast_fraction");
   const Term* never = bv(0, 1);
   return enc_assemble(to, value, never, never, mgr.make_bv_concat(field, fraction));
 }

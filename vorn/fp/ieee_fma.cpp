@@ -17,8 +17,14 @@ const Term* IeeeBvEncoder::encode_fma(const Term* t) {
   const Operand x = enc_unpack(t, 1);
   const Operand y = enc_unpack(t, 2);
   const Operand z = enc_unpack(t, 3);
+  debug_track_term(rm, "fma_arg0");
+  enc_track_operand("fma_", 1, x);
+  enc_track_operand("fma_", 2, y);
+  enc_track_operand("fma_", 3, z);
   const Term* product_sign = mgr.make_bv_not(mgr.make_bv_comp(x.sign, y.sign));
   const Term* product_zero = mgr.make_bv_or(x.zero, y.zero);
+  debug_track_term(product_sign, "fma_product_sign");
+  debug_track_term(product_zero, "fma_product_zero");
   const Sum sum = enc_fma_sum(rm, fmt, enc_normalise(fmt, x), enc_normalise(fmt, y), z,
                               product_sign, product_zero);
 
@@ -31,9 +37,10 @@ const Term* IeeeBvEncoder::encode_fma(const Term* t) {
   const Term* inf = mgr.make_bv_or(product_inf, z.inf);
   const Term* inf_sign = enc_make_ite(product_inf, product_sign, z.sign);
   const Term* sign = enc_make_ite(inf, inf_sign, sum.sign);
-  const Term* result = enc_round_exact(rm, fmt, {nan, inf, sign, sum.exp, sum.mant, true, 0});
   debug_track_term(nan, "fma_nan");
   debug_track_term(inf, "fma_inf");
+  debug_track_term(sign, "fma_sign");
+  const Term* result = enc_round_exact(rm, fmt, {nan, inf, sign, sum.exp, sum.mant, true, 0});
   debug_track_term(result, "fma_result");
   return result;
 }
@@ -44,6 +51,10 @@ IeeeBvEncoder::Sum IeeeBvEncoder::enc_fma_sum(const Term* rm, format fmt, const 
   TermManager& mgr = *dst_mgr;
   const std::size_t m = fmt.m;
   const std::size_t K = 2 * m + 2;
+  debug_track_term(x.exp, "fma_exp1_norm");
+  debug_track_term(x.mant, "fma_mant1_norm");
+  debug_track_term(y.exp, "fma_exp2_norm");
+  debug_track_term(y.mant, "fma_mant2_norm");
   const Term* wide_x = mgr.make_bv_zero_extend(m + 1, x.mant);
   const Term* product = mgr.make_bv_mul(wide_x, mgr.make_bv_zero_extend(m + 1, y.mant));
   const Term* addend = mgr.make_bv_concat(mgr.make_bv_zero_extend(1, z.mant), bv(0, m));
@@ -63,6 +74,9 @@ IeeeBvEncoder::Sum IeeeBvEncoder::enc_fma_sum(const Term* rm, format fmt, const 
   const Term* d = mgr.make_bv_sub(ep, ez);
   const Term* distance = enc_make_term_ite(product_above, d, mgr.make_bv_neg(d));
   const Term* aligned = enc_shift_right_sticky(mgr.make_bv_concat(small, bv(0, 3)), distance);
+  debug_track_term(exp, "fma_exp");
+  debug_track_term(big, "fma_big");
+  debug_track_term(small, "fma_small");
   debug_track_term(distance, "fma_distance");
   debug_track_term(aligned, "fma_aligned");
 

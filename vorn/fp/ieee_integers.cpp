@@ -17,6 +17,8 @@ IeeeBvEncoder::Integral IeeeBvEncoder::enc_integral(const Term* rm, format fmt, 
   const auto [e, m] = fmt;
   const auto S = static_cast<std::size_t>(std::bit_width(w));
   const std::size_t E = std::max<std::size_t>(e, S + 1) + 1;
+  debug_track_term(rm, "integral_arg0");
+  enc_track_operand("integral_", 1, x);
   // The exponent of 1/2 is where the significand lies without a shift.
   const Term* places = mgr.make_bv_add(mgr.make_bv_sign_extend(E - e, x.exp), bv(1, E));
   const Term* tiny = mgr.make_bv_extract(E - 1, E - 1, places);
@@ -32,6 +34,9 @@ IeeeBvEncoder::Integral IeeeBvEncoder::enc_integral(const Term* rm, format fmt, 
   const Term* below = enc_any(mgr.make_bv_extract(m - 1, 0, shifted));
   const Term* sticky = mgr.make_bv_or(below, mgr.make_bv_and(tiny, top));
   const Term* least = mgr.make_bv_extract(0, 0, integer);
+  debug_track_term(places, "integral_places");
+  debug_track_term(tiny, "integral_tiny");
+  debug_track_term(amount, "integral_amount");
   debug_track_term(integer, "integral_integer");
   debug_track_term(round, "integral_rounding_bit");
   debug_track_term(sticky, "integral_sticky_bit");
@@ -42,6 +47,8 @@ IeeeBvEncoder::Integral IeeeBvEncoder::enc_integral(const Term* rm, format fmt, 
   debug_track_term(increment, "integral_increment");
   const Term* value =
       mgr.make_bv_add(mgr.make_bv_zero_extend(1, integer), mgr.make_bv_zero_extend(w, increment));
+  debug_track_term(value, "integral_value");
+  debug_track_term(too_large, "integral_too_large");
   return {value, enc_make_term_ite(too_large, bv(1, 1), bv(0, 1))};
 }
 
@@ -94,8 +101,12 @@ const Term* IeeeBvEncoder::enc_to_integer(const Term* t, bool is_signed) {
     beyond = mgr.make_bv_and(x.sign, enc_any(magnitude));
   }
   outside = mgr.make_bv_or(outside, beyond);
+  debug_track_term(bits, "to_int_bits");
+  debug_track_term(outside, "to_int_outside");
   const Term* open = get_leaf(t, "fp.u", &spare_counter, mgr.get_bv_type(w));
-  return enc_make_term_ite(mgr.make_equal(outside, bv(1, 1)), open, bits);
+  const Term* result = enc_make_term_ite(mgr.make_equal(outside, bv(1, 1)), open, bits);
+  debug_track_term(result, "to_int_result");
+  return result;
 }
 
 }  // namespace vorn::fp

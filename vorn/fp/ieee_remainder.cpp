@@ -19,6 +19,8 @@ const Term* IeeeBvEncoder::encode_rem(const Term* t) {
   const auto [e, m] = fmt;
   const Operand x = enc_unpack(t, 0);
   const Operand y = enc_unpack(t, 1);
+  enc_track_operand("rem_", 1, x);
+  enc_track_operand("rem_", 2, y);
   const Term* d =
       mgr.make_bv_sub(mgr.make_bv_sign_extend(1, x.exp), mgr.make_bv_sign_extend(1, y.exp));
   const Term* below = mgr.make_equal(mgr.make_bv_extract(e, e, d), bv(1, 1));
@@ -36,7 +38,12 @@ const Term* IeeeBvEncoder::encode_rem(const Term* t) {
   const Term* wide_divisor = mgr.make_bv_zero_extend(1, divisor);
   const Term* tie = mgr.make_and(odd, mgr.make_equal(twice_rest, wide_divisor));
   const Term* up = mgr.make_or(mgr.make_bv_ult(wide_divisor, twice_rest), tie);
+  debug_track_term(power_rest, "rem_power_rest");
+  debug_track_term(dividend, "rem_dividend");
+  debug_track_term(divisor, "rem_divisor");
+  debug_track_term(odd, "rem_odd");
   debug_track_term(rest, "rem_rest");
+  debug_track_term(up, "rem_up");
 
   // Half the divisor at most: m + 1 bits hold it.
   const Term* nearest = enc_make_term_ite(up, mgr.make_bv_sub(divisor, rest), rest);
@@ -45,12 +52,17 @@ const Term* IeeeBvEncoder::encode_rem(const Term* t) {
   const Term* sign = mgr.make_bv_xor(x.sign, enc_make_term_ite(up, bv(1, 1), bv(0, 1)));
   const Term* invalid = mgr.make_bv_or(x.inf, y.zero);
   const Term* nan = mgr.make_bv_or(invalid, mgr.make_bv_or(x.nan, y.nan));
+  debug_track_term(mant, "rem_mant");
+  debug_track_term(exp, "rem_exp");
+  debug_track_term(sign, "rem_sign");
+  debug_track_term(nan, "rem_nan");
   const Term* never = bv(0, 1);
   const Term* rounded = enc_round_exact(rm_even_bv, fmt, {nan, never, sign, exp, mant, false, 0});
 
   const Term* is_number = mgr.make_equal(nan, bv(0, 1));
   const Term* unreached = mgr.make_or(far, mgr.make_equal(y.inf, bv(1, 1)));
   const Term* result = enc_make_term_ite(mgr.make_and(is_number, unreached), x.packed, rounded);
+  debug_track_term(unreached, "rem_unreached");
   debug_track_term(result, "rem_result");
   return result;
 }

@@ -23,9 +23,10 @@ const Term* IeeeBvEncoder::enc_do_rounding(const Term* rm, format fmt, const Ter
 const Term* IeeeBvEncoder::enc_round_exact(const Term* rm, format fmt, const Unrounded& value) {
   TermManager& mgr = *dst_mgr;
   const auto [e, m] = fmt;
-  debug_track_term(value.mant, "round_mant_before");
-  debug_track_term(rm, "round_rounding");
+  debug_track_term(value.exp, "scale_exp_before");
+  debug_track_term(value.mant, "scale_mant_before");
   const auto [mant, field] = enc_scale(fmt, value);
+  debug_track_term(rm, "round_rounding");
   const std::size_t W = width_of(mant);
   const std::size_t x = W - (m + 1);  // bits below the kept ones, at least 2
 
@@ -53,6 +54,8 @@ const Term* IeeeBvEncoder::enc_round_exact(const Term* rm, format fmt, const Unr
   const Term* kept_field = mgr.make_bv_and(mask, mgr.make_bv_extract(e - 1, 0, field));
   const Term* kept = mgr.make_bv_concat(kept_field, mgr.make_bv_extract(W - 2, x, mant));
   const Term* body = mgr.make_bv_add(kept, mgr.make_bv_zero_extend(e + m - 1, increment));
+  debug_track_term(kept, "round_kept");
+  debug_track_term(body, "round_body");
   const Term* saturates = mgr.make_bv_and(overflow, correction);
   const Term* result = enc_assemble(fmt, value, overflow, saturates, body);
   debug_track_term(result, "round_ret");
@@ -80,15 +83,23 @@ IeeeBvEncoder::Scaled IeeeBvEncoder::enc_scale(format fmt, const Unrounded& valu
   const Term* below = value.may_underflow ? mgr.make_bv_slt(d, zero) : mgr.make_false();
   const Term* wide_lz = mgr.make_bv_zero_extend(E - S, lz);
   const Term* near = mgr.make_bv_slt(d, wide_lz);
+  debug_track_term(lz, "scale_leading_zeros");
+  debug_track_term(d, "scale_distance");
+  debug_track_term(below, "scale_below");
   const Term* capped = enc_make_term_ite(near, mgr.make_bv_extract(S - 1, 0, d), lz);
   const Term* left = enc_make_term_ite(below, bv(0, S), capped);
   mant = mgr.make_bv_lshl(mant, mgr.make_bv_zero_extend(W - S, left));
+  debug_track_term(left, "scale_left");
   if (below != mgr.make_false()) {
     const Term* right = enc_make_term_ite(below, mgr.make_bv_neg(d), zero);
     mant = enc_shift_right_sticky(mant, right);
+    debug_track_term(right, "scale_right");
   }
   const Term* moved = mgr.make_bv_sub(d, mgr.make_bv_zero_extend(E - S, left));
-  return {mant, mgr.make_bv_add(moved, bv(1, E))};
+  const Term* field = mgr.make_bv_add(moved, bv(1, E));
+  debug_track_term(mant, "scale_mant");
+  debug_track_term(field, "scale_field");
+  return {mant, field};
 }
 
 const Term* IeeeBvEncoder::enc_assemble(format fmt, const Unrounded& value, const Term* overflow,
@@ -108,6 +119,11 @@ const Term* IeeeBvEncoder::enc_assemble(format fmt, const Unrounded& value, cons
   const Term* edge_value = mgr.make_bv_concat(field, fraction);
   const Term* magnitude = enc_make_term_ite(edge, edge_value, body);
   const Term* sign = mgr.make_bv_or(value.nan, value.sign);
+  debug_track_term(value.nan, "pack_nan");
+  debug_track_term(value.inf, "pack_inf");
+  debug_track_term(finite_max, "pack_finite_max");
+  debug_track_term(sign, "pack_res_sign");
+  debug_track_term(magnitude, "pack_magnitude");
   return mgr.make_bv_concat(sign, magnitude);
 }
 

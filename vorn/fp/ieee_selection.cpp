@@ -66,6 +66,8 @@ const Term* IeeeBvEncoder::enc_select(const Term* t, bool larger) {
   TermManager& mgr = *dst_mgr;
   const Operand x = enc_unpack(t, 0);
   const Operand y = enc_unpack(t, 1);
+  enc_track_operand("select_", 1, x);
+  enc_track_operand("select_", 2, y);
   const Term*& choice = zero_choices[t->get_symbol()];
   if (choice == nullptr) {
     choice = make_fresh_constant("fp.u", &spare_counter, mgr.get_bv_type(2));
@@ -90,7 +92,13 @@ const Term* IeeeBvEncoder::enc_select(const Term* t, bool larger) {
   const Term* x_number = mgr.make_equal(x.nan, bv(0, 1));
   const Term* y_nan = mgr.make_equal(y.nan, bv(1, 1));
   const Term* take_x = mgr.make_or(y_nan, mgr.make_and(x_number, of_numbers));
-  return enc_make_term_ite(take_x, x.packed, y.packed);
+  const Term* result = enc_make_term_ite(take_x, x.packed, y.packed);
+  debug_track_term(below, "select_below");
+  debug_track_term(zeros, "select_zeros");
+  debug_track_term(choice, "select_choice");
+  debug_track_term(take_x, "select_take_first");
+  debug_track_term(result, "select_result");
+  return result;
 }
 
 }  // namespace vorn::fp

@@ -13,7 +13,11 @@ const Term* IeeeBvEncoder::encode_sqrt(const Term* t) {
   const std::size_t m = fmt.m;
   const Term* rm = encoded_arg(t, 0);
   const Operand x = enc_unpack(t, 1);
+  debug_track_term(rm, "sqrt_arg0");
+  enc_track_operand("sqrt_", 1, x);
   const auto [exp, mant] = enc_normalise(fmt, x);
+  debug_track_term(exp, "sqrt_exp1_norm");
+  debug_track_term(mant, "sqrt_mant1_norm");
   const std::size_t E = width_of(exp);
   const Term* odd = mgr.make_equal(mgr.make_bv_extract(0, 0, exp), bv(1, 1));
   const Term* once = mgr.make_bv_concat(bv(0, 1), mant);
@@ -22,12 +26,15 @@ const Term* IeeeBvEncoder::encode_sqrt(const Term* t) {
   const Term* inexact = nullptr;
   const Term* root = enc_square_root(mgr.make_bv_concat(even, bv(0, m + 2)), &inexact);
   const Term* half = mgr.make_bv_sign_extend(1, mgr.make_bv_extract(E - 1, 1, exp));
+  debug_track_term(odd, "sqrt_odd");
+  debug_track_term(even, "sqrt_radicand");
   debug_track_term(half, "sqrt_exp");
   debug_track_term(root, "sqrt_root");
   debug_track_term(inexact, "sqrt_sticky_bit");
 
   const Term* negative = mgr.make_bv_and(x.sign, mgr.make_bv_not(x.zero));
   const Term* nan = mgr.make_bv_or(x.nan, negative);
+  debug_track_term(nan, "sqrt_nan");
   // Roots lie nearer to one than their squares, so only the subnormals of formats with far more
   // digits than exponents have roots below the normal numbers.
   const bool may_underflow = fmt.e < 63 && m + 2 > (std::uint64_t{1} << (fmt.e - 1));

@@ -64,6 +64,7 @@ struct Solver::BackEnd {
         translator(manager, *encoder),
         circuits(std::make_unique<Circuits>(manager, options)) {
     encoder->set_termination_test(options.termination_test);
+    encoder->set_debug_flag(options.debug_labels);
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
   }
 

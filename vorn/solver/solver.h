@@ -58,6 +58,9 @@ struct VORN_EXPORT Options {
   bool local_search = true;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
+  /// Whether the constraints tie each named intermediate value of a circuit to a constant of its
+  /// name.
+  bool debug_labels = false;
   /// Told about each step; borrowed, may be null.
   Logger* logger = nullptr;
   /// Where the clauses of the one check go, in DIMACS, and the proof that refutes them, in DRAT;

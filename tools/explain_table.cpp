@@ -1,0 +1,232 @@
+#include "tools/explain_table.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "tools/reading.h"
+#include "vorn/terms/printer.h"
+
+namespace vorn::tools {
+namespace {
+
+constexpr int kSchemaVersion = 1;
+
+/// A value of a sort, as an operand or result.
+Row make_row(std::string label, const DataType* type, const QNumber& value, std::size_t width,
+             bool is_signed) {
+  Row row;
+  row.label = std::move(label);
+  switch (type->get_kind()) {
+    case DataType::Kind::boolean:
+      row.kind = get_reading_name(fp::Reading::flag);
+      break;
+    case DataType::Kind::rounding_mode:
+      row.kind = get_reading_name(fp::Reading::mode);
+      break;
+    case DataType::Kind::floating_point:
+      row.kind = get_reading_name(fp::Reading::source);
+      break;
+    case DataType::Kind::bit_vector:
+      row.kind = "integer";
+      break;
+  }
+  row.width = width;
+  row.bits = bits_text(type, value, width);
+  row.hex = digits_text(value, width, 16);
+  row.reading = value_text(type, value, is_signed);
+  return row;
+}
+
+std::size_t width_of(const DataType* type, solver::EncoderKind encoder) {
+  switch (type->get_kind()) {
+    case DataType::Kind::boolean:
+      return 1;
+    case DataType::Kind::rounding_mode:
+      return encoder == solver::EncoderKind::base ? 2 : 3;
+    case DataType::Kind::floating_point:
+      return 1 + type->get_e() + type->get_m();
+    case DataType::Kind::bit_vector:
+      break;
+  }
+  return type->get_width();
+}
+
+std::string shown_label(const Row& row) {
+  return row.occurrence == 1 ? row.label : fmt::format("{} ({})", row.label, row.occurrence);
+}
+
+/// Prints rows under one heading, in columns that are as wide as the table needs.
+class Columns {
+ public:
+  explicit Columns(std::ostream& stream) : out(stream) {}
+
+  void widen(const Row& row) {
+    label = std::max(label, shown_label(row).size());
+    width = std::max(width, std::to_string(row.width).size());
+    bits = std::max(bits, row.bits.size());
+    hex = std::max(hex, row.hex.size());
+  }
+
+  void print(std::string_view heading, const Row& row) {
+    if (heading != last) out << heading << '\n';
+    last = heading;
+    const std::string line =
+        fmt::format("  {:<{}}  {:>{}}  {:<{}}  {:<{}}  {}", shown_label(row), label, row.width,
+                    width, row.bits, bits, row.hex, hex, row.reading);
+    out << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+  }
+
+ private:
+  std::ostream& out;
+  std::string_view last;
+  std::size_t label = 0;
+  std::size_t width = 0;
+  std::size_t bits = 0;
+  std::size_t hex = 0;
+};
+
+/// Length of the character of UTF-8 that `text` begins with; 0 if it begins with none. Overlong
+/// forms pass, which no reader of JSON minds.
+std::size_t character_length(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text.front());
+  const std::size_t length = first < 0x80                    ? 1
+                             : first >= 0xc2 && first < 0xe0 ? 2
+                             : first >= 0xe0 && first < 0xf0 ? 3
+                             : first >= 0xf0 && first < 0xf5 ? 4
+                                                             : 0;
+  if (length > text.size()) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xc0U) != 0x80U) return 0;
+  }
+  return length;
+}
+
+/// Symbols of a script may hold any bytes: those that are no UTF-8 become U+FFFD.
+std::string json_string(std::string_view text) {
+  std::string out = "\"";
+  while (!text.empty()) {
+    const char c = text.front();
+    const std::size_t length = character_length(text);
+    const std::string_view character = text.substr(0, length);
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+    if (length == 0) {
+      out += "\\ufffd";
+    } else if (c == '"' || c == '\\') {
+      out += {'\\', c};
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      out += fmt::format("\\u{:04x}", static_cast<unsigned>(c));
+    } else {
+      out += character;
+    }
+  }
+  return out + '"';
+}
+
+std::string json_row(const Row& row) {
+  std::string out = fmt::format("{{\"label\": {}", json_string(row.label));
+  if (!row.stage.empty()) {
+    out +=
+        fmt::format(", \"occurrence\": {}, \"stage\": {}", row.occurrence, json_string(row.stage));
+  }
+  return out + fmt::format(
+                   ", \"kind\": {}, \"width\": {}, \"bits\": {}, \"hex\": {}, "
+                   "\"reading\": {}}}",
+                   json_string(row.kind), row.width, json_string(row.bits), json_string(row.hex),
+                   json_string(row.reading));
+}
+
+void print_rows(std::ostream& out, std::string_view key, const std::vector<Row>& rows) {
+  out << fmt::format("     \"{}\": [", key);
+  const char* separator = "\n";
+  for (const Row& row : rows) {
+    out << separator << "      " << json_row(row);
+    separator = ",\n";
+  }
+  out << "],\n";
+}
+
+}  // namespace
+
+Table make_table(const solver::Explanation& explanation, std::string term) {
+  const Term* operation = explanation.operation;
+  const SymbolTag::tag tag = operation->get_tag();
+  Table table;
+  table.operation = head_text(operation->get_symbol());
+  table.term = std::move(term);
+  constexpr const char* kNames[] = {"x", "y", "z"};
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < operation->get_arity(); ++i) {
+    const DataType* type = operation->get_arg(i)->get_type();
+    const bool is_mode = type->get_kind() == DataType::Kind::rounding_mode;
+    table.operands.push_back(make_row(is_mode ? "rm" : kNames[next++], type,
+                                      explanation.operands[i], width_of(type, explanation.encoder),
+                                      tag == SymbolTag::fp_from_sbv));
+  }
+  const IntermediateReader reader(explanation);
+  for (std::size_t i = 0; i < explanation.intermediates.size(); ++i) {
+    const solver::Intermediate& value = explanation.intermediates[i];
+    const fp::Label& label = fp::find_label(value.label);
+    table.intermediates.push_back({value.label, value.occurrence, get_stage_name(label.stage),
+                                   get_reading_name(label.reading), value.width, reader.bits(i),
+                                   digits_text(value.value, value.width, 16), reader.reading(i)});
+  }
+  const DataType* type = operation->get_type();
+  table.result = make_row("result", type, explanation.result, width_of(type, explanation.encoder),
+                          tag == SymbolTag::fp_to_sbv);
+  if (explanation.is_open) {
+    table.notes.emplace_back("the theory leaves this result open");
+  }
+  if (explanation.is_excluded) {
+    table.notes.emplace_back(
+        "the constraints of this circuit contradict each other here: where the operands are "
+        "variables, no model has these values");
+  }
+  if (explanation.is_folded) {
+    table.notes.emplace_back(
+        "this encoder has no circuit of variables in this format: the values are those of a "
+        "circuit "
+        "of literals, which leaves stages out");
+  }
+  return table;
+}
+
+void print_table(std::ostream& out, const Table& table) {
+  Columns columns(out);
+  for (const Row& row : table.operands)
+    columns.widen(row);
+  for (const Row& row : table.intermediates)
+    columns.widen(row);
+  columns.widen(table.result);
+  out << table.term << '\n';
+  for (const Row& row : table.operands)
+    columns.print("operands", row);
+  for (const Row& row : table.intermediates)
+    columns.print(row.stage, row);
+  columns.print("value", table.result);
+  for (const std::string& note : table.notes)
+    out << "note: " << note << '\n';
+}
+
+void print_json(std::ostream& out, std::string_view encoder, std::string_view answer,
+                const std::vector<Table>& tables) {
+  out << fmt::format("{{\"schema\": {},\n \"encoder\": {},\n \"answer\": {},\n \"operations\": [",
+                     kSchemaVersion, json_string(encoder),
+                     answer.empty() ? "null" : json_string(answer));
+  const char* separator = "\n";
+  for (const Table& table : tables) {
+    out << separator
+        << fmt::format("    {{\"operation\": {},\n     \"term\": {},\n",
+                       json_string(table.operation), json_string(table.term));
+    print_rows(out, "operands", table.operands);
+    print_rows(out, "intermediates", table.intermediates);
+    out << fmt::format("     \"result\": {},\n     \"notes\": [", json_row(table.result));
+    for (std::size_t i = 0; i < table.notes.size(); ++i)
+      out << (i == 0 ? "" : ", ") << json_string(table.notes[i]);
+    out << "]}";
+    separator = ",\n";
+  }
+  out << "]}\n";
+}
+
+}  // namespace vorn::tools
