@@ -400,6 +400,45 @@ TEST(BitBlaster, SharesOneDividerBetweenQuotientAndRemainder) {
   EXPECT_EQ(fix.graph.get_node_count(), nodes);
 }
 
+TEST(BitBlaster, ComputesEveryOperationOnOneOperandTwice) {
+  for (std::size_t width = 1; width <= 9; ++width) {
+    for (const Operation& op : kOperations) {
+      Fixture fix;
+      const Term* x = fix.variable("x", width);
+      expect_function(
+          fix, (fix.mgr.*op.make)(x, x), {x}, [&](Word v) { return op.compute(v, v, width); },
+          op.name + std::string(" on width ") + std::to_string(width));
+    }
+  }
+}
+
+TEST(BitBlaster, SquaresWithHalfTheAdders) {
+  const auto count = [](bool squares) {
+    Fixture fix;
+    const Term* a = fix.mgr.make_bv_zero_extend(24, fix.variable("a", 24));
+    const Term* b = fix.mgr.make_bv_zero_extend(24, fix.variable("b", 24));
+    fix.blast(fix.mgr.make_bv_mul(a, squares ? a : b));
+    return fix.graph.get_and_count();
+  };
+  EXPECT_LT(10 * count(true), 6 * count(false));
+}
+
+TEST(BitBlaster, SquaresWhatHasConstantBits) {
+  Fixture fix;
+  const Term* x = fix.variable("x", 4);
+  const Term* y = fix.variable("y", 2);
+  const Term* a =
+      fix.mgr.make_bv_concat(fix.mgr.make_bv_concat(fix.number(0, 3), x),
+                             fix.mgr.make_bv_concat(fix.number(2, 2), y));  // 000xxxx10yy
+  expect_function(
+      fix, fix.mgr.make_bv_mul(a, a), {x, y},
+      [](Word v) {
+        const Word value = (v & mask(4)) << 4 | 2 << 2 | v >> 4;
+        return value * value;
+      },
+      "a square");
+}
+
 TEST(BitBlaster, MultipliesZeroExtendedOperandsWithoutUselessAdders) {
   Fixture fix;
   const Term* a = fix.variable("a", 8);

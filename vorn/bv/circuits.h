@@ -75,6 +75,8 @@ class Circuits {
   Bits shift_right(BitsView a, BitsView b, Lit fill);
 
  private:
+  Bits square(BitsView a);
+  void add_at(std::size_t position, BitsView addend, Bits* sum);
   Division make_division(BitsView a, BitsView b);
   Lit restore(BitsView divisor, Bits* remainder);
   const Division& divide_magnitudes(BitsView a, BitsView b);
