@@ -9,6 +9,7 @@
 #include "tools/eval.h"
 #include "tools/lift.h"
 #include "tools/solve.h"
+#include "vorn/version.h"
 
 namespace {
 

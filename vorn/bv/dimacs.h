@@ -71,7 +71,7 @@ class VORN_EXPORT DimacsError : public std::runtime_error {
 };
 
 /// What a SAT solver answered.
-struct Solution {
+struct VORN_EXPORT Solution {
   SatSolver::Result result = SatSolver::Result::unknown;
   /// By variable, from 1 on: 1 or -1, and 0 where the model leaves the variable out.
   std::vector<signed char> values;

@@ -26,13 +26,14 @@
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/version.h"
 
 namespace vorn::smt2 {
 
 /// How a session presents itself and starts.
 struct InterpreterOptions {
   std::string name = "vorn";
-  std::string version = "0.1.0";
+  std::string version = VORN_VERSION;
   std::string authors = "the Vorn developers";
   bool print_success = false;
   bool produce_models = true;

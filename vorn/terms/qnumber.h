@@ -25,8 +25,8 @@ namespace vorn {
 /// A rational number in lowest terms with a positive denominator.
 ///
 /// A number in the big form stays there through later arithmetic; only construction and assignment
-/// into a small target make a small number. Arithmetic uses shared scratch integers and a shared
-/// gcd table, so numbers belong to one thread at a time.
+/// into a small target make a small number. A number belongs to one thread at a time; different
+/// numbers may be used by different threads.
 class VORN_EXPORT QNumber {
  public:
   // Construction ------------------------------------------------------------------------------
@@ -100,8 +100,8 @@ class VORN_EXPORT QNumber {
   friend VORN_EXPORT std::strong_ordering operator<=>(const QNumber& a, const QNumber& b);
   friend VORN_EXPORT bool operator==(const QNumber& a, const QNumber& b);
 
-  /// Scratch integers of the GMP paths.
-  static std::array<mpz_class, 4> gmp_tmp;
+  /// Scratch integers of the GMP paths, one set for each thread.
+  static thread_local std::array<mpz_class, 4> gmp_tmp;
 
  private:
   struct Big {
