@@ -87,6 +87,8 @@ install(
   COMPONENT development)
 # Relative to the file itself, so that an installation can be moved.
 file(RELATIVE_PATH VORN_PC_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-configure_file(cmake/vorn.pc.in ${PROJECT_BINARY_DIR}/vorn.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/vorn.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-        COMPONENT development)
+foreach(name vorn vorn-static)
+  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+          COMPONENT development)
+endforeach()
