@@ -28,16 +28,14 @@ foreach(form Shared Static)
   install(EXPORT vorn${form}Targets NAMESPACE vorn:: DESTINATION ${cmake_dir} COMPONENT development)
 endforeach()
 
-# Headers: what a solver is built with, and whatever those headers include. The others are the
-# library's own, and the shared library does not show what they declare.
+# Headers: what a solver is built with, which the reference describes, and what those headers include.
+# The others are the library's own, and the shared library does not show what they declare.
 set(public_headers
     bv/aig.h
     bv/aiger.h
     bv/bit_blaster.h
-    bv/circuits.h
     bv/cnf.h
     bv/dimacs.h
-    bv/gates.h
     bv/sat_solver.h
     bv/simulator.h
     fp/fp_bv_encoder.h
@@ -45,12 +43,6 @@ set(public_headers
     smt2/engine.h
     smt2/error.h
     smt2/interpreter.h
-    smt2/lexer.h
-    smt2/operators.h
-    smt2/parser.h
-    smt2/symbol_table.h
-    smt2/token_stream.h
-    smt2/value.h
     solver/encoding.h
     solver/evaluator.h
     solver/open_terms.h
@@ -67,7 +59,16 @@ set(public_headers
     utils/logger.h
     utils/memory_pool.h
     utils/termination_test.h)
-foreach(header ${public_headers})
+set(included_headers
+    bv/circuits.h
+    bv/gates.h
+    smt2/lexer.h
+    smt2/operators.h
+    smt2/parser.h
+    smt2/symbol_table.h
+    smt2/token_stream.h
+    smt2/value.h)
+foreach(header ${public_headers} ${included_headers})
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES vorn/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vorn/${folder}
           COMPONENT development)
@@ -92,3 +93,9 @@ foreach(name vorn vorn-static)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
           COMPONENT development)
 endforeach()
+
+# The reference of the public headers: `doxygen Doxyfile` in the build directory.
+list(TRANSFORM public_headers PREPEND ${PROJECT_SOURCE_DIR}/vorn/)
+list(APPEND public_headers ${PROJECT_BINARY_DIR}/include/vorn/version.h)
+list(JOIN public_headers " " VORN_DOXYGEN_INPUT)
+configure_file(docs/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)

@@ -9,7 +9,8 @@ target=$2
 
 packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev)
 if [[ $target != vorn_command ]]; then
-  packages+=(libmpfr-dev libgtest-dev librapidcheck-dev libbenchmark-dev)
+  packages+=(libmpfr-dev libgtest-dev librapidcheck-dev libbenchmark-dev
+             binutils doxygen mandoc picosat pkgconf)
 fi
 "$root/tools/install_packages.sh" "${packages[@]}"
 

@@ -45,7 +45,9 @@ enum class EncoderKind : std::uint8_t { ieee, base };
 /// An encoder within one manager.
 VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& manager);
 
+/// How a solver works.
 struct VORN_EXPORT Options {
+  /// Which circuits it uses.
   EncoderKind encoder = EncoderKind::ieee;
   /// Of the SAT solver; not negative.
   int seed = 0;
@@ -58,9 +60,11 @@ struct VORN_EXPORT Options {
   std::string cnf_file;
   std::string proof_file;
 
+  /// Whether a check leaves traces.
   bool is_traced() const { return !cnf_file.empty() || !proof_file.empty(); }
 };
 
+/// What a solver has done so far.
 struct VORN_EXPORT Statistics {
   std::uint64_t checks = 0;        // calls of check_sat
   std::uint64_t terms = 0;         // terms in the manager
@@ -75,6 +79,8 @@ struct VORN_EXPORT Statistics {
 /// Decides Boolean combinations of floating-point and bit-vector atoms.
 class VORN_EXPORT Solver : public smt2::Engine {
  public:
+  /// Borrows the manager, which owns all terms that the solver is given, and what the options point
+  /// to.
   explicit Solver(TermManager& manager, const Options& options = {});
   ~Solver() override;
 
@@ -106,6 +112,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   /// or rounding mode that none of them mentions.
   const Term* get_encoding(const Term* constant) const;
 
+  /// Of all checks since the solver was made.
   Statistics get_statistics() const;
 
  private:

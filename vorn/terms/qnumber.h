@@ -67,6 +67,7 @@ class VORN_EXPORT QNumber {
 
   // Inspection --------------------------------------------------------------------------------
 
+  /// Whether the number has the big form, and whether it is an integer.
   bool is_big() const noexcept { return den == 0; }
   bool is_integer() const;
   /// -1, 0 or 1.
@@ -86,6 +87,7 @@ class VORN_EXPORT QNumber {
 
   // Arithmetic --------------------------------------------------------------------------------
 
+  /// Exact arithmetic.
   QNumber& operator+=(const QNumber& other);
   QNumber& operator+=(std::int64_t other) { return *this += QNumber(other); }
   QNumber& operator-=(const QNumber& other);
@@ -97,6 +99,7 @@ class VORN_EXPORT QNumber {
   /// Brings the number to lowest terms with a positive denominator.
   void normalize();
 
+  /// Comparison by value, whichever forms the numbers have.
   friend VORN_EXPORT std::strong_ordering operator<=>(const QNumber& a, const QNumber& b);
   friend VORN_EXPORT bool operator==(const QNumber& a, const QNumber& b);
 
@@ -124,26 +127,31 @@ class VORN_EXPORT QNumber {
   std::int64_t den;  // small form: denominator, positive; 0 marks the big form
 };
 
+/// a + b, exactly.
 inline QNumber operator+(const QNumber& a, std::int64_t b) {
   QNumber result(a);
   result += b;
   return result;
 }
+/// a + b, exactly.
 inline QNumber operator+(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result += b;
   return result;
 }
+/// a - b, exactly.
 inline QNumber operator-(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result -= b;
   return result;
 }
+/// a * b, exactly.
 inline QNumber operator*(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result *= b;
   return result;
 }
+/// a / b, exactly. Throws std::domain_error when b is zero.
 inline QNumber operator/(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result /= b;
