@@ -27,12 +27,7 @@ if [[ ! -f $build/build.ninja ]]; then
   [[ $target == vorn_command ]] || options=(-DVORN_BUILD_TESTS=ON -DVORN_BUILD_BENCH=ON)
   (cd "$root" && cmake --preset "$preset" "${options[@]}") >&2
 fi
-# Progress is shown where there are steps to be seen. Ninja looks for new source files first, and a dry
-# run counts that as work, so only real steps count here; without any, ninja has the last word quietly.
-if ninja -C "$build" -n "$target" | grep -qE '^\[[0-9]+/[0-9]+\] (Building|Linking)'; then
-  echo "building $target ($preset)" >&2
-  ninja -C "$build" "$target" >&2
-elif ! output=$(ninja -C "$build" --quiet "$target" 2>&1); then
-  echo "$output" >&2
-  exit 1
-fi
+# Progress is shown where there are steps to be seen, and nothing where there is nothing to do but to look
+# for new source files, which ninja always does.
+ninja -C "$build" "$target" 2>&1 |
+  { grep --line-buffered -vE '^ninja: (Entering directory|no work to do)|Re-checking globbed' >&2 || true; }
