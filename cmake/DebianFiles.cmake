@@ -4,8 +4,9 @@ cmake_minimum_required(VERSION 3.25)
 set(copyright
     "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/
 Upstream-Name: vorn
-Comment: CaDiCaL, which is linked into the libraries and the command, is under
- the same licence and copyright 2016-2023 of Armin Biere and others.
+Comment: The command and the shared library contain CaDiCaL 1.5, which is under
+ the same licence: Copyright (c) 2016-2021 Armin Biere, Copyright (c) 2020-2021
+ Mathias Fleury, Copyright (c) 2020-2021 Nils Froleyks.
 
 Files: *
 Copyright: 2026 The Vorn developers
