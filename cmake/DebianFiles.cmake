@@ -13,7 +13,7 @@ Copyright: 2026 The Vorn developers
 License: Expat
 ")
 file(STRINGS "${CPACK_RESOURCE_FILE_LICENSE}" lines)
-list(SUBLIST lines 3 -1 lines)
+list(SUBLIST lines 4 -1 lines)
 foreach(line IN LISTS lines)
   if(line STREQUAL "")
     set(line ".")
