@@ -1,5 +1,5 @@
-// A program outside the tree: it sees every installed header, none of which may need another that is
-// not installed, and decides something with the library that it was linked with.
+// A program outside the tree: it sees every installed header, none of which may need another that
+// is not installed, and decides something with the library that it was linked with.
 #include <iostream>
 
 #include "all_headers.h"
