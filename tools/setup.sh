@@ -7,8 +7,17 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 preset=$1
 target=$2
 
+# Someone who only runs files, or installs, needs none of the test libraries.
+tests=yes
+[[ $target != vorn_command && $preset != package ]] || tests=
+
 packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev)
-if [[ $target != vorn_command ]]; then
+case $preset in
+  package) packages+=(dpkg-dev file) ;;
+  clang | fuzz) packages+=(clang) ;;
+  coverage) packages+=(gcovr) ;;
+esac
+if [[ $tests ]]; then
   packages+=(libmpfr-dev libgtest-dev librapidcheck-dev libbenchmark-dev
              binutils doxygen mandoc picosat pkgconf)
 fi
@@ -16,15 +25,15 @@ fi
 
 # Messages go to standard error: standard output belongs to the command that is run next.
 build="$root/build/$preset"
-options=()
-if [[ $target == vorn_command ]]; then
-  # Someone who only runs files needs none of the test libraries; an existing build keeps its own.
-  [[ -f $build/build.ninja ]] || options=(-DVORN_BUILD_TESTS=OFF -DVORN_BUILD_BENCH=OFF)
-elif [[ -f $build/CMakeCache.txt ]] && grep -q 'VORN_BUILD_TESTS:BOOL=OFF' "$build/CMakeCache.txt"; then
-  rm -f "$build/build.ninja"
+if [[ $tests ]]; then
+  options=(-DVORN_BUILD_TESTS=ON -DVORN_BUILD_BENCH=ON)
+  if [[ -f $build/CMakeCache.txt ]] && grep -q 'VORN_BUILD_TESTS:BOOL=OFF' "$build/CMakeCache.txt"; then
+    rm -f "$build/build.ninja"
+  fi
+else
+  options=(-DVORN_BUILD_TESTS=OFF -DVORN_BUILD_BENCH=OFF)  # an existing build keeps its own
 fi
 if [[ ! -f $build/build.ninja ]]; then
-  [[ $target == vorn_command ]] || options=(-DVORN_BUILD_TESTS=ON -DVORN_BUILD_BENCH=ON)
   (cd "$root" && cmake --preset "$preset" "${options[@]}") >&2
 fi
 # Progress is shown where there are steps to be seen, and nothing where there is nothing to do but to look
