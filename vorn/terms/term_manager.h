@@ -32,6 +32,8 @@ namespace vorn {
 /// sorts, when an operand has the wrong sort or width or belongs to another manager. Widths go from
 /// 1 to kMaxWidth. Widths and indices below are in bits; (e, m) are the exponent width and the
 /// significand width without the hidden bit.
+///
+/// A manager and what is built on it are for one thread at a time; managers share nothing.
 class VORN_EXPORT TermManager {
  public:
   /// The widest bit-vector.
