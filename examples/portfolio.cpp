@@ -61,11 +61,12 @@ class Process {
 
   bool is_started() const { return started; }
   void stop() const { kill(pid, SIGKILL); }
-  /// Waits for its end; whether it came to one by itself. The process can still be told to stop.
+  /// Waits for its end; whether it has an answer, by the exit statuses of the SAT competitions. The
+  /// process can still be told to stop.
   bool wait() const {
     siginfo_t end = {};
     waitid(P_PID, static_cast<id_t>(pid), &end, WEXITED | WNOWAIT);
-    return end.si_code == CLD_EXITED;
+    return end.si_code == CLD_EXITED && (end.si_status == 10 || end.si_status == 20);
   }
 
  private:
