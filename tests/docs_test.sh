@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # The manual says what the command does: names in the code's tables and in docs/command.md are the
 # same, and examples in the documents print what stands below them.
-#   docs_test.sh VORN SOURCE-DIRECTORY
+#   docs_test.sh VORN SOURCE-DIRECTORY [PROGRAMS]    the folder of the examples, for the documents to call
 set -uf  # names may be stars
 vorn=$1
 root=$2
+programs=${3:-}
 manual=$root/docs/command.md
 # shellcheck source=tests/check.sh
 source "$(dirname "${BASH_SOURCE[0]}")/check.sh"
@@ -87,7 +88,7 @@ ln -s "$(realpath "$vorn")" "$dir/bin/vorn"
 examples=0
 while IFS=$'\t' read -r file command expected; do
   examples=$((examples + 1))
-  actual=$(cd "$root" && PATH="$dir/bin:$PATH" bash -c "$command" 2>&1 </dev/null)
+  actual=$(cd "$root" && PATH="$dir/bin:$programs:$PATH" bash -c "$command" 2>&1 </dev/null)
   expect "$file: $command" [ "$(printf '%b' "$expected")" == "$actual" ]
 done < <(awk '
   function flush() { if (command != "") printf "%s\t%s\t%s\n", file, command, output; command = "" }

@@ -10,6 +10,7 @@
 #include "tools/explain.h"
 #include "tools/lift.h"
 #include "tools/solve.h"
+#include "vorn/version.h"
 
 namespace {
 

@@ -25,14 +25,17 @@ namespace vorn::bv {
 class Lit {
  public:
   constexpr Lit() = default;  // false
+  /// The node, negated where asked for.
   constexpr Lit(std::uint32_t node, bool negated) : code(2 * node + (negated ? 1U : 0U)) {}
 
+  /// The parts of the literal, and whether it is one of the two of node 0.
   constexpr std::uint32_t get_node() const { return code >> 1U; }
   constexpr bool is_negated() const { return (code & 1U) != 0; }
   constexpr bool is_constant() const { return code < 2; }
   /// Twice the node, plus one when negated.
   constexpr std::uint32_t get_code() const { return code; }
 
+  /// The negation.
   constexpr Lit operator!() const { return {get_node(), !is_negated()}; }
   /// This literal, negated when `flip`.
   constexpr Lit operator^(bool flip) const { return {get_node(), is_negated() != flip}; }
@@ -43,6 +46,7 @@ class Lit {
   std::uint32_t code = 0;
 };
 
+/// The two literals of node 0.
 inline constexpr Lit kFalse{0, false};
 inline constexpr Lit kTrue{0, true};
 
@@ -61,7 +65,9 @@ class VORN_EXPORT Aig {
 
   // Construction. Each throws std::length_error when the graph would pass kMaxNodes. -----------
 
+  /// A function that nothing is known of.
   Lit make_input();
+  /// Functions of two.
   Lit make_and(Lit a, Lit b);
   Lit make_or(Lit a, Lit b) { return !make_and(!a, !b); }
   Lit make_xor(Lit a, Lit b);

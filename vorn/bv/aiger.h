@@ -19,10 +19,11 @@ namespace vorn::bv {
 /// The variants of the format: text, "aag", and binary, "aig".
 enum class AigerFormat : std::uint8_t { ascii, binary };
 
-/// An input of the circuit and its name, which must be one line.
+/// An input of the circuit and its name.
 struct AigerInput {
+  /// The input itself, not negated.
   Lit lit;
-  std::string name;
+  std::string name;  // one line
 };
 
 /// Writes a combinational circuit with one output, named `output_name`. `inputs` lists, in their

@@ -23,12 +23,13 @@ namespace vorn::bv {
 /// std::length_error, passes through; the term can be asked for again.
 class VORN_EXPORT BitBlaster {
  public:
-  /// An uninterpreted constant and its bits, least significant first; one for a Boolean.
+  /// What a model is read through.
   struct Input {
-    const Term* constant;
-    std::span<const Lit> bits;
+    const Term* constant;       // uninterpreted
+    std::span<const Lit> bits;  // least significant first; one for a Boolean
   };
 
+  /// Borrows the manager of the terms and the graph that they become part of.
   BitBlaster(const TermManager& manager, Aig& graph) : mgr(manager), circuits(graph) {}
 
   /// The literal of a Boolean term.

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "vorn/bv/aig.h"
+#include "vorn/utils/export.h"
 
 namespace vorn::bv {
 
@@ -22,11 +23,11 @@ using Bits = std::vector<Lit>;
 using BitsView = std::span<const Lit>;
 
 /// Number of bits up to the topmost one that is not the constant 0.
-std::size_t count_significant(BitsView a);
+VORN_EXPORT std::size_t count_significant(BitsView a);
 
 /// Builds circuits in one graph. Operands of one operation have one width W unless stated, and so
 /// does the result.
-class Circuits {
+class VORN_EXPORT Circuits {
  public:
   struct Division {
     Bits quotient, remainder;

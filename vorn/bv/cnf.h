@@ -30,6 +30,7 @@ class VORN_EXPORT Cnf {
   /// How a literal is used: to be made true, to be made false, or either.
   enum class Polarity : std::uint8_t { positive = 1, negative = 2, both = 3 };
 
+  /// Borrows both.
   Cnf(const Aig& aig, SatSolver& sat) : graph(aig), solver(sat) {}
 
   /// The solver's literal of `lit`, with the clauses that its use needs. A literal that is only

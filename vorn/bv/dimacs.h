@@ -23,10 +23,11 @@
 
 namespace vorn::bv {
 
-/// Keeps every clause. Without a solver behind it, it cannot solve: solve, value and failed throw
-/// std::logic_error.
+/// Keeps every clause.
 class VORN_EXPORT ClauseRecorder final : public SatSolver {
  public:
+  /// With a solver behind it, it hands everything on to that. Without one it cannot solve: solve,
+  /// value and failed throw std::logic_error.
   explicit ClauseRecorder(std::unique_ptr<SatSolver> behind = nullptr)
       : solver(std::move(behind)) {}
 
@@ -39,6 +40,7 @@ class VORN_EXPORT ClauseRecorder final : public SatSolver {
   bool value(int literal) const override;
   bool failed(int literal) const override;
   void set_termination_test(const TerminationTest* test) override;
+  /// Number of variables made, and of clauses added.
   std::uint64_t get_variable_count() const override {
     return static_cast<std::uint64_t>(variable_count);
   }
@@ -63,8 +65,10 @@ VORN_EXPORT void write_dimacs(std::ostream& out, const ClauseRecorder& recorder,
 /// Text that is not in the format; `line` counts from 1.
 class VORN_EXPORT DimacsError : public std::runtime_error {
  public:
+  /// An error in that line.
   DimacsError(std::uint32_t where, const std::string& message)
       : std::runtime_error(message), line(where) {}
+  /// The line of the error, from 1 on.
   std::uint32_t get_line() const { return line; }
 
  private:
@@ -72,7 +76,8 @@ class VORN_EXPORT DimacsError : public std::runtime_error {
 };
 
 /// What a SAT solver answered.
-struct Solution {
+struct VORN_EXPORT Solution {
+  /// What it said.
   SatSolver::Result result = SatSolver::Result::unknown;
   /// By variable, from 1 on: 1 or -1, and 0 where the model leaves the variable out.
   std::vector<signed char> values;

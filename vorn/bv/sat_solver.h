@@ -19,6 +19,7 @@ namespace vorn::bv {
 /// An incremental SAT solver.
 class VORN_EXPORT SatSolver {
  public:
+  /// An answer; unknown where the search was told to stop.
   enum class Result : std::uint8_t { sat, unsat, unknown };
 
   SatSolver() = default;
@@ -37,6 +38,7 @@ class VORN_EXPORT SatSolver {
   /// Assumes a literal for the next call of solve only.
   /// Throws std::invalid_argument for a literal of no variable.
   virtual void assume(int literal) = 0;
+  /// Decides the clauses under what is assumed.
   virtual Result solve() = 0;
   /// Makes the next call of solve give up with unknown after this number of conflicts.
   virtual void limit_conflicts(int count) = 0;
@@ -52,6 +54,7 @@ class VORN_EXPORT SatSolver {
   /// use here. Null for none.
   virtual void set_termination_test(const TerminationTest* test) = 0;
 
+  /// Number of variables made.
   virtual std::uint64_t get_variable_count() const = 0;
   /// Number of clauses added.
   virtual std::uint64_t get_clause_count() const = 0;

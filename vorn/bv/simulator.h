@@ -23,12 +23,14 @@ namespace vorn::bv {
 /// Runs a circuit on 512 assignments at once. The graph is read at construction only.
 class VORN_EXPORT Simulator {
  public:
+  /// Assignments at once, in words of 64.
   static constexpr std::size_t kWords = 8;
   static constexpr std::size_t kLanes = 64 * kWords;
 
   /// One bit of each lane; lane i is bit i % 64 of word i / 64.
   struct alignas(64) Block {
-    std::array<std::uint64_t, kWords> words = {};
+    std::array<std::uint64_t, kWords> words = {};  // the bits
+    /// The bit of one lane.
     bool get(std::size_t lane) const { return (words[lane / 64] >> (lane % 64) & 1U) != 0; }
     void set(std::size_t lane, bool bit) {
       const std::uint64_t mask = std::uint64_t{1} << (lane % 64);
@@ -43,6 +45,7 @@ class VORN_EXPORT Simulator {
   /// Sets an input of the graph, for this and later runs; inputs start as zeros. An input that no
   /// output depends on may be set, to no effect.
   void set_input(Lit input, const Block& block);
+  /// Computes the outputs of all lanes.
   void run();
   /// The i-th output of the last run.
   Block get_output(std::size_t i) const;
@@ -51,6 +54,7 @@ class VORN_EXPORT Simulator {
   /// runs go through all assignments. `first` is a multiple of kLanes.
   static Block count_from(std::uint64_t first, std::size_t bit);
 
+  /// Number of instructions that a run executes.
   std::size_t get_instruction_count() const { return program.size(); }
   /// Number of blocks that a run works on.
   std::size_t get_block_count() const { return blocks.size(); }

@@ -29,8 +29,10 @@ namespace vorn::fp {
 /// 4 for roundNearestTiesToAway; a variable is constrained to these five.
 class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
  public:
+  /// `src` owns the terms to read, `dst` those to build; both are borrowed and may be the same.
   IeeeBvEncoder(TermManager* src, TermManager* dst);
 
+  /// As in FpBvEncoder.
   const Term* get_choice(const Term* t) const override;
 
  protected:

@@ -11,7 +11,6 @@
 #include <string>
 
 #include "vorn/smt2/error.h"
-#include "vorn/utils/export.h"
 
 namespace vorn::smt2 {
 
@@ -21,7 +20,7 @@ struct CommandText {
   Position position;
 };
 
-class VORN_EXPORT CommandReader {
+class CommandReader {
  public:
   explicit CommandReader(std::istream& stream) : in(stream) {}
 

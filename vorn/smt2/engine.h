@@ -15,6 +15,7 @@
 
 namespace vorn::smt2 {
 
+/// The answer to check-sat.
 enum class Answer : std::uint8_t { sat, unsat, unknown };
 
 /// The engine found that it is wrong itself. The session cannot go on.

@@ -11,10 +11,10 @@
 
 namespace vorn::smt2 {
 
-/// A place in a text. Both count from 1; columns count characters, a tab being one.
+/// A place in a text.
 struct Position {
-  std::uint32_t line = 1;
-  std::uint32_t column = 1;
+  std::uint32_t line = 1;    // from 1 on
+  std::uint32_t column = 1;  // of characters, a tab being one, from 1 on
 
   bool operator==(const Position&) const = default;
 
@@ -33,6 +33,7 @@ struct Position {
 /// An error in a script; `what()` is "FILE:LINE:COLUMN: error: MESSAGE".
 class VORN_EXPORT ScriptError : public std::runtime_error {
  public:
+  /// An error at a place of a file.
   ScriptError(const std::string& file_name, Position place, const std::string& text)
       : std::runtime_error(file_name + ":" + std::to_string(place.line) + ":" +
                            std::to_string(place.column) + ": error: " + text),
@@ -40,6 +41,7 @@ class VORN_EXPORT ScriptError : public std::runtime_error {
         position(place),
         message(text) {}
 
+  /// Where it is and what it says, one by one.
   const std::string& get_file() const { return file; }
   Position get_position() const { return position; }
   std::uint32_t get_line() const { return position.line; }

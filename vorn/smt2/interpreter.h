@@ -26,14 +26,17 @@
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/version.h"
 
 namespace vorn::smt2 {
 
 /// How a session presents itself and starts.
 struct InterpreterOptions {
+  /// The answers to get-info.
   std::string name = "vorn";
-  std::string version = "0.1.0";
+  std::string version = VORN_VERSION;
   std::string authors = "the Vorn developers";
+  /// The options of set-option (SMT-LIB 2.6, section 4.1.7), as they are at the start.
   bool print_success = false;
   bool produce_models = true;
   bool produce_assertions = true;

@@ -14,33 +14,30 @@
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
-#include "vorn/utils/export.h"
 
 namespace vorn::smt2 {
 
 /// The format of (_ FloatingPoint eb sb); both widths are at least 2 (SMT-LIB FloatingPoint).
-VORN_EXPORT IEEEFloat::format make_format(std::uint32_t eb, std::uint32_t sb);
+IEEEFloat::format make_format(std::uint32_t eb, std::uint32_t sb);
 
 /// #b... and #x...: `digits` of 1 or 4 bits each.
-VORN_EXPORT const Term* make_bv_digits(TermManager& mgr, std::string_view digits,
-                                       std::size_t bits_per_digit);
+const Term* make_bv_digits(TermManager& mgr, std::string_view digits, std::size_t bits_per_digit);
 /// (_ bvN width); `name` is "bvN". The value must fit the width.
-VORN_EXPORT const Term* make_bv_decimal(TermManager& mgr, std::string_view name, std::size_t width);
+const Term* make_bv_decimal(TermManager& mgr, std::string_view name, std::size_t width);
 /// Whether a name is "bv" and digits.
-VORN_EXPORT bool is_bv_decimal(std::string_view name);
+bool is_bv_decimal(std::string_view name);
 
 /// The float with these bits.
-VORN_EXPORT const Term* make_float(TermManager& mgr, const IEEEFloat& value);
+const Term* make_float(TermManager& mgr, const IEEEFloat& value);
 /// A bit-vector read as a float; a literal when its bits are known.
-VORN_EXPORT const Term* make_float_from_bits(TermManager& mgr, IEEEFloat::format f,
-                                             const Term* bits);
+const Term* make_float_from_bits(TermManager& mgr, IEEEFloat::format f, const Term* bits);
 /// (fp sign exponent fraction)
-VORN_EXPORT const Term* make_float_from_fields(TermManager& mgr, const Term* sign,
-                                               const Term* exponent, const Term* fraction);
+const Term* make_float_from_fields(TermManager& mgr, const Term* sign, const Term* exponent,
+                                   const Term* fraction);
 /// A real number rounded to the format; for a symbolic rounding mode a choice between the literals
 /// of the five modes.
-VORN_EXPORT const Term* make_float_from_real(TermManager& mgr, IEEEFloat::format f, const Term* rm,
-                                             const QNumber& real);
+const Term* make_float_from_real(TermManager& mgr, IEEEFloat::format f, const Term* rm,
+                                 const QNumber& real);
 
 }  // namespace vorn::smt2
 

@@ -11,14 +11,13 @@
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/smt2/token_stream.h"
 #include "vorn/terms/term_manager.h"
-#include "vorn/utils/export.h"
 
 namespace vorn::smt2 {
 
 /// Whether the sort is one that scripts may use without defining it.
-VORN_EXPORT bool is_builtin_sort(std::string_view name);
+bool is_builtin_sort(std::string_view name);
 
-class VORN_EXPORT SortParser {
+class SortParser {
  public:
   /// `parameters` are the names that stand for sorts in the body of a definition.
   SortParser(TermManager& manager, const SymbolTable& table, TokenStream& stream,

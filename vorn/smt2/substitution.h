@@ -6,15 +6,14 @@
 
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/terms/term_manager.h"
-#include "vorn/utils/export.h"
 
 namespace vorn::smt2 {
 
 /// The body of `function` with `args` in place of its parameters. The arguments have the sorts of
 /// the parameters; they are not looked into, so a tower of applications costs one pass over a body
 /// for each.
-VORN_EXPORT const Term* instantiate(TermManager& mgr, const Function& function,
-                                    std::span<const Term* const> args);
+const Term* instantiate(TermManager& mgr, const Function& function,
+                        std::span<const Term* const> args);
 
 }  // namespace vorn::smt2
 

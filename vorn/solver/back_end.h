@@ -13,6 +13,7 @@
 #include "vorn/bv/dimacs.h"
 #include "vorn/bv/sat_solver.h"
 #include "vorn/solver/fp_rewriter.h"
+#include "vorn/solver/local_search.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
 
@@ -43,10 +44,10 @@ struct Solver::BackEnd {
       sat->set_termination_test(options.termination_test);
     }
 
-    std::unique_ptr<bv::SatSolver> make_solver(const Options& options, bool traced) {
-      if (!traced) return bv::make_cadical_solver(options.seed);
-      auto solver = bv::make_cadical_solver(options.seed, options.proof_file);
-      if (options.cnf_file.empty()) return solver;
+    std::unique_ptr<bv::SatSolver> make_solver(const Options& wanted, bool traced) {
+      if (!traced) return bv::make_cadical_solver(wanted.seed);
+      auto solver = bv::make_cadical_solver(wanted.seed, wanted.proof_file);
+      if (wanted.cnf_file.empty()) return solver;
       auto with_clauses = std::make_unique<bv::ClauseRecorder>(std::move(solver));
       recorder = with_clauses.get();
       return with_clauses;
@@ -72,6 +73,7 @@ struct Solver::BackEnd {
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
   std::unique_ptr<Circuits> circuits;
+  std::optional<LocalSearch> local_search;  // of the current check
 };
 
 }  // namespace vorn::solver

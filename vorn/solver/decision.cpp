@@ -80,8 +80,8 @@ bool Solver::try_shortly() {
     --short_search.wait;
     return false;
   }
-  if (!local_search) return false;
-  if (try_assignments(kShortSearch * local_search->get_size())) {
+  if (!back_end->local_search) return false;
+  if (try_assignments(kShortSearch * back_end->local_search->get_size())) {
     short_search = {};
     return true;
   }
@@ -92,25 +92,25 @@ bool Solver::try_shortly() {
 
 /// The models that local search finds are those of IEEE 754, and a trace has no use for them.
 void Solver::start_local_search() {
-  local_search.reset();
+  back_end->local_search.reset();
   if (!options.local_search || options.is_traced() || options.encoder != EncoderKind::ieee) return;
   const Stopwatch watch(&statistics.search_seconds);
-  local_search =
+  back_end->local_search =
       LocalSearch::prepare(mgr, get_assertions(), static_cast<std::uint64_t>(options.seed));
 }
 
 /// Whether local search finds a model, which is then the solver's.
 bool Solver::try_assignments(std::uint64_t effort) {
-  if (!local_search) return false;
+  if (!back_end->local_search) return false;
   const Stopwatch watch(&statistics.search_seconds);
-  if (!local_search->run(effort, options.termination_test)) return false;
-  read_model(*local_search);
+  if (!back_end->local_search->run(effort, options.termination_test)) return false;
+  read_model(*back_end->local_search);
   // A search that is wrong about a model, on a processor that does not round as IEEE 754 has it,
   // is of no use.
   has_model = model_holds();
   if (has_model) ++statistics.tried_models;
   log(has_model ? "local search found a model" : "local search found what is no model");
-  local_search.reset();
+  back_end->local_search.reset();
   return has_model;
 }
 
@@ -135,7 +135,7 @@ smt2::Answer Solver::search() {
     for (const Assumption& assumption : assumptions) {
       if (assumption.literal != 0) sat.assume(assumption.literal);
     }
-    const bool is_limited = local_search && conflicts < kMostConflicts;
+    const bool is_limited = back_end->local_search && conflicts < kMostConflicts;
     if (is_limited) sat.limit_conflicts(conflicts);
     switch (sat.solve()) {
       case bv::SatSolver::Result::sat:

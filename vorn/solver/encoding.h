@@ -10,7 +10,7 @@
 //     vorn choice WIDTH BIT...
 //
 // A bit is a literal, T or F; the most significant one comes first. Names stand between bars, with
-// line breaks and other control characters as \xHH. The choices are those of find_open_terms, in
+// line breaks and other control characters as `\xHH`. The choices are those of find_open_terms, in
 // its order.
 #ifndef VORN_SOLVER_ENCODING_H
 #define VORN_SOLVER_ENCODING_H
@@ -50,9 +50,9 @@ struct MappedTerm {
 
 /// Where the clauses keep the values of a script.
 struct SymbolMap {
-  std::uint64_t variables = 0;
-  std::vector<MappedTerm> constants;
-  std::vector<MappedTerm> choices;
+  std::uint64_t variables = 0;        // of the clauses
+  std::vector<MappedTerm> constants;  // of the script
+  std::vector<MappedTerm> choices;    // in the order of find_open_terms
 };
 
 /// The number of bits that the value of a sort takes in a map. Rounding modes of the base encoder

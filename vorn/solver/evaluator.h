@@ -32,6 +32,7 @@ class VORN_EXPORT Evaluator {
   explicit Evaluator(const TermManager& manager, Assignment constants, OpenValue choices = {})
       : mgr(manager), assignment(std::move(constants)), open_value(std::move(choices)) {}
 
+  /// The value of `t`. Throws std::length_error where a number on the way is beyond a gigabit.
   const QNumber& evaluate(const Term* t);
 
  private:

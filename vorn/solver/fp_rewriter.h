@@ -20,7 +20,7 @@
 namespace vorn::solver {
 
 /// Rewrites terms of one manager within that manager.
-class VORN_EXPORT FpRewriter {
+class FpRewriter {
  public:
   explicit FpRewriter(TermManager& manager);
 

@@ -45,7 +45,7 @@ std::span<const FpRule> get_comparison_rules();
 std::span<const FpRule> get_class_rules();
 
 /// All of these, in the order in which they are tried.
-VORN_EXPORT std::vector<const FpRule*> get_fp_rules();
+std::vector<const FpRule*> get_fp_rules();
 
 }  // namespace vorn::solver
 

@@ -20,7 +20,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -31,7 +30,6 @@
 #include "vorn/smt2/engine.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/solver/evaluator.h"
-#include "vorn/solver/local_search.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
@@ -40,6 +38,8 @@
 
 namespace vorn::solver {
 
+class LocalSearch;
+
 /// Which circuits stand for floating-point operations. Answers by the base encoder hold for its
 /// circuits, which depart from IEEE 754 where they round, and for its four rounding modes.
 enum class EncoderKind : std::uint8_t { ieee, base };
@@ -47,7 +47,9 @@ enum class EncoderKind : std::uint8_t { ieee, base };
 /// An encoder within one manager.
 VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& manager);
 
+/// How a solver works.
 struct VORN_EXPORT Options {
+  /// Which circuits it uses.
   EncoderKind encoder = EncoderKind::ieee;
   /// Whether formulas are rewritten before the exact encoder gets them; the base encoder gets what
   /// was asserted in any case.
@@ -68,9 +70,11 @@ struct VORN_EXPORT Options {
   std::string cnf_file;
   std::string proof_file;
 
+  /// Whether a check leaves traces.
   bool is_traced() const { return !cnf_file.empty() || !proof_file.empty(); }
 };
 
+/// What a solver has done so far.
 struct VORN_EXPORT Statistics {
   std::uint64_t checks = 0;        // calls of check_sat
   std::uint64_t terms = 0;         // terms in the manager
@@ -86,6 +90,8 @@ struct VORN_EXPORT Statistics {
 /// Decides Boolean combinations of floating-point and bit-vector atoms.
 class VORN_EXPORT Solver : public smt2::Engine {
  public:
+  /// Borrows the manager, which owns all terms that the solver is given, and what the options point
+  /// to.
   explicit Solver(TermManager& manager, const Options& options = {});
   ~Solver() override;
 
@@ -119,6 +125,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   /// How often each rule was applied since terms were last collected, as text; empty for never.
   std::string describe_rewriting() const;
 
+  /// Of all checks since the solver was made.
   Statistics get_statistics() const;
 
  private:
@@ -178,7 +185,6 @@ class VORN_EXPORT Solver : public smt2::Engine {
   std::vector<Level> levels;
   std::vector<Assumption> assumptions;      // of the last check
   bool in_assumptions = false;              // the last level holds what belongs to them
-  std::optional<LocalSearch> local_search;  // of the current check
   ShortSearch short_search;
   bool has_model = false;
   bool is_unsat = false;  // the last check answered unsat, and nothing has changed since

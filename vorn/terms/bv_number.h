@@ -32,6 +32,7 @@ VORN_EXPORT QNumber to_signed(const QNumber& x, std::uint64_t width);
 /// Number of significant bits: 0 for 0, else floor(log2 x) + 1.
 VORN_EXPORT std::uint64_t bit_length(const QNumber& x);
 
+/// The operation on the bits of a and b, in as many bits.
 VORN_EXPORT QNumber bv_not(const QNumber& a, std::uint64_t width);
 VORN_EXPORT QNumber bv_neg(const QNumber& a, std::uint64_t width);
 VORN_EXPORT QNumber bv_and(const QNumber& a, const QNumber& b);
@@ -60,6 +61,7 @@ VORN_EXPORT QNumber bv_extract(std::uint64_t msb, std::uint64_t lsb, const QNumb
 VORN_EXPORT QNumber bv_concat(const QNumber& a, const QNumber& b, std::uint64_t low_width);
 /// a extended by n copies of its top bit.
 VORN_EXPORT QNumber bv_sign_extend(const QNumber& a, std::uint64_t n, std::uint64_t width);
+/// Signed a < b.
 VORN_EXPORT bool bv_slt(const QNumber& a, const QNumber& b, std::uint64_t width);
 
 }  // namespace vorn::BVNumber

@@ -5,7 +5,6 @@
 
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
-#include "vorn/utils/export.h"
 
 namespace vorn {
 
@@ -22,8 +21,8 @@ struct BvOperand {
 
 /// The bits of the bit-vector operation `tag` on x and y, or 1 or 0 for a predicate. Unary
 /// operations read x only; `indices` are those of the operation's symbol.
-VORN_EXPORT QNumber fold_bv_operation(SymbolTag::tag tag, const Symbol::Indices& indices,
-                                      BvOperand x, BvOperand y);
+QNumber fold_bv_operation(SymbolTag::tag tag, const Symbol::Indices& indices, BvOperand x,
+                          BvOperand y);
 
 }  // namespace vorn
 

@@ -21,8 +21,8 @@ class VORN_EXPORT IEEEFloat {
   /// Widths in bits; `m` does not count the hidden bit. SMT-LIB's (_ FloatingPoint eb sb) is
   /// e = eb, m = sb - 1.
   struct VORN_EXPORT format {
-    std::uint64_t e;
-    std::uint64_t m;
+    std::uint64_t e;  // width of the exponent
+    std::uint64_t m;  // width of the significand without the hidden bit
 
     /// 2^(e-1) - 1
     QNumber bias() const;

@@ -6,7 +6,6 @@
 #include <cstdint>
 
 #include "vorn/terms/term.h"
-#include "vorn/utils/export.h"
 
 namespace vorn {
 
@@ -27,7 +26,7 @@ struct Operation {
 };
 
 /// The row of `tag`; null for a kind without one.
-VORN_EXPORT const Operation* find_operation(SymbolTag::tag tag);
+const Operation* find_operation(SymbolTag::tag tag);
 
 }  // namespace vorn
 

@@ -7,20 +7,19 @@
 
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
-#include "vorn/utils/export.h"
 
 namespace vorn {
 
 /// A string literal: the text between quotes, those within doubled.
-VORN_EXPORT std::string quoted_string(std::string_view text);
+std::string quoted_string(std::string_view text);
 /// The symbol, between bars where SMT-LIB asks for them.
-VORN_EXPORT std::string quote_symbol(const std::string& name);
+std::string quote_symbol(const std::string& name);
 
 /// The literal of a bit-vector or floating-point sort with these bits.
-VORN_EXPORT std::string literal_text(const QNumber& value, const DataType* type);
+std::string literal_text(const QNumber& value, const DataType* type);
 /// What a term with this head begins with: an operation's name with its indices, or all of a term
 /// without arguments.
-VORN_EXPORT std::string head_text(const Symbol* symbol);
+std::string head_text(const Symbol* symbol);
 
 }  // namespace vorn
 

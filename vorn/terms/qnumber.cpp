@@ -1,5 +1,6 @@
 #include "vorn/terms/qnumber.h"
 
+#include <atomic>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -17,8 +18,11 @@ static_assert(sizeof(long) == sizeof(std::int64_t), "the GMP fast paths pass mac
 static_assert(sizeof(QNumber) == 16);
 
 /// gcds of operands below 1024, by both operands; 0: not yet known. The page is touched lazily by
-/// the system, so that programs with few distinct denominators pay for few of its 8 MiB.
-std::uint64_t gcd_cache[kGcdCacheSize][kGcdCacheSize];
+/// the system, so that programs with few distinct denominators pay for few of its 8 MiB. Threads
+/// share it: whoever writes an entry writes the same number, and nothing else hangs on its order.
+std::atomic<std::uint64_t> gcd_cache[kGcdCacheSize][kGcdCacheSize];
+
+constexpr auto kRelaxed = std::memory_order_relaxed;
 
 std::uint64_t plain_gcd(std::uint64_t a, std::uint64_t b) {
   while (b != 0) {
@@ -32,8 +36,12 @@ std::uint64_t plain_gcd(std::uint64_t a, std::uint64_t b) {
 std::uint64_t cached_gcd(std::uint64_t a, std::uint64_t b) {
   while (b != 0) {
     if (a < kGcdCacheSize && b < kGcdCacheSize) {
-      if (gcd_cache[a][b] != 0) return gcd_cache[a][b];
-      gcd_cache[a][b] = gcd_cache[b][a] = plain_gcd(a, b);
+      const std::uint64_t known = gcd_cache[a][b].load(kRelaxed);
+      if (known != 0) return known;
+      const std::uint64_t found = plain_gcd(a, b);
+      gcd_cache[a][b].store(found, kRelaxed);
+      gcd_cache[b][a].store(found, kRelaxed);
+      return found;
     }
     const std::uint64_t r = a % b;
     a = b;
@@ -62,7 +70,7 @@ bool add_overflows(std::int64_t a, std::int64_t b) {
 
 }  // namespace
 
-std::array<mpz_class, 4> QNumber::gmp_tmp;
+thread_local std::array<mpz_class, 4> QNumber::gmp_tmp;
 
 QNumber::QNumber(std::int64_t value) : num(value), den(1) {
   if (value == kMin) {

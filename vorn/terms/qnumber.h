@@ -25,8 +25,8 @@ namespace vorn {
 /// A rational number in lowest terms with a positive denominator.
 ///
 /// A number in the big form stays there through later arithmetic; only construction and assignment
-/// into a small target make a small number. Arithmetic uses shared scratch integers and a shared
-/// gcd table, so numbers belong to one thread at a time.
+/// into a small target make a small number. A number belongs to one thread at a time; different
+/// numbers may be used by different threads.
 class VORN_EXPORT QNumber {
  public:
   // Construction ------------------------------------------------------------------------------
@@ -67,6 +67,7 @@ class VORN_EXPORT QNumber {
 
   // Inspection --------------------------------------------------------------------------------
 
+  /// Whether the number has the big form, and whether it is an integer.
   bool is_big() const noexcept { return den == 0; }
   bool is_integer() const;
   /// -1, 0 or 1.
@@ -86,6 +87,7 @@ class VORN_EXPORT QNumber {
 
   // Arithmetic --------------------------------------------------------------------------------
 
+  /// Exact arithmetic.
   QNumber& operator+=(const QNumber& other);
   QNumber& operator+=(std::int64_t other) { return *this += QNumber(other); }
   QNumber& operator-=(const QNumber& other);
@@ -97,11 +99,12 @@ class VORN_EXPORT QNumber {
   /// Brings the number to lowest terms with a positive denominator.
   void normalize();
 
+  /// Comparison by value, whichever forms the numbers have.
   friend VORN_EXPORT std::strong_ordering operator<=>(const QNumber& a, const QNumber& b);
   friend VORN_EXPORT bool operator==(const QNumber& a, const QNumber& b);
 
-  /// Scratch integers of the GMP paths.
-  static std::array<mpz_class, 4> gmp_tmp;
+  /// Scratch integers of the GMP paths, one set for each thread.
+  static thread_local std::array<mpz_class, 4> gmp_tmp;
 
  private:
   struct Big {
@@ -124,26 +127,31 @@ class VORN_EXPORT QNumber {
   std::int64_t den;  // small form: denominator, positive; 0 marks the big form
 };
 
+/// a + b, exactly.
 inline QNumber operator+(const QNumber& a, std::int64_t b) {
   QNumber result(a);
   result += b;
   return result;
 }
+/// a + b, exactly.
 inline QNumber operator+(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result += b;
   return result;
 }
+/// a - b, exactly.
 inline QNumber operator-(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result -= b;
   return result;
 }
+/// a * b, exactly.
 inline QNumber operator*(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result *= b;
   return result;
 }
+/// a / b, exactly. Throws std::domain_error when b is zero.
 inline QNumber operator/(const QNumber& a, const QNumber& b) {
   QNumber result(a);
   result /= b;

@@ -23,8 +23,10 @@ namespace vorn {
 /// Prints the declarations, definitions and assertions of formulas over one manager.
 class VORN_EXPORT ScriptPrinter {
  public:
+  /// Formulas to be asserted, Boolean terms.
   explicit ScriptPrinter(std::span<const Term* const> assertions);
 
+  /// Writes the script, without set-logic and check-sat.
   void print(std::ostream& out) const;
   /// The symbol that stands for an uninterpreted constant in the script, quoted where need be;
   /// empty if it does not occur.

@@ -23,6 +23,7 @@ class TermManager;
 
 /// The kinds of symbols.
 struct SymbolTag {
+  /// The numbers are part of the interface and stay.
   enum tag : std::uint32_t {
     none = 0,  // uninterpreted constants, literals
 
@@ -101,8 +102,10 @@ struct SymbolTag {
 /// A sort; compared by pointer, owned by its manager.
 class VORN_EXPORT DataType {
  public:
+  /// The kinds of sorts.
   enum class Kind : std::uint8_t { boolean, rounding_mode, bit_vector, floating_point };
 
+  /// Which of them this is.
   Kind get_kind() const { return kind; }
   /// Width of a bit-vector sort.
   std::size_t get_width() const { return widths[0]; }
@@ -129,6 +132,7 @@ class VORN_EXPORT Symbol {
   /// the recognisers of TermManager report for floating-point operations; unused ones are 0.
   using Indices = std::array<std::uint32_t, 4>;
 
+  /// Number of arguments, sort of an application, kind, and widths.
   std::uint64_t get_arity() const { return arity; }
   const DataType* get_output_type() const { return output_type; }
   SymbolTag::tag get_tag() const { return tag; }
@@ -158,11 +162,14 @@ class VORN_EXPORT Symbol {
 /// An application of a symbol to as many arguments as its arity says.
 class VORN_EXPORT Term {
  public:
+  /// A number below TermManager::get_term_count, unique among the terms that there are.
   std::uint64_t get_id() const { return id; }
+  /// The head and the arguments.
   const Symbol* get_symbol() const { return symbol; }
   std::uint64_t get_arity() const { return symbol->get_arity(); }
   const Term* get_arg(std::size_t i) const { return first_arg()[i]; }
   std::span<const Term* const> get_args() const { return {first_arg(), get_arity()}; }
+  /// Those of the head: the sort of the term, and its kind.
   const DataType* get_type() const { return symbol->get_output_type(); }
   SymbolTag::tag get_tag() const { return symbol->get_tag(); }
   /// The term in SMT-LIB syntax; subterms that occur more than once are bound by `let`.
@@ -179,13 +186,17 @@ class VORN_EXPORT Term {
 
 namespace hsh {
 
+/// Terms by identifier.
 template <>
 struct hash<const Term*> {
+  /// The hash of a key.
   std::size_t operator()(const Term* term) const noexcept { return term->get_id(); }
 };
 
+/// Kinds by number.
 template <>
 struct hash<SymbolTag::tag> {
+  /// The hash of a key.
   std::size_t operator()(SymbolTag::tag tag) const noexcept {
     return static_cast<std::uint32_t>(tag);
   }

@@ -32,10 +32,14 @@ namespace vorn {
 /// sorts, when an operand has the wrong sort or width or belongs to another manager. Widths go from
 /// 1 to kMaxWidth. Widths and indices below are in bits; (e, m) are the exponent width and the
 /// significand width without the hidden bit.
+///
+/// A manager and what is built on it are for one thread at a time; managers share nothing.
 class VORN_EXPORT TermManager {
  public:
+  /// The widest bit-vector.
   static constexpr std::size_t kMaxWidth = std::size_t{1} << 20;
 
+  /// Simplifies what it builds, unless told not to.
   explicit TermManager(bool rewrite = true);
   ~TermManager();
   TermManager(const TermManager&) = delete;
@@ -43,12 +47,14 @@ class VORN_EXPORT TermManager {
 
   // Sorts -------------------------------------------------------------------------------------
 
+  /// The sorts.
   const DataType* get_bool_type() const { return bool_type; }
   const DataType* get_fprounding_type() const { return rounding_type; }
   const DataType* get_bv_type(std::size_t width);
   /// Exponent width e >= 2, significand width m >= 1 without the hidden bit.
   const DataType* get_fp_type(std::size_t e, std::size_t m);
 
+  /// True for the sort Bool.
   bool is_bool_type(const DataType* type) const { return type == bool_type; }
   /// True for a bit-vector sort; stores its width unless `width` is null.
   bool is_bv_type(const DataType* type, std::size_t* width) const;
@@ -75,9 +81,11 @@ class VORN_EXPORT TermManager {
 
   // Booleans and generic operations -----------------------------------------------------------
 
+  /// Truth values.
   const Term* make_true() const { return true_term; }
   const Term* make_false() const { return false_term; }
   const Term* make_bool(bool value) const { return value ? true_term : false_term; }
+  /// Connectives of Booleans.
   const Term* make_not(const Term* a);
   const Term* make_and(const Term* a, const Term* b);
   const Term* make_or(const Term* a, const Term* b);
@@ -136,6 +144,7 @@ class VORN_EXPORT TermManager {
 
   // Rounding modes ----------------------------------------------------------------------------
 
+  /// The constant of a rounding mode.
   const Term* make_fprounding(IEEEFloat::rounding_mode mode) const;
   const Term* make_fprounding_even() const;
   const Term* make_fprounding_zero() const;
@@ -197,6 +206,7 @@ class VORN_EXPORT TermManager {
 
   // Recognisers: true when the symbol is of that kind; the widths are then stored.
 
+  /// The e and m of the operands.
   bool is_fp_equal(const Symbol* s, std::size_t* e, std::size_t* m) const;
   bool is_fp_lt(const Symbol* s, std::size_t* e, std::size_t* m) const;
   bool is_fp_le(const Symbol* s, std::size_t* e, std::size_t* m) const;

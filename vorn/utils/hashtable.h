@@ -28,6 +28,7 @@ struct hash;
 /// Key extractor of a pair: its first member.
 template <typename Pair>
 struct GetKey_pair {
+  /// The key of a pair.
   const typename Pair::first_type& operator()(const Pair& pair) const noexcept {
     return pair.first;
   }
@@ -49,9 +50,10 @@ class Hashtable {
                 std::is_nothrow_copy_constructible_v<Value>);
 
  public:
+  /// An entry.
   struct Node {
-    Node* next;
-    Value value;
+    Node* next;   // of the same bucket
+    Value value;  // the pair
   };
 
   Hashtable() : buckets(kBucketCounts.front(), nullptr) {}
@@ -149,6 +151,7 @@ class Hashtable {
     if (renew_buckets) std::vector<Node*>(buckets.size(), nullptr).swap(buckets);
   }
 
+  /// Number of entries, and of buckets.
   std::uint64_t size() const noexcept { return count; }
   std::size_t bucket_count() const noexcept { return buckets.size(); }
 

@@ -14,11 +14,13 @@ namespace vorn {
 class VORN_EXPORT Logger {
  public:
   Logger() = default;
+  /// Borrows the stream.
   explicit Logger(std::ostream* stream) : out(stream) {}
   virtual ~Logger() = default;
   Logger(const Logger&) = delete;
   Logger& operator=(const Logger&) = delete;
 
+  /// Writes one line.
   virtual void log(std::string_view message) {
     if (out != nullptr) *out << message << std::endl;
   }

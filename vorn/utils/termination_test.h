@@ -19,6 +19,7 @@ class VORN_EXPORT TerminationTest {
 /// Thrown by work that was asked to stop and has no answer of its own for that.
 class VORN_EXPORT Terminated : public std::exception {
  public:
+  /// "terminated"
   const char* what() const noexcept override { return "terminated"; }
 };
 
