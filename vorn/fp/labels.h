@@ -44,6 +44,7 @@ enum class Stage : std::uint8_t {
   other,  // of a label without a row
 };
 
+/// The name that tables and pictures have for a stage.
 VORN_EXPORT std::string_view get_stage_name(Stage stage);
 
 /// How the bits of a value are to be read.
@@ -62,6 +63,7 @@ enum class Reading : std::uint8_t {
   target,              // a packed float of the result's format, or the result as it is
 };
 
+/// The name of a reading, as in `vorn explain --json`.
 VORN_EXPORT std::string_view get_reading_name(Reading reading);
 
 /// The power of two that goes with a significand.
@@ -72,6 +74,7 @@ enum class Scale : std::uint8_t {
   biased,     // the label is an exponent field
 };
 
+/// What is known of the intermediate values of one name.
 struct Label {
   /// The name; `*` stands for the operation and `#` for the number of an operand, also in
   /// `exponent`.
@@ -94,9 +97,13 @@ VORN_EXPORT std::string get_exponent_label(std::string_view name, const Label& r
 
 /// A value and the constant that it is tied to.
 struct Tie {
+  /// The debug label, which is how the constant's name begins.
   std::string label;
-  std::size_t occurrence;  // among the ties of that label, from 1 on
+  /// Counts the ties of that label, from 1 on.
+  std::size_t occurrence;
+  /// The named constant.
   const Term* constant;
+  /// What it is equal to.
   const Term* value;
 };
 

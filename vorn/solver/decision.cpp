@@ -53,6 +53,11 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
 
 /// Searches until a model holds, an answer is unsat, or the search ends without either.
 smt2::Answer Solver::decide() {
+  const Stopwatch watch(&statistics.search_seconds);
+  back_end->local_search.reset();
+  // What local search finds are models by IEEE 754, and a trace has no use for them.
+  may_search_locally =
+      options.local_search && !options.is_traced() && options.encoder == EncoderKind::ieee;
   if (try_shortly()) return smt2::Answer::sat;
   for (;;) {
     const smt2::Answer answer = search();
@@ -75,12 +80,11 @@ smt2::Answer Solver::decide() {
 
 /// Whether local search finds a model at once.
 bool Solver::try_shortly() {
-  start_local_search();
   if (short_search.wait > 0) {
     --short_search.wait;
     return false;
   }
-  if (!back_end->local_search) return false;
+  if (!has_local_search()) return false;
   if (try_assignments(kShortSearch * back_end->local_search->get_size())) {
     short_search = {};
     return true;
@@ -90,32 +94,30 @@ bool Solver::try_shortly() {
   return false;
 }
 
-/// The models that local search finds are those of IEEE 754, and a trace has no use for them.
-void Solver::start_local_search() {
-  back_end->local_search.reset();
-  if (!options.local_search || options.is_traced() || options.encoder != EncoderKind::ieee) return;
-  const Stopwatch watch(&statistics.search_seconds);
-  back_end->local_search =
-      LocalSearch::prepare(mgr, get_assertions(), static_cast<std::uint64_t>(options.seed));
+/// Whether this check has a local search, which is prepared when it is first wanted.
+bool Solver::has_local_search() {
+  if (may_search_locally && !back_end->local_search) {
+    back_end->local_search =
+        LocalSearch::prepare(mgr, get_assertions(), static_cast<std::uint64_t>(options.seed));
+    may_search_locally = back_end->local_search.has_value();
+  }
+  return may_search_locally;
 }
 
 /// Whether local search finds a model, which is then the solver's.
 bool Solver::try_assignments(std::uint64_t effort) {
-  if (!back_end->local_search) return false;
-  const Stopwatch watch(&statistics.search_seconds);
+  if (!has_local_search()) return false;
   if (!back_end->local_search->run(effort, options.termination_test)) return false;
-  read_model(*back_end->local_search);
-  // A search that is wrong about a model, on a processor that does not round as IEEE 754 has it,
-  // is of no use.
+  read_found_model();
   has_model = model_holds();
   if (has_model) ++statistics.tried_models;
+  // A processor that does not round as IEEE 754 has it may take anything for a model.
   log(has_model ? "local search found a model" : "local search found what is no model");
-  back_end->local_search.reset();
+  may_search_locally = false;
   return has_model;
 }
 
 smt2::Answer Solver::search() {
-  const Stopwatch watch(&statistics.search_seconds);
   if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
     replace_circuits();
     write_clauses();
@@ -135,7 +137,7 @@ smt2::Answer Solver::search() {
     for (const Assumption& assumption : assumptions) {
       if (assumption.literal != 0) sat.assume(assumption.literal);
     }
-    const bool is_limited = back_end->local_search && conflicts < kMostConflicts;
+    const bool is_limited = may_search_locally && conflicts < kMostConflicts;
     if (is_limited) sat.limit_conflicts(conflicts);
     switch (sat.solve()) {
       case bv::SatSolver::Result::sat:

@@ -22,17 +22,27 @@ namespace vorn::solver {
 
 /// A named intermediate value.
 struct Intermediate {
+  /// The debug label.
   std::string label;
-  std::size_t occurrence;  // among those of this label, from 1 on
-  std::size_t width;       // 1 for a Boolean
-  QNumber value;           // its bits; 0 or 1 for a Boolean
+  /// Counts the values of this label, from 1 on.
+  std::size_t occurrence;
+  /// In bits; 1 for a Boolean.
+  std::size_t width;
+  /// The bits; 0 or 1 for a Boolean.
+  QNumber value;
 };
 
+/// An operation, its operands, and each named value of its circuit on them.
 struct Explanation {
+  /// Whose circuit it is.
   EncoderKind encoder;
+  /// The application that is explained.
   const Term* operation;
-  std::vector<QNumber> operands;  // as an Evaluator has them
+  /// In the form of Evaluator, rounding mode included.
+  std::vector<QNumber> operands;
+  /// In the order of the circuit.
   std::vector<Intermediate> intermediates;
+  /// In the form of Evaluator.
   QNumber result;
   /// The theory does not say what the result is.
   bool is_open = false;

@@ -65,28 +65,39 @@ LocalSearch::LocalSearch(WordProgram compiled, std::uint64_t seed)
 
 /// False where there is too much to remember.
 bool LocalSearch::find_cones() {
+  std::vector<std::vector<Slot>> users(program.get_size());
+  for (const Slot slot : all) {
+    for (const Slot arg : program.get_args(slot))
+      users[arg].push_back(slot);
+  }
+  std::vector<std::vector<std::uint32_t>> roots_at(program.get_size());
+  for (std::uint32_t r = 0; r < roots.size(); ++r)
+    roots_at[roots[r].slot].push_back(r);
   std::size_t total = 0;
   std::vector<std::uint32_t> reached(program.get_size(), 0);
   for (std::uint32_t i = 0; i < variables.size(); ++i) {
     Variable& v = variables[i];
     const std::uint32_t mark = i + 1;
     reached[v.slot] = mark;
-    for (const Slot slot : all) {
-      const auto args = program.get_args(slot);
-      if (std::none_of(args.begin(), args.end(), [&](Slot a) { return reached[a] == mark; })) {
-        continue;
+    std::vector<Slot> stack = {v.slot};
+    while (!stack.empty()) {
+      const Slot slot = stack.back();
+      stack.pop_back();
+      for (const std::uint32_t r : roots_at[slot]) {
+        v.roots.push_back(r);
+        roots[r].variables.push_back(i);
       }
-      reached[slot] = mark;
-      v.cone.push_back(slot);
+      for (const Slot user : users[slot]) {
+        if (reached[user] == mark) continue;
+        reached[user] = mark;
+        v.cone.push_back(user);
+        stack.push_back(user);
+      }
+      total += users[slot].size();
     }
-    for (std::uint32_t r = 0; r < roots.size(); ++r) {
-      if (reached[roots[r].slot] != mark) continue;
-      v.roots.push_back(r);
-      roots[r].variables.push_back(i);
-    }
-    v.effort = 1 + program.get_effort(v.cone);
-    total += v.cone.size();
     if (total > kMostConeSlots) return false;
+    std::sort(v.cone.begin(), v.cone.end());
+    v.effort = 1 + program.get_effort(v.cone);
   }
   return true;
 }
@@ -106,6 +117,7 @@ bool LocalSearch::run(std::uint64_t effort, const TerminationTest* test) {
     for (int move = 0; move < kMovesBeforeRestart && spent < end; ++move) {
       if (test != nullptr && move % kMovesBetweenTests == 0 && test->terminate()) return false;
       const Root* violated = pick_violated();
+      spent += roots.size();
       if (violated == nullptr) return true;
       if (violated->variables.empty()) return false;  // it has no constant and is false
       improve(variables[violated->variables[draw(violated->variables.size())]]);

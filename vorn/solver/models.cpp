@@ -26,7 +26,9 @@ void Solver::read_model() {
   }
 }
 
-void Solver::read_model(const LocalSearch& found) {
+/// Takes the model that local search found.
+void Solver::read_found_model() {
+  const LocalSearch& found = *back_end->local_search;
   model.clear();
   open_conversions.clear();
   for (const auto slot : found.get_constants()) {

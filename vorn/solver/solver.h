@@ -38,8 +38,6 @@
 
 namespace vorn::solver {
 
-class LocalSearch;
-
 /// Which circuits stand for floating-point operations. Answers by the base encoder hold for its
 /// circuits, which depart from IEEE 754 where they round, and for its four rounding modes.
 enum class EncoderKind : std::uint8_t { ieee, base };
@@ -82,7 +80,7 @@ struct VORN_EXPORT Statistics {
   std::uint64_t variables = 0;     // SAT variables
   std::uint64_t clauses = 0;       // SAT clauses
   double translation_seconds = 0;  // terms to bit-vector terms
-  double search_seconds = 0;       // clauses and SAT search
+  double search_seconds = 0;       // local search, clauses, SAT search, and checks of models
   std::uint64_t tried_models = 0;  // models that local search found
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
@@ -164,14 +162,14 @@ class VORN_EXPORT Solver : public smt2::Engine {
   smt2::Answer decide();
   smt2::Answer search();
   bool try_shortly();
-  void start_local_search();
+  bool has_local_search();
   bool try_assignments(std::uint64_t effort);
   smt2::Answer give_up(const char* reason);
   void write_clauses();
   void write_level(Level& level, bool permanent);
   void replace_circuits(bool traced = false);
   void read_model();
-  void read_model(const LocalSearch& found);
+  void read_found_model();
   Evaluator evaluate_model();
   bool model_holds();
   bool separate_conversions();
@@ -183,9 +181,10 @@ class VORN_EXPORT Solver : public smt2::Engine {
   Options options;
   std::unique_ptr<BackEnd> back_end;
   std::vector<Level> levels;
-  std::vector<Assumption> assumptions;      // of the last check
-  bool in_assumptions = false;              // the last level holds what belongs to them
+  std::vector<Assumption> assumptions;  // of the last check
+  bool in_assumptions = false;          // the last level holds what belongs to them
   ShortSearch short_search;
+  bool may_search_locally = false;  // in the current check
   bool has_model = false;
   bool is_unsat = false;  // the last check answered unsat, and nothing has changed since
   std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants
