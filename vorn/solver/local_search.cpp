@@ -12,8 +12,8 @@ constexpr std::size_t kMostTerms = 50'000;
 constexpr std::size_t kMostConeSlots = 4'000'000;  // of all constants together
 constexpr int kProposals = 12;
 constexpr std::uint64_t kModes = 5;
-constexpr int kMovesBetweenTests = 64;
 constexpr int kMovesBeforeRestart = 4'000;
+constexpr std::uint64_t kEffortBetweenTests = 100'000;
 constexpr std::uint64_t kMovesForOneWorse = 50;
 
 }  // namespace
@@ -112,10 +112,14 @@ std::vector<WordProgram::Slot> LocalSearch::get_constants() const {
 
 bool LocalSearch::run(std::uint64_t effort, const TerminationTest* test) {
   const std::uint64_t end = spent + effort;
+  std::uint64_t next_test = spent;
   for (bool first = true; spent < end; first = false) {
     restart(first);
     for (int move = 0; move < kMovesBeforeRestart && spent < end; ++move) {
-      if (test != nullptr && move % kMovesBetweenTests == 0 && test->terminate()) return false;
+      if (test != nullptr && spent >= next_test) {
+        if (test->terminate()) return false;
+        next_test = spent + kEffortBetweenTests;
+      }
       const Root* violated = pick_violated();
       spent += roots.size();
       if (violated == nullptr) return true;
