@@ -58,6 +58,10 @@ check excluded 0 'note: the constraints of this circuit contradict' '^$' "$vorn"
 check folded 0 'note: this encoder has no circuit of variables' '^$' "$vorn" explain --encoder base div rne 4 2 08 09
 check open 0 'note: the theory leaves this result open' '^$' "$vorn" explain to_ubv rne 5 10 8 7c00
 check second_occurrence 0 'norm_shift_exp \(2\) ' '^$' "$vorn" explain div rne 5 10 3c00 4200
+check subnormal 0 $'scale_mant .*  0\\.010{21}10{22}1 \\* 2\\^-126\n  scale_field +12  0{12} +000 +0, zero or subnormal\n' '^$' \
+  "$vorn" explain mul rne 8 23 00800001 3e800001
+check too_large 0 $'round_kept .* 3f7ffffe +too large\n  round_body .* too large\n.*pack_magnitude .* \\+oo\n' '^$' \
+  "$vorn" explain mul rne 8 23 7f7fffff 7f7fffff
 
 # Errors.
 check no_words 2 '^$' 'OPERATION\|FILE is required' "$vorn" explain

@@ -153,7 +153,8 @@ std::string IntermediateReader::significand(const solver::Intermediate& value,
 
   const QNumber bias = target_format().bias();
   QNumber exponent = BVNumber::to_signed(scale->value, scale->width);
-  if (label.scale == fp::Scale::biased) exponent -= bias;
+  // A field below 1 belongs to a subnormal number, which has the exponent of the field 1.
+  if (label.scale == fp::Scale::biased) exponent = std::max(exponent, QNumber(1)) - bias;
   if (label.scale == fp::Scale::subnormal && exponent == bias.neg()) exponent += 1;
   exponent += label.offset;
   return fmt::format("{} * {}", text, power_text(exponent));
@@ -164,12 +165,23 @@ std::string IntermediateReader::exponent_field(const solver::Intermediate& value
   const IEEEFloat::format fmt = target_format();
   if (value.width > fmt.e) {
     const QNumber field = BVNumber::to_signed(value.value, value.width);
+    if (field.sign() <= 0) return field.to_string() + ", zero or subnormal";
     return fmt::format("{}, {}", field.to_string(), power_text(field - fmt.bias()));
   }
   const std::string number = value.value.to_string();
   if (value.value.sign() == 0) return number + ", zero or subnormal";
   if (value.value == fmt.max_exponent()) return number + ", infinity or NaN";
   return fmt::format("{}, {}", number, power_text(value.value - fmt.bias()));
+}
+
+/// Before packing a magnitude may have lost the top of a field that is too large for the format.
+std::string IntermediateReader::magnitude(const solver::Intermediate& value,
+                                          const fp::Label& label) const {
+  if (label.stage == fp::Stage::round) {
+    const solver::Intermediate* too_large = find("exp_exponent_too_large", value.occurrence);
+    if (too_large != nullptr && too_large->value.sign() != 0) return "too large";
+  }
+  return float_text(target_format(), value.value);
 }
 
 /// A packed result, or that of a conversion to an integer.
@@ -201,7 +213,7 @@ std::string IntermediateReader::reading(std::size_t i) const {
     case Reading::signed_significand:
       return significand(value, label);
     case Reading::magnitude:
-      return float_text(target_format(), value.value);
+      return magnitude(value, label);
     case Reading::source:
       return value_text(source(), value.value, false);
     case Reading::target:

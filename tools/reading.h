@@ -34,6 +34,7 @@ class IntermediateReader {
   IEEEFloat::format target_format() const;
   const DataType* float_type(fp::Reading reading, std::size_t width) const;
   std::string significand(const solver::Intermediate& value, const fp::Label& label) const;
+  std::string magnitude(const solver::Intermediate& value, const fp::Label& label) const;
   std::string exponent_field(const solver::Intermediate& value) const;
   std::string result(const solver::Intermediate& value) const;
 
