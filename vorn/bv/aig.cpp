@@ -16,9 +16,9 @@ constexpr std::uint32_t kStepsBetweenTests = 1U << 12U;
 constexpr std::size_t kFirstTableSize = 64;
 
 // A graph of millions of nodes spends its time waiting for the table's memory, unless slots follow
-// the order of nodes: new conjunctions are mostly over new operands, so most lookups then stay within
-// the window of slots that the last ones were in. A node with more uses than fit there has the rest
-// of them anywhere.
+// the order of nodes: new conjunctions are mostly over new operands, so most lookups then stay
+// within the window of slots that the last ones were in. A node with more uses than fit there has
+// the rest of them anywhere.
 constexpr std::size_t kSlotsPerNode = 2;
 constexpr std::size_t kWindow = 1U << 10U;
 constexpr std::size_t kProbesInWindow = 32;

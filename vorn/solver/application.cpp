@@ -92,8 +92,9 @@ QNumber Application::choose() const {
 
 QNumber Application::to_integer(bool is_signed) const {
   const std::size_t width = t->get_type()->get_width();
-  const auto bits = ieee_to_integer(get_mode(), float_arg(1), width, is_signed);
-  return bits ? *bits : choose();
+  // None is negative, since the static analyser misreads the destructor of an optional number.
+  QNumber value = ieee_to_integer(get_mode(), float_arg(1), width, is_signed).value_or(QNumber(-1));
+  return value.sign() < 0 ? choose() : value;
 }
 
 QNumber Application::select() const {
