@@ -264,10 +264,11 @@ TEST_F(LocalSearchTest, FindsAPointOfAPolytope) {
   for (int i = 0; i < 4; ++i)
     points.push_back(variable("p" + std::to_string(i), mgr.get_fp_type(8, 23)));
   std::vector<const Term*> formulas;
-  for (int i = 0; i < 4; ++i) {
+  for (std::size_t i = 0; i < 4; ++i) {
     const Term* sum = mgr.make_fp_add(rne, points[i], points[(i + 1) % 4]);
-    formulas.push_back(mgr.make_fp_le(fp(0.75 + i, 8, 23), sum));
-    formulas.push_back(mgr.make_fp_le(sum, fp(3.0 + i, 8, 23)));
+    const auto shift = static_cast<double>(i);
+    formulas.push_back(mgr.make_fp_le(fp(0.75 + shift, 8, 23), sum));
+    formulas.push_back(mgr.make_fp_le(sum, fp(3.0 + shift, 8, 23)));
   }
   auto search = LocalSearch::prepare(mgr, formulas, 1);
   ASSERT_TRUE(search);
