@@ -53,7 +53,7 @@ def generate(count, exponent_bits, significand_bits, seed):
 
 
 def measure(vorn, script):
-    """Seconds, resident KiB and clauses of one run."""
+    """Wall and CPU seconds, resident KiB and clauses of one run."""
     start = time.monotonic()
     process = subprocess.Popen(
         [vorn, "encode", script, "--to", "dimacs"], stdout=subprocess.PIPE

@@ -6,10 +6,6 @@
 namespace vorn::solver {
 namespace {
 
-QNumber truth(bool holds) {
-  return QNumber(holds ? 1 : 0);
-}
-
 bool is_true(const QNumber& value) {
   return value.sign() != 0;
 }
@@ -38,12 +34,8 @@ const QNumber& Evaluator::evaluate(const Term* root) {
 }
 
 QNumber Evaluator::leaf(const Term* t) {
-  if (t == mgr.make_true()) return truth(true);
-  if (t == mgr.make_false()) return truth(false);
   QNumber value;
-  IEEEFloat::rounding_mode mode{};
-  if (mgr.is_fprounding(t->get_symbol(), &mode)) return QNumber(static_cast<int>(mode));
-  if (!mgr.is_number(t, &value)) value = assignment(t);
+  if (!read_literal(mgr, t, &value)) value = assignment(t);
   if (!mgr.is_fp_type(t->get_type(), nullptr, nullptr)) return value;
   return canonical_bits(t->get_type(), value);
 }
@@ -53,6 +45,18 @@ QNumber Evaluator::apply(const Term* t) {
   for (const Term* arg : t->get_args())
     args.push_back(&values.at(arg));
   return solver::apply(t, args, open_value);
+}
+
+bool read_literal(const TermManager& manager, const Term* t, QNumber* value) {
+  IEEEFloat::rounding_mode mode{};
+  if (t == manager.make_true() || t == manager.make_false()) {
+    *value = QNumber(t == manager.make_true() ? 1 : 0);
+  } else if (manager.is_fprounding(t->get_symbol(), &mode)) {
+    *value = QNumber(static_cast<int>(mode));
+  } else {
+    return manager.is_number(t, value);
+  }
+  return true;
 }
 
 const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value) {

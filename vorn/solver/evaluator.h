@@ -45,6 +45,10 @@ class VORN_EXPORT Evaluator {
   std::unordered_map<const Term*, QNumber> values;
 };
 
+/// Whether `t` is a literal, truth value or rounding mode; stores its value, as an Evaluator has
+/// it.
+VORN_EXPORT bool read_literal(const TermManager& manager, const Term* t, QNumber* value);
+
 /// The literal of sort `type` with the value that an Evaluator computed.
 VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
                                      const QNumber& value);

@@ -183,12 +183,7 @@ std::vector<QNumber> read_literals(const TermManager& manager, std::span<const T
   std::vector<QNumber> values;
   for (const Term* t : terms) {
     QNumber value;
-    IEEEFloat::rounding_mode mode{};
-    if (t == manager.make_true() || t == manager.make_false()) {
-      value = QNumber(t == manager.make_true() ? 1 : 0);
-    } else if (manager.is_fprounding(t->get_symbol(), &mode)) {
-      value = QNumber(static_cast<int>(mode));
-    } else if (!manager.is_number(t, &value)) {
+    if (!read_literal(manager, t, &value)) {
       throw std::invalid_argument("not a literal: " + t->to_string());
     }
     values.push_back(std::move(value));

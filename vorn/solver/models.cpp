@@ -32,17 +32,19 @@ void Solver::read_found_model() {
   model.clear();
   open_conversions.clear();
   for (const auto slot : found.get_constants()) {
-    const Term* constant = found.get_term(slot);
-    const Term* encoding = back_end->encoder->get_cached(constant);
-    model.emplace(encoding != nullptr ? encoding : constant, found.get_value(slot));
+    model.emplace(model_key(found.get_term(slot)), found.get_value(slot));
   }
 }
 
-QNumber Solver::value_of(const Term* constant) const {
-  // A floating-point or rounding-mode constant has the value of what encodes it; what no assertion
-  // mentions is zero, false, or to nearest even.
+/// What has a constant's value in the model: of a float or rounding mode, what encodes it.
+const Term* Solver::model_key(const Term* constant) const {
   const Term* encoding = back_end->encoder->get_cached(constant);
-  const auto entry = model.find(encoding != nullptr ? encoding : constant);
+  return encoding != nullptr ? encoding : constant;
+}
+
+/// What no assertion mentions is zero, false, or to nearest even.
+QNumber Solver::value_of(const Term* constant) const {
+  const auto entry = model.find(model_key(constant));
   return entry == model.end() ? QNumber() : entry->second;
 }
 

@@ -173,6 +173,7 @@ class VORN_EXPORT Solver : public smt2::Engine {
   Evaluator evaluate_model();
   bool model_holds();
   bool separate_conversions();
+  const Term* model_key(const Term* constant) const;
   QNumber value_of(const Term* constant) const;
   QNumber open_value(const Term* t, std::span<const QNumber> values);
   void log(const std::string& message) const;

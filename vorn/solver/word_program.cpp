@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "vorn/solver/application.h"
+#include "vorn/solver/evaluator.h"
 #include "vorn/solver/native_float.h"
 
 namespace vorn::solver {
@@ -96,8 +97,7 @@ WordProgram::Definitions WordProgram::find_definitions(const TermManager& manage
   Definitions definitions;
   QNumber ignored;
   const auto is_constant = [&](const Term* t) {
-    return t->get_arity() == 0 && t->get_tag() == T::none && !manager.is_number(t, &ignored) &&
-           !manager.is_fprounding(t->get_symbol(), nullptr);
+    return t->get_arity() == 0 && !read_literal(manager, t, &ignored);
   };
   for (const Term* f : formulas) {
     SymbolTag::tag tag = f->get_tag();
@@ -179,18 +179,14 @@ WordProgram::Slot WordProgram::add(const TermManager& manager, const Term* t,
   }
 
   QNumber number;
-  IEEEFloat::rounding_mode mode{};
-  if (t == manager.make_true() || t == manager.make_false()) {
-    values[slot] = t == manager.make_true() ? 1 : 0;
-    costs[slot] = values[slot] != 0 ? Cost{0, kNeverTrue} : Cost{kNeverTrue, 0};
-  } else if (manager.is_fprounding(t->get_symbol(), &mode)) {
-    values[slot] = static_cast<std::uint64_t>(mode);
-  } else if (manager.is_number(t, &number)) {
-    set_value(slot, to_word(number));
-    literals.push_back(slot);
-  } else {
-    set_value(slot, 0);
+  const bool is_literal = read_literal(manager, t, &number);
+  set_value(slot, is_literal ? to_word(number) : 0);
+  if (!is_literal) {
     constants.push_back(slot);
+  } else if (node.is_boolean) {
+    costs[slot] = values[slot] != 0 ? Cost{0, kNeverTrue} : Cost{kNeverTrue, 0};
+  } else if (!manager.is_fprounding_type(t->get_type())) {
+    literals.push_back(slot);
   }
   return slot;
 }
