@@ -41,15 +41,16 @@ set(public_headers
     fp/fp_bv_encoder.h
     fp/ieee_bv_encoder.h
     fp/labels.h
-    smt2/engine.h
+    semantics/evaluator.h
+    semantics/open_terms.h
     smt2/error.h
     smt2/interpreter.h
+    solver/congruences.h
     solver/encoding.h
-    solver/evaluator.h
     solver/explanation.h
-    solver/open_terms.h
     solver/solver.h
     terms/bv_number.h
+    terms/engine.h
     terms/float_text.h
     terms/ieee_arithmetic.h
     terms/ieee_float.h
@@ -71,7 +72,7 @@ set(included_headers
     smt2/symbol_table.h
     smt2/token_stream.h
     smt2/value.h
-    solver/application.h)
+    semantics/application.h)
 foreach(header ${public_headers} ${included_headers})
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES vorn/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vorn/${folder}

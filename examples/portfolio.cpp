@@ -24,7 +24,7 @@
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/bv/sat_solver.h"
-#include "vorn/solver/evaluator.h"
+#include "vorn/semantics/evaluator.h"
 #include "vorn/solver/solver.h"
 #include "vorn/terms/term_manager.h"
 
@@ -149,7 +149,7 @@ int main(int argc, char** argv) {
   if ((own_first ? own : answer.result) != Result::sat) return 1;
 
   // The way back, and a check that trusts neither solver.
-  vorn::solver::Evaluator model(terms, [&](const Term* constant) {
+  vorn::semantics::Evaluator model(terms, [&](const Term* constant) {
     vorn::QNumber value = 0;
     for (std::size_t i = 0; i < constants.size(); ++i) {
       if (constants[i] != constant) continue;
@@ -163,7 +163,7 @@ int main(int argc, char** argv) {
   const bool holds = model.evaluate(formula) == 1;
   for (const Term* constant : constants) {
     const Term* value =
-        vorn::solver::make_literal(terms, constant->get_type(), model.evaluate(constant));
+        vorn::semantics::make_literal(terms, constant->get_type(), model.evaluate(constant));
     std::cerr << constant->to_string() << " = " << value->to_string() << '\n';
   }
   std::cout << (holds ? "addition is not associative\n" : "the model is wrong\n");

@@ -43,7 +43,7 @@ bool check(const char* name, vorn::TermManager& terms, const Term* a, const Term
   solver.assert_formula(floats.is_finite(a));
   solver.assert_formula(floats.is_finite(b));
   solver.assert_formula(terms.make_not(terms.make_fp_equal(result, b)));
-  const bool holds = solver.check_sat() == vorn::smt2::Answer::unsat;
+  const bool holds = solver.check_sat() == vorn::Answer::unsat;
   std::cout << name << (holds ? " is always b\n" : " is not always b\n");
   if (!holds) {
     std::cerr << "  a = " << solver.get_value(a)->to_string()

@@ -41,7 +41,7 @@ int main() {
   vorn::solver::Solver solver(target);
   for (const Term* formula : formulas)
     solver.assert_formula(formula);
-  const bool holds = solver.check_sat() == vorn::smt2::Answer::unsat;
+  const bool holds = solver.check_sat() == vorn::Answer::unsat;
   std::cout << (holds ? "the sign is kept for every n\n" : "the sign is lost for some n\n");
   return replaced.size() == 1 && holds ? 0 : 1;
 }

@@ -19,9 +19,9 @@
 #include "tools/reading.h"
 #include "tools/script.h"
 #include "tools/solve.h"
-#include "vorn/smt2/engine.h"
-#include "vorn/solver/evaluator.h"
+#include "vorn/semantics/evaluator.h"
 #include "vorn/solver/explanation.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::tools {
@@ -127,7 +127,7 @@ void explain_operation(const ExplainOptions& options, const std::vector<std::str
     const solver::Explanation explanation =
         solver::explain(manager, operation, operands, options.encoder);
     std::vector<Table> tables{make_table(explanation, fmt::format("{}", fmt::join(words, " ")))};
-    solver::Evaluator exact(manager, {});
+    semantics::Evaluator exact(manager, {});
     compare(tables.front(), explanation, exact.evaluate(operation));
     print(options, "", tables);
   } catch (const std::invalid_argument& error) {
@@ -149,7 +149,7 @@ std::vector<Table> make_tables(TermManager& manager, const FirstCheck& check,
     if (type->get_kind() != DataType::Kind::floating_point) return value;
     return QNumber(value.test_bit(type->get_e() + type->get_m()) ? 1 : 0);
   };
-  solver::Evaluator model(manager, model_value, open_value);
+  semantics::Evaluator model(manager, model_value, open_value);
   std::vector<Table> tables;
   for (const Term* operation : find_operations(check.encoding.assertions)) {
     std::vector<QNumber> operands;
@@ -175,15 +175,15 @@ int explain_script(const ExplainOptions& options, const std::string& file) {
                              display_name(file), checks);
   }
   switch (check.answer.value()) {
-    case smt2::Answer::sat:
+    case Answer::sat:
       print(options, "sat", make_tables(manager, check, options.encoder));
       return kDone;
-    case smt2::Answer::unsat:
+    case Answer::unsat:
       print(options, "unsat", {});
       std::cerr << fmt::format("{}: note: there is no model, so there are no values to show\n",
                                display_name(file));
       return kDone;
-    case smt2::Answer::unknown:
+    case Answer::unknown:
       break;
   }
   print(options, "unknown", {});
@@ -221,7 +221,7 @@ int explain(const ExplainOptions& options) {
   const std::string place = name.empty() ? "" : name + ": ";
   try {
     return explain_words(options);
-  } catch (const smt2::InternalError& error) {
+  } catch (const InternalError& error) {
     std::cerr << error.what()
               << "\nThis is a defect of vorn. Please report it, with what was explained.\n";
     return kInternalError;

@@ -18,8 +18,8 @@
 #include "tools/script.h"
 #include "tools/solve.h"
 #include "vorn/bv/dimacs.h"
+#include "vorn/semantics/evaluator.h"
 #include "vorn/solver/encoding.h"
-#include "vorn/solver/evaluator.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::tools {
@@ -72,7 +72,7 @@ class Model {
       const QNumber& value = values.at(constant.name).second;
       text += fmt::format("  (define-fun {} () {} {})\n", quote_symbol(constant.name),
                           constant.type->to_string(),
-                          solver::make_literal(manager, constant.type, value)->to_string());
+                          semantics::make_literal(manager, constant.type, value)->to_string());
     }
     return text + ")";
   }
@@ -93,7 +93,7 @@ class Model {
     for (std::size_t i = 0; i < open_terms.size(); ++i)
       positions.emplace(open_terms[i], i);
 
-    solver::Evaluator evaluator(
+    semantics::Evaluator evaluator(
         manager, [&](const Term* constant) { return constants.at(constant); },
         [this](const Term* t, std::span<const QNumber> operands) { return choose(t, operands); });
     for (const Term* assertion : script.encoding.assertions) {

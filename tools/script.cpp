@@ -31,18 +31,18 @@ class CapturingSolver final : public solver::Solver {
   CapturingSolver(TermManager& manager, const solver::Options& chosen, bool decides)
       : Solver(manager, chosen), decide(decides) {}
 
-  smt2::Answer check_sat(std::span<const Term* const> assumed) override {
+  Answer check_sat(std::span<const Term* const> assumed) override {
     encoding = encode(assumed);
     if (decide) answer = Solver::check_sat(assumed);
     throw Reached();
   }
   solver::Encoding take_encoding() { return std::move(encoding); }
-  std::optional<smt2::Answer> get_answer() const { return answer; }
+  std::optional<Answer> get_answer() const { return answer; }
 
  private:
   bool decide;
   solver::Encoding encoding;
-  std::optional<smt2::Answer> answer;
+  std::optional<Answer> answer;
 };
 
 }  // namespace

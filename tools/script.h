@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "vorn/smt2/engine.h"
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/solver/solver.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 
 namespace vorn::tools {
@@ -31,7 +31,7 @@ struct FirstCheck {
   std::unique_ptr<solver::Solver> engine;
   solver::Encoding encoding;
   std::vector<smt2::SymbolTable::Declaration> constants;
-  std::optional<smt2::Answer> answer;  // where it was decided
+  std::optional<Answer> answer;  // where it was decided
 };
 
 /// Reads a script up to its first check, and decides that if `decide` holds. Throws

@@ -62,10 +62,10 @@ class LimitedSolver final : public solver::Solver {
   LimitedSolver(TermManager& manager, const solver::Options& chosen, Limit& check_limit)
       : Solver(manager, chosen), limit(check_limit) {}
 
-  smt2::Answer check_sat(std::span<const Term* const> assumed) override {
+  Answer check_sat(std::span<const Term* const> assumed) override {
     const Running running;
     limit.start();
-    const smt2::Answer answer = Solver::check_sat(assumed);
+    const Answer answer = Solver::check_sat(assumed);
     was_interrupted = interrupted != 0;
     return answer;
   }
@@ -120,7 +120,7 @@ int run(smt2::Interpreter& interpreter, const std::string& file, std::string tex
     std::cout.flush();
     std::cerr << error.what() << '\n';
     return kInputError;
-  } catch (const smt2::InternalError& error) {
+  } catch (const InternalError& error) {
     std::cout.flush();
     report(interpreter, error);
     return kInternalError;

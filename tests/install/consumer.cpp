@@ -10,7 +10,7 @@ int main() {
       terms.make_constant(terms.make_unique_symbol("x", terms.get_fp_type(8, 23)));
   vorn::solver::Solver solver(terms);
   solver.assert_formula(terms.make_not(terms.make_fp_equal(x, x)));
-  if (solver.check_sat() != vorn::smt2::Answer::sat) return 1;
+  if (solver.check_sat() != vorn::Answer::sat) return 1;
   try {
     terms.make_not(x);  // an exception has to find its way out of the library
     return 1;

@@ -13,8 +13,6 @@
 namespace vorn::random {
 namespace {
 
-using smt2::Answer;
-
 Answer parse_answer(const std::string& text) {
   if (text == "sat\n") return Answer::sat;
   if (text == "unsat\n") return Answer::unsat;
@@ -56,7 +54,7 @@ Answer decide_plainly(const std::string& text) {
 
 }  // namespace
 
-std::unique_ptr<smt2::Engine> make_solver(TermManager& manager, const solver::Options& options) {
+std::unique_ptr<Engine> make_solver(TermManager& manager, const solver::Options& options) {
   return std::make_unique<solver::Solver>(manager, options);
 }
 

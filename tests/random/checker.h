@@ -52,7 +52,7 @@ class Checker {
 
  private:
   struct Result {
-    smt2::Answer answer = smt2::Answer::unknown;
+    Answer answer = Answer::unknown;
     Script live;                         // the question
     std::vector<std::string> equations;  // the model, after sat
     std::optional<Script> core;          // what is said to be unsat already

@@ -14,10 +14,8 @@
 namespace vorn::random {
 namespace {
 
-using smt2::Answer;
-
 /// Passes everything on to a solver.
-class Honest : public smt2::Engine {
+class Honest : public Engine {
  public:
   Honest(TermManager& manager, const solver::Options& options)
       : mgr(manager), engine(manager, options) {}

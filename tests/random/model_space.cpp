@@ -11,19 +11,19 @@
 #include "tests/random/literals.h"
 #include "tests/random/random.h"
 #include "tests/random/session.h"
-#include "vorn/solver/evaluator.h"
+#include "vorn/semantics/evaluator.h"
 
 namespace vorn::random {
 namespace {
 
 /// Keeps the assertions and decides nothing.
-class Collector : public smt2::Engine {
+class Collector : public Engine {
  public:
   void assert_formula(const Term* f) override { assertions.push_back(f); }
   void push() override {}
   void pop() override {}
-  smt2::Answer check_sat(std::span<const Term* const> /*assumptions*/) override {
-    return smt2::Answer::unknown;
+  Answer check_sat(std::span<const Term* const> /*assumptions*/) override {
+    return Answer::unknown;
   }
   std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
   const Term* get_value(const Term* t) override { return t; }
@@ -153,7 +153,7 @@ class ModelSpace {
     std::map<const Term*, const QNumber*> values;
     for (const Constant& c : constants)
       values.emplace(c.term, &c.value);
-    solver::Evaluator evaluator(
+    semantics::Evaluator evaluator(
         mgr, [&values](const Term* t) { return *values.at(t); },
         [this](const Term* t, std::span<const QNumber> args) { return choose(t, args); });
     return std::all_of(assertions.begin(), assertions.end(),
@@ -164,7 +164,7 @@ class ModelSpace {
     std::string text;
     for (const Constant& c : constants) {
       text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", c.term->to_string(),
-                          solver::make_literal(mgr, c.term->get_type(), c.value)->to_string());
+                          semantics::make_literal(mgr, c.term->get_type(), c.value)->to_string());
     }
     return text;
   }

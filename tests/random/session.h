@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "vorn/smt2/engine.h"
 #include "vorn/smt2/interpreter.h"
 #include "vorn/solver/solver.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/termination_test.h"
 
@@ -43,10 +43,9 @@ struct Configuration {
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
-using EngineFactory =
-    std::function<std::unique_ptr<smt2::Engine>(TermManager&, const solver::Options&)>;
+using EngineFactory = std::function<std::unique_ptr<Engine>(TermManager&, const solver::Options&)>;
 
-std::unique_ptr<smt2::Engine> make_solver(TermManager& manager, const solver::Options& options);
+std::unique_ptr<Engine> make_solver(TermManager& manager, const solver::Options& options);
 
 class Session {
  public:
@@ -84,7 +83,7 @@ class Session {
   TermManager mgr;
   Budget budget;
   std::ostringstream stream;
-  std::unique_ptr<smt2::Engine> engine;
+  std::unique_ptr<Engine> engine;
   smt2::Interpreter interpreter;
 };
 

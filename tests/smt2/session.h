@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "vorn/smt2/engine.h"
 #include "vorn/smt2/error.h"
 #include "vorn/smt2/interpreter.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 
 namespace vorn::smt2 {

@@ -6,8 +6,6 @@
 namespace vorn::solver {
 namespace {
 
-using smt2::Answer;
-
 class Choices : public SolverTest {
  protected:
   const DataType* type = mgr.get_fp_type(3, 4);

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "tests/solver/solver_fixture.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/smt2/error.h"
-#include "vorn/solver/open_terms.h"
 
 namespace vorn::solver {
 namespace {
@@ -132,7 +132,7 @@ TEST_F(EncodingTest, HasWhatIsInForce) {
   EXPECT_EQ(solver.get_encoding(variable("z", half)), nullptr);
   const Term* bits = variable("bits", mgr.get_bv_type(4));
   EXPECT_EQ(solver.get_encoding(bits), bits);
-  EXPECT_EQ(solver.check_sat(), smt2::Answer::sat) << "assumptions hold for one call";
+  EXPECT_EQ(solver.check_sat(), Answer::sat) << "assumptions hold for one call";
 }
 
 TEST_F(EncodingTest, StatesThatConversionsAreFunctions) {
@@ -153,14 +153,14 @@ TEST_F(EncodingTest, StatesThatConversionsAreFunctions) {
   Solver bits(mgr);
   for (const Term* conjunct : encoding.conjuncts)
     bits.assert_formula(conjunct);
-  EXPECT_EQ(bits.check_sat(), smt2::Answer::unsat);
+  EXPECT_EQ(bits.check_sat(), Answer::unsat);
 }
 
 TEST_F(EncodingTest, FindsOpenTermsOnce) {
   const Term* low = mgr.make_fp_min(x, y);
   const Term* high = mgr.make_fp_max(low, x);
   const std::vector<const Term*> formulas = {mgr.make_fp_isnan(high), mgr.make_fp_iszero(low)};
-  EXPECT_EQ(find_open_terms(formulas), (std::vector<const Term*>{low, high}));
+  EXPECT_EQ(semantics::find_open_terms(formulas), (std::vector<const Term*>{low, high}));
 }
 
 TEST_F(EncodingTest, OfATracedCheckIsOfThatCheckOnly) {
@@ -174,7 +174,7 @@ TEST_F(EncodingTest, OfATracedCheckIsOfThatCheckOnly) {
   traced.assert_formula(mgr.make_fp_lt(x, y));
   traced.set_seed(7);  // starts over
   const std::vector<const Term*> assumed = {mgr.make_fp_lt(y, x)};
-  ASSERT_EQ(traced.check_sat(assumed), smt2::Answer::unsat);
+  ASSERT_EQ(traced.check_sat(assumed), Answer::unsat);
   EXPECT_EQ(traced.get_unsat_assumptions(), std::vector<std::size_t>{0});
   EXPECT_THROW(traced.check_sat(), std::invalid_argument);
 
@@ -193,7 +193,7 @@ TEST_F(EncodingTest, OfATracedCheckHasAModel) {
   options.cnf_file = testing::TempDir() + "vorn_traced_model.cnf";
   Solver traced(mgr, options);
   traced.assert_formula(mgr.make_fp_lt(x, y));
-  ASSERT_EQ(traced.check_sat(), smt2::Answer::sat);
+  ASSERT_EQ(traced.check_sat(), Answer::sat);
   EXPECT_EQ(traced.get_value(mgr.make_fp_lt(x, y)), mgr.make_true());
 }
 

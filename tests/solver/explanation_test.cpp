@@ -234,7 +234,7 @@ TEST(ExplanationCase, ASolverWithLabelsTiesThemAndAnswersTheSame) {
     const std::vector<fp::Tie> ties = fp::find_ties(mgr, solver.encode({}).conjuncts, no_input);
     EXPECT_EQ(std::ranges::count(ties, std::string("mul_mant"), &fp::Tie::label), 1);
     EXPECT_EQ(ties.back().label, "mul_result");
-    EXPECT_EQ(solver.check_sat(), smt2::Answer::sat);
+    EXPECT_EQ(solver.check_sat(), Answer::sat);
     EXPECT_EQ(solver.get_value(product), mgr.make_fp_number(QNumber(0x21), 3, 3));
   }
 }

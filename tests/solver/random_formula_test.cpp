@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/solver/solver_fixture.h"
-#include "vorn/solver/evaluator.h"
+#include "vorn/semantics/evaluator.h"
 
 namespace vorn::solver {
 namespace {
@@ -102,7 +102,7 @@ bool brute_force(TermManager& mgr, const RandomFormula& names, const Term* formu
     const int x = assignment % kPatterns;
     const int y = assignment / kPatterns % kPatterns;
     const int bits = assignment / kPatterns / kPatterns % kPatterns;
-    Evaluator evaluator(mgr, [&](const Term* t) {
+    semantics::Evaluator evaluator(mgr, [&](const Term* t) {
       if (t == names.p) return QNumber(assignment / kPatterns / kPatterns / kPatterns);
       if (t == names.b) return QNumber(bits);
       return QNumber(t == names.floats[0] ? x : y);
@@ -125,7 +125,7 @@ TEST(RandomFormula, IsAnsweredAsTryingAllAssignmentsSays) {
     Solver solver(mgr, options);
     solver.assert_formula(formula);
     const bool satisfiable = brute_force(mgr, random, formula);
-    EXPECT_EQ(solver.check_sat(), satisfiable ? smt2::Answer::sat : smt2::Answer::unsat)
+    EXPECT_EQ(solver.check_sat(), satisfiable ? Answer::sat : Answer::unsat)
         << "seed " << seed << ": " << formula->to_string();
     unsat += satisfiable ? 0 : 1;
   }
@@ -148,7 +148,7 @@ TEST(RandomFormula, IsAnsweredAlikeWithAssertionsOnLevels) {
       solver.assert_formula(second);
       solver.push();
       solver.assert_formula(third);
-      const smt2::Answer stacked = solver.check_sat();
+      const Answer stacked = solver.check_sat();
       Solver flat(mgr);
       flat.assert_formula(mgr.make_and(first, mgr.make_and(second, third)));
       EXPECT_EQ(stacked, flat.check_sat()) << "seed " << seed;

@@ -7,8 +7,6 @@
 namespace vorn::solver {
 namespace {
 
-using smt2::Answer;
-
 TEST_F(SolverTest, AnEmptySetOfAssertionsIsSat) {
   EXPECT_EQ(solver.check_sat(), Answer::sat);
 }

@@ -28,7 +28,7 @@ QNumber add_thirds_and_sevenths(int variant) {
   for (int i = 0; i < variant; ++i)  // so that threads are at different things
     terms.make_bv_number(QNumber(i + 1000) / QNumber(1), 200);
   solver.assert_formula(terms.make_equal(x, sum));
-  if (solver.check_sat() != smt2::Answer::sat) return -1;
+  if (solver.check_sat() != Answer::sat) return -1;
   QNumber bits;
   return terms.is_number(solver.get_value(x), &bits) ? bits : QNumber(-2);
 }

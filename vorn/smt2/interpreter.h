@@ -21,9 +21,9 @@
 #include <string_view>
 #include <vector>
 
-#include "vorn/smt2/engine.h"
 #include "vorn/smt2/parser.h"
 #include "vorn/smt2/symbol_table.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
 #include "vorn/version.h"

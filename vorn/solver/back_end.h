@@ -12,8 +12,8 @@
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/bv/sat_solver.h"
-#include "vorn/solver/fp_rewriter.h"
-#include "vorn/solver/local_search.h"
+#include "vorn/rewrite/fp_rewriter.h"
+#include "vorn/search/local_search.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
 
@@ -69,11 +69,11 @@ struct Solver::BackEnd {
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
   }
 
-  std::optional<FpRewriter> rewriter;
+  std::optional<rewrite::FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
   std::unique_ptr<Circuits> circuits;
-  std::optional<LocalSearch> local_search;  // of the current check
+  std::optional<search::LocalSearch> local_search;  // of the current check
 };
 
 }  // namespace vorn::solver

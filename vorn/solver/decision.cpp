@@ -35,7 +35,7 @@ void Solver::enter_assumptions(std::span<const Term* const> assumed) {
   }
 }
 
-smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
+Answer Solver::check_sat(std::span<const Term* const> assumed) {
   if (options.is_traced() && statistics.checks != 0) {
     throw std::invalid_argument("a formula and its proof can be written for one check only");
   }
@@ -52,17 +52,17 @@ smt2::Answer Solver::check_sat(std::span<const Term* const> assumed) {
 }
 
 /// Searches until a model holds, an answer is unsat, or the search ends without either.
-smt2::Answer Solver::decide() {
+Answer Solver::decide() {
   const Stopwatch watch(&statistics.search_seconds);
   back_end->local_search.reset();
   // What local search finds are models by IEEE 754, and a trace has no use for them.
   may_search_locally =
       options.local_search && !options.is_traced() && options.encoder == EncoderKind::ieee;
-  if (try_shortly()) return smt2::Answer::sat;
+  if (try_shortly()) return Answer::sat;
   for (;;) {
-    const smt2::Answer answer = search();
-    is_unsat = answer == smt2::Answer::unsat;
-    if (answer != smt2::Answer::sat || has_model) return answer;
+    const Answer answer = search();
+    is_unsat = answer == Answer::unsat;
+    if (answer != Answer::sat || has_model) return answer;
     read_model();
     const bool holds = model_holds();
     if (separate_conversions()) continue;
@@ -71,10 +71,10 @@ smt2::Answer Solver::decide() {
       return answer;
     }
     if (options.encoder != EncoderKind::base) {
-      throw smt2::InternalError("internal error: the model found does not satisfy an assertion");
+      throw InternalError("internal error: the model found does not satisfy an assertion");
     }
     reason_unknown = "the model found holds for the base encoder only, not for IEEE 754";
-    return smt2::Answer::unknown;
+    return Answer::unknown;
   }
 }
 
@@ -97,8 +97,8 @@ bool Solver::try_shortly() {
 /// Whether this check has a local search, which is prepared when it is first wanted.
 bool Solver::has_local_search() {
   if (may_search_locally && !back_end->local_search) {
-    back_end->local_search =
-        LocalSearch::prepare(mgr, get_assertions(), static_cast<std::uint64_t>(options.seed));
+    back_end->local_search = search::LocalSearch::prepare(mgr, get_assertions(),
+                                                          static_cast<std::uint64_t>(options.seed));
     may_search_locally = back_end->local_search.has_value();
   }
   return may_search_locally;
@@ -117,7 +117,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
   return has_model;
 }
 
-smt2::Answer Solver::search() {
+Answer Solver::search() {
   if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
     replace_circuits();
     write_clauses();
@@ -141,24 +141,24 @@ smt2::Answer Solver::search() {
     if (is_limited) sat.limit_conflicts(conflicts);
     switch (sat.solve()) {
       case bv::SatSolver::Result::sat:
-        return smt2::Answer::sat;
+        return Answer::sat;
       case bv::SatSolver::Result::unsat:
-        return smt2::Answer::unsat;
+        return Answer::unsat;
       case bv::SatSolver::Result::unknown:
         break;
     }
     const TerminationTest* test = options.termination_test;
     if (!is_limited || (test != nullptr && test->terminate())) return give_up("resource limit");
     if (try_assignments(kEffortPerConflict * static_cast<std::uint64_t>(conflicts))) {
-      return smt2::Answer::sat;
+      return Answer::sat;
     }
   }
 }
 
-smt2::Answer Solver::give_up(const char* reason) {
+Answer Solver::give_up(const char* reason) {
   statistics.interrupted = true;
   reason_unknown = reason;
-  return smt2::Answer::unknown;
+  return Answer::unknown;
 }
 
 /// Hands what is new to the SAT solver.

@@ -7,7 +7,7 @@
 
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/fp/labels.h"
-#include "vorn/solver/evaluator.h"
+#include "vorn/semantics/evaluator.h"
 #include "vorn/terms/bv_number.h"
 
 namespace vorn::solver {
@@ -97,13 +97,13 @@ class Circuit {
     return std::make_unique<fp::IeeeBvEncoder>(&manager, &target);
   }
 
-  Evaluator make_evaluator(const Values& values) {
-    return Evaluator(target, [&values](const Term* t) { return values.at(t); });
+  semantics::Evaluator make_evaluator(const Values& values) {
+    return semantics::Evaluator(target, [&values](const Term* t) { return values.at(t); });
   }
 
   const Term* make_operand(TermManager& manager, const DataType* type, const QNumber& value,
                            Inputs inputs) {
-    if (manager.is_fprounding_type(type)) return make_literal(manager, type, value);
+    if (manager.is_fprounding_type(type)) return semantics::make_literal(manager, type, value);
     const Term* arg = manager.make_constant(manager.make_unique_symbol(".operand", type));
     const std::size_t width = width_of(type);
     if (inputs == Inputs::literals) {
@@ -133,7 +133,7 @@ class Circuit {
   TermManager target;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Values known;  // of constants
-  Evaluator evaluator;
+  semantics::Evaluator evaluator;
   std::vector<const Term*> constraints;
   const Term* encoding = nullptr;
   const Term* choice = nullptr;
@@ -183,7 +183,7 @@ std::vector<QNumber> read_literals(const TermManager& manager, std::span<const T
   std::vector<QNumber> values;
   for (const Term* t : terms) {
     QNumber value;
-    if (!read_literal(manager, t, &value)) {
+    if (!semantics::read_literal(manager, t, &value)) {
       throw std::invalid_argument("not a literal: " + t->to_string());
     }
     values.push_back(std::move(value));

@@ -2,7 +2,7 @@
 #include <stdexcept>
 
 #include "vorn/solver/back_end.h"
-#include "vorn/solver/open_terms.h"
+#include "vorn/solver/congruences.h"
 #include "vorn/solver/solver.h"
 
 namespace vorn::solver {
@@ -28,7 +28,7 @@ void Solver::read_model() {
 
 /// Takes the model that local search found.
 void Solver::read_found_model() {
-  const LocalSearch& found = *back_end->local_search;
+  const search::LocalSearch& found = *back_end->local_search;
   model.clear();
   open_conversions.clear();
   for (const auto slot : found.get_constants()) {
@@ -72,14 +72,14 @@ QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
   return first.value;
 }
 
-Evaluator Solver::evaluate_model() {
-  return Evaluator(
+semantics::Evaluator Solver::evaluate_model() {
+  return semantics::Evaluator(
       mgr, [this](const Term* constant) { return value_of(constant); },
       [this](const Term* t, std::span<const QNumber> values) { return open_value(t, values); });
 }
 
 bool Solver::model_holds() {
-  Evaluator evaluator = evaluate_model();
+  semantics::Evaluator evaluator = evaluate_model();
   bool holds = true;
   clashes.clear();
   // What was encoded comes first: its conversions decide for those that rewriting dropped.
@@ -105,8 +105,8 @@ bool Solver::separate_conversions() {
 
 const Term* Solver::get_value(const Term* t) {
   if (!has_model) throw std::logic_error("there is no model");
-  Evaluator evaluator = evaluate_model();
-  return make_literal(mgr, t->get_type(), evaluator.evaluate(t));
+  semantics::Evaluator evaluator = evaluate_model();
+  return semantics::make_literal(mgr, t->get_type(), evaluator.evaluate(t));
 }
 
 }  // namespace vorn::solver

@@ -7,8 +7,9 @@
 #include <system_error>
 
 #include "vorn/fp/ieee_bv_encoder.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/back_end.h"
-#include "vorn/solver/open_terms.h"
+#include "vorn/solver/congruences.h"
 
 namespace vorn::solver {
 
@@ -161,7 +162,7 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
   Encoding encoding;
   encoding.assertions = get_assertions();
-  encoding.open_terms = find_open_terms(encoding.assertions);
+  encoding.open_terms = semantics::find_open_terms(encoding.assertions);
   // Models are checked against the assertions as given, so what they leave open has a constant even
   // where rewriting has dropped it.
   std::vector<const Term*> encoded_terms;
@@ -194,7 +195,7 @@ const Term* Solver::get_encoding(const Term* constant) const {
 
 /// Starts the back end of the one check: what was written so far was not traced.
 void Solver::start_traces() {
-  const std::vector<const Term*> open_terms = find_open_terms(get_encoded_assertions());
+  const std::vector<const Term*> open_terms = semantics::find_open_terms(get_encoded_assertions());
   for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
     levels.back().conjuncts.push_back(f);
   replace_circuits(true);

@@ -27,9 +27,9 @@
 #include <vector>
 
 #include "vorn/fp/fp_bv_encoder.h"
-#include "vorn/smt2/engine.h"
+#include "vorn/semantics/evaluator.h"
 #include "vorn/solver/encoding.h"
-#include "vorn/solver/evaluator.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
@@ -86,7 +86,7 @@ struct VORN_EXPORT Statistics {
 };
 
 /// Decides Boolean combinations of floating-point and bit-vector atoms.
-class VORN_EXPORT Solver : public smt2::Engine {
+class VORN_EXPORT Solver : public Engine {
  public:
   /// Borrows the manager, which owns all terms that the solver is given, and what the options point
   /// to.
@@ -98,12 +98,12 @@ class VORN_EXPORT Solver : public smt2::Engine {
   void push() override;
   /// Throws std::logic_error without a matching push.
   void pop() override;
-  /// Throws smt2::InternalError should a model fail the check, which is a defect of the solver;
+  /// Throws InternalError should a model fail the check, which is a defect of the solver;
   /// with the base encoder, whose models IEEE 754 may reject, the answer is then
   /// unknown. With traces, throws std::invalid_argument from the second call on and
   /// std::runtime_error where a file cannot be written.
-  smt2::Answer check_sat(std::span<const Term* const> assumptions) override;
-  smt2::Answer check_sat() { return check_sat({}); }
+  Answer check_sat(std::span<const Term* const> assumptions) override;
+  Answer check_sat() { return check_sat({}); }
   /// Throws std::logic_error unless the last check answered unsat and nothing was asserted since.
   std::vector<std::size_t> get_unsat_assumptions() override;
   /// Throws std::logic_error unless the last check answered sat and nothing was asserted since.
@@ -159,18 +159,18 @@ class VORN_EXPORT Solver : public smt2::Engine {
   const Term* translate(const Term* f, Level& level);
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
-  smt2::Answer decide();
-  smt2::Answer search();
+  Answer decide();
+  Answer search();
   bool try_shortly();
   bool has_local_search();
   bool try_assignments(std::uint64_t effort);
-  smt2::Answer give_up(const char* reason);
+  Answer give_up(const char* reason);
   void write_clauses();
   void write_level(Level& level, bool permanent);
   void replace_circuits(bool traced = false);
   void read_model();
   void read_found_model();
-  Evaluator evaluate_model();
+  semantics::Evaluator evaluate_model();
   bool model_holds();
   bool separate_conversions();
   const Term* model_key(const Term* constant) const;

@@ -1,0 +1,78 @@
+#include "vorn/semantics/evaluator.h"
+
+#include <stdexcept>
+#include <vector>
+
+namespace vorn::semantics {
+namespace {
+
+bool is_true(const QNumber& value) {
+  return value.sign() != 0;
+}
+
+}  // namespace
+
+const QNumber& Evaluator::evaluate(const Term* root) {
+  std::vector<const Term*> stack{root};
+  while (!stack.empty()) {
+    const Term* t = stack.back();
+    if (values.contains(t)) {
+      stack.pop_back();
+      continue;
+    }
+    bool ready = true;
+    for (const Term* a : t->get_args()) {
+      if (values.contains(a)) continue;
+      stack.push_back(a);
+      ready = false;
+    }
+    if (!ready) continue;
+    stack.pop_back();
+    values.emplace(t, t->get_arity() == 0 ? leaf(t) : apply(t));
+  }
+  return values.at(root);
+}
+
+QNumber Evaluator::leaf(const Term* t) {
+  QNumber value;
+  if (!read_literal(mgr, t, &value)) value = assignment(t);
+  if (!mgr.is_fp_type(t->get_type(), nullptr, nullptr)) return value;
+  return canonical_bits(t->get_type(), value);
+}
+
+QNumber Evaluator::apply(const Term* t) {
+  std::vector<const QNumber*> args;
+  for (const Term* arg : t->get_args())
+    args.push_back(&values.at(arg));
+  return semantics::apply(t, args, open_value);
+}
+
+bool read_literal(const TermManager& manager, const Term* t, QNumber* value) {
+  IEEEFloat::rounding_mode mode{};
+  if (t == manager.make_true() || t == manager.make_false()) {
+    *value = QNumber(t == manager.make_true() ? 1 : 0);
+  } else if (manager.is_fprounding(t->get_symbol(), &mode)) {
+    *value = QNumber(static_cast<int>(mode));
+  } else {
+    return manager.is_number(t, value);
+  }
+  return true;
+}
+
+const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value) {
+  std::int64_t word = 0;
+  switch (type->get_kind()) {
+    case DataType::Kind::boolean:
+      return manager.make_bool(is_true(value));
+    case DataType::Kind::rounding_mode:
+      value.get_int64(&word);
+      return manager.make_fprounding(static_cast<IEEEFloat::rounding_mode>(word));
+    case DataType::Kind::bit_vector:
+      return manager.make_bv_number(value, type->get_width());
+    case DataType::Kind::floating_point:
+      break;
+  }
+  return manager.make_fp_number(value, type->get_e(), type->get_m());
+}
+
+}  // namespace vorn::semantics
