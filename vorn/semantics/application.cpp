@@ -5,6 +5,7 @@
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/folding.h"
 #include "vorn/terms/ieee_arithmetic.h"
+#include "vorn/terms/operations.h"
 
 namespace vorn::semantics {
 namespace {
@@ -50,7 +51,7 @@ class Application {
 
 QNumber Application::get_value() const {
   const SymbolTag::tag tag = t->get_tag();
-  if (is_bv_operation(tag)) {
+  if (find_operation(tag)->theory == Theory::bit_vectors) {
     const std::size_t last = t->get_arity() - 1;
     return fold_bv_operation(tag, t->get_symbol()->get_indices(),
                              {arg(0), t->get_arg(0)->get_type()->get_width()},

@@ -1,6 +1,8 @@
-// The constructors of Boolean and bit-vector operations and all operand checks. Operations that
-// take the same kinds of operands share one function; what differs is in the table of operations.
+// The constructors: one for all operations, which checks operands by their row of the table, and
+// names for each kind of Booleans and bit-vectors.
+#include <array>
 #include <stdexcept>
+#include <string>
 
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/operations.h"
@@ -9,112 +11,216 @@
 namespace vorn {
 namespace {
 
-[[noreturn]] void fail(SymbolTag::tag tag, const std::string& what) {
-  throw std::invalid_argument(std::string(find_operation(tag)->name) + ": " + what);
+using T = SymbolTag;
+
+[[noreturn]] void fail(const Operation& op, const std::string& what) {
+  throw std::invalid_argument(std::string(op.name) + ": " + what);
 }
 
 std::string sort_of(const Term* t) {
   return t->get_type()->to_string();
 }
 
-std::uint32_t index(std::size_t value) {
-  return static_cast<std::uint32_t>(value);
+[[noreturn]] void fail_width(const Operation& op, const std::string& what) {
+  fail(op, what + "; widths go up to " + std::to_string(TermManager::kMaxWidth));
+}
+
+/// Says why `args[i]` is no operand of its place, unless it is one that its kind did not tell of.
+void check_operand(const Operation& op, std::span<const Term* const> args, std::size_t i) {
+  if (args[i] == nullptr) fail(op, "an operand is missing");
+  const Signature::Argument& wanted = op.signature.get_arguments()[i];
+  if (wanted.like != Signature::kNowhere) {
+    fail(op,
+         "operands of different sorts, " + sort_of(args[wanted.like]) + " and " + sort_of(args[i]));
+  }
+  std::string sort = "a bit-vector";
+  if (wanted.letter == 'B') sort = "a Bool";
+  if (wanted.letter == 'R') sort = "a rounding mode";
+  if (wanted.letter == 'F' || wanted.letter == 'G') sort = "a floating-point term";
+  if (wanted.letter == '1') {
+    sort = "a bit-vector of width 1";
+    const DataType* type = args[i]->get_type();
+    if (type->get_kind() == DataType::Kind::bit_vector && type->get_width() == 1) return;
+  }
+  fail(op, "expected " + sort + ", got a term of " + sort_of(args[i]));
+}
+
+/// What a symbol keeps of its widths; see Symbol::Indices.
+Symbol::Indices find_symbol_indices(const Operation& op, std::span<const std::size_t> indices,
+                                    std::span<const Term* const> args) {
+  Symbol::Indices result = {};
+  std::size_t count = 0;
+  const auto append = [&](std::size_t width) {
+    result[count++] = static_cast<std::uint32_t>(width);
+  };
+  if (op.theory != Theory::floating_point) {
+    for (const std::size_t given : indices)
+      append(given);
+    return result;
+  }
+  if (op.indexing == Indexing::width) append(indices[0]);
+  const DataType* operand = args[op.is_rounded() ? 1 : 0]->get_type();
+  if (operand->get_kind() == DataType::Kind::floating_point) {
+    append(operand->get_e());
+    append(operand->get_m());
+  } else if (op.is_rounded()) {
+    append(operand->get_width());
+  }
+  if (op.indexing == Indexing::format) {
+    append(indices[0]);
+    append(indices[1]);
+  }
+  return result;
 }
 
 }  // namespace
 
-// Checks --------------------------------------------------------------------------------------
+// Operands ------------------------------------------------------------------------------------
 
-const DataType* TermManager::check_own(SymbolTag::tag tag, const Term* t) const {
-  if (t == nullptr) fail(tag, "an operand is missing");
-  if (t->get_symbol()->owner != this) fail(tag, "an operand belongs to another term manager");
-  return t->get_type();
-}
-
-void TermManager::check_bool(SymbolTag::tag tag, const Term* t) const {
-  if (check_own(tag, t) != bool_type) fail(tag, "expected a Bool, got a term of " + sort_of(t));
-}
-
-std::size_t TermManager::check_bv(SymbolTag::tag tag, const Term* t) const {
-  const DataType* type = check_own(tag, t);
-  if (type->get_kind() != DataType::Kind::bit_vector) {
-    fail(tag, "expected a bit-vector, got a term of " + sort_of(t));
-  }
-  return type->get_width();
-}
-
-const DataType* TermManager::check_fp(SymbolTag::tag tag, const Term* t) const {
-  const DataType* type = check_own(tag, t);
-  if (type->get_kind() != DataType::Kind::floating_point) {
-    fail(tag, "expected a floating-point term, got a term of " + sort_of(t));
-  }
-  return type;
-}
-
-void TermManager::check_rounding(SymbolTag::tag tag, const Term* t) const {
-  if (check_own(tag, t) != rounding_type) {
-    fail(tag, "expected a rounding mode, got a term of " + sort_of(t));
+void TermManager::check_operands(const Operation& op, std::span<const Term* const> args) const {
+  const Signature::Argument* wanted = op.signature.get_arguments().data();
+  for (std::size_t i = 0; i < args.size(); ++i, ++wanted) {
+    if (args[i] == nullptr) check_operand(op, args, i);
+    if (args[i]->get_symbol()->owner != this)
+      fail(op, "an operand belongs to another term manager");
+    const DataType* type = args[i]->get_type();
+    const bool fits = wanted->like == Signature::kNowhere ? wanted->fits(type->get_kind())
+                                                          : type == args[wanted->like]->get_type();
+    if (!fits) check_operand(op, args, i);
   }
 }
 
-const DataType* TermManager::check_same(SymbolTag::tag tag, const Term* a, const Term* b) const {
-  const DataType* type = check_own(tag, a);
-  if (check_own(tag, b) != type) {
-    fail(tag, "operands of different sorts, " + sort_of(a) + " and " + sort_of(b));
+const DataType* TermManager::find_result(const Operation& op, std::span<const std::size_t> indices,
+                                         std::span<const Term* const> args) {
+  switch (op.indexing) {
+    case Indexing::none:
+      return find_plain_result(op, args);
+    case Indexing::rotation:
+      return args[0]->get_type();
+    case Indexing::extraction: {
+      const auto [msb, lsb] = std::array{indices[0], indices[1]};
+      const std::size_t width = args[0]->get_type()->get_width();
+      if (msb >= lsb && msb < width) return get_bv_type(msb - lsb + 1);
+      fail(op, "bits " + std::to_string(msb) + " down to " + std::to_string(lsb) +
+                   " of a bit-vector of width " + std::to_string(width));
+    }
+    case Indexing::extension: {
+      const std::size_t width = args[0]->get_type()->get_width();
+      // The number may be a difference that wrapped around: compare without adding to it.
+      if (indices[0] <= kMaxWidth - width) return get_bv_type(width + indices[0]);
+      fail_width(op, "a bit-vector of width " + std::to_string(width) + " extended by " +
+                         std::to_string(indices[0]) + " bits");
+    }
+    case Indexing::repetition:
+      return get_bv_type(indices[0] * args[0]->get_type()->get_width());
+    case Indexing::width:
+      return get_bv_type(indices[0]);
+    case Indexing::format: {
+      const DataType* type = get_fp_type(indices[0], indices[1]);
+      if (op.signature.get_letters() != "T") return type;
+      const std::size_t width = args[0]->get_type()->get_width();
+      if (width == 1 + indices[0] + indices[1]) return type;
+      fail(op, "a bit-vector of width " + std::to_string(width) + " is no " + type->to_string());
+    }
   }
-  return type;
+  return nullptr;
 }
 
-// Booleans and generic operations -------------------------------------------------------------
-
-const Term* TermManager::bool_binary(SymbolTag::tag tag, const Term* a, const Term* b) {
-  check_bool(tag, a);
-  check_bool(tag, b);
-  return build(tag, bool_type, {a, b});
+const DataType* TermManager::find_plain_result(const Operation& op,
+                                               std::span<const Term* const> args) {
+  const std::uint8_t source = op.signature.get_source();
+  const char letter = op.signature.get_result();
+  if (letter == 'B') return bool_type;
+  if (source != Signature::kNowhere) return args[source]->get_type();
+  if (letter == '1') return get_bv_type(1);
+  const DataType* first = args[0]->get_type();
+  if (letter == 'T') return get_bv_type(1 + first->get_e() + first->get_m());
+  // Two parts make a whole.
+  const std::size_t width = first->get_width() + args[1]->get_type()->get_width();
+  if (width <= kMaxWidth) return get_bv_type(width);
+  fail_width(op, "operands of " + sort_of(args[0]) + " and " + sort_of(args[1]) + " make " +
+                     std::to_string(width) + " bits");
 }
 
-const Term* TermManager::make_not(const Term* a) {
-  check_bool(SymbolTag::bool_not, a);
-  return build(SymbolTag::bool_not, bool_type, {a});
+// Construction --------------------------------------------------------------------------------
+
+const Term* TermManager::make(SymbolTag::tag tag, std::span<const std::size_t> indices,
+                              std::span<const Term* const> args) {
+  const Operation* op = find_operation(tag);
+  if (op == nullptr) {
+    throw std::invalid_argument("there is no operation of the kind " +
+                                std::to_string(static_cast<std::uint32_t>(tag)));
+  }
+  if (args.size() == op->signature.get_arguments().size() &&
+      indices.size() == op->get_index_count()) {
+    return apply(*op, indices, args);
+  }
+  check_counts(*op, indices.size(), args.size());
+  return extend(*op, indices, args);
 }
 
-const Term* TermManager::make_and(const Term* a, const Term* b) {
-  return bool_binary(SymbolTag::bool_and, a, b);
+const Term* TermManager::apply(const Operation& op, std::span<const std::size_t> indices,
+                               std::span<const Term* const> args) {
+  check_operands(op, args);
+  if (op.derive != nullptr) return op.derive(*this, indices, args);
+  if (args.empty()) return make_bool(op.tag == T::bool_true);
+  const DataType* type = find_result(op, indices, args);
+  return build(op, type, args, find_symbol_indices(op, indices, args));
 }
 
-const Term* TermManager::make_or(const Term* a, const Term* b) {
-  return bool_binary(SymbolTag::bool_or, a, b);
+/// A binary operation on another number of arguments.
+const Term* TermManager::extend(const Operation& op, std::span<const std::size_t> indices,
+                                std::span<const Term* const> args) {
+  const auto pair = [&](const Term* a, const Term* b) {
+    const std::array<const Term*, 2> operands = {a, b};
+    return apply(op, indices, operands);
+  };
+  const std::size_t count = args.size();
+  // Only conjunction and disjunction take a single argument, and (and a a) is a.
+  const Term* result = pair(args[0], args[count > 1 ? 1 : 0]);
+  switch (op.arity) {
+    case Arity::fixed:
+      break;
+    case Arity::left:
+    case Arity::left_from_one:
+      for (std::size_t i = 2; i < count; ++i)
+        result = pair(result, args[i]);
+      break;
+    case Arity::right:
+      result = args[count - 1];
+      for (std::size_t i = count - 1; i-- > 0;)
+        result = pair(args[i], result);
+      break;
+    case Arity::chainable:
+      for (std::size_t i = 2; i < count; ++i)
+        result = make_and(result, pair(args[i - 1], args[i]));
+      break;
+    case Arity::pairwise:
+      for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t j = i + 1; j < count; ++j) {
+          if (j > 1) result = make_and(result, pair(args[i], args[j]));
+        }
+      }
+      break;
+  }
+  return result;
 }
 
-const Term* TermManager::make_xor(const Term* a, const Term* b) {
-  return bool_binary(SymbolTag::bool_xor, a, b);
+const Term* TermManager::rebuild(const Term* t, std::span<const Term* const> args) {
+  const Operation* op = find_operation(t->get_tag());
+  bool same_sorts = args.size() == t->get_arity() && t->get_symbol()->owner == this;
+  for (std::size_t i = 0; same_sorts && i < args.size(); ++i) {
+    same_sorts = args[i]->get_type() == t->get_arg(i)->get_type();
+  }
+  if (!same_sorts) {
+    throw std::invalid_argument(std::string(op != nullptr ? op->name : "a constant") +
+                                ": can only be rebuilt on arguments of the same sorts");
+  }
+  if (args.empty()) return t;
+  return build(*op, t->get_type(), args, t->get_symbol()->get_indices());
 }
 
-const Term* TermManager::make_implies(const Term* a, const Term* b) {
-  return bool_binary(SymbolTag::bool_implies, a, b);
-}
-
-const Term* TermManager::make_iff(const Term* a, const Term* b) {
-  return bool_binary(SymbolTag::bool_iff, a, b);
-}
-
-const Term* TermManager::make_equal(const Term* a, const Term* b) {
-  check_same(SymbolTag::equal, a, b);
-  return build(SymbolTag::equal, bool_type, {a, b});
-}
-
-const Term* TermManager::make_term_ite(const Term* c, const Term* a, const Term* b) {
-  check_bool(SymbolTag::ite, c);
-  return build(SymbolTag::ite, check_same(SymbolTag::ite, a, b), {c, a, b});
-}
-
-bool TermManager::is_term_ite(const Symbol* symbol, const DataType** type) const {
-  if (symbol->owner != this || symbol->tag != SymbolTag::ite) return false;
-  if (type != nullptr) *type = symbol->output_type;
-  return true;
-}
-
-// Bit-vectors ---------------------------------------------------------------------------------
+// Literals ------------------------------------------------------------------------------------
 
 const Term* TermManager::make_bv_number(const QNumber& value, std::size_t width) {
   if (!value.is_integer()) {
@@ -133,143 +239,144 @@ const Term* TermManager::make_bv_number(int value, std::size_t width) {
   return common;
 }
 
+// Names of kinds ------------------------------------------------------------------------------
+
+const Term* TermManager::make_not(const Term* a) {
+  return make(T::bool_not, {a});
+}
+
+const Term* TermManager::make_and(const Term* a, const Term* b) {
+  return make(T::bool_and, {a, b});
+}
+
+const Term* TermManager::make_or(const Term* a, const Term* b) {
+  return make(T::bool_or, {a, b});
+}
+
+const Term* TermManager::make_xor(const Term* a, const Term* b) {
+  return make(T::bool_xor, {a, b});
+}
+
+const Term* TermManager::make_implies(const Term* a, const Term* b) {
+  return make(T::bool_implies, {a, b});
+}
+
+const Term* TermManager::make_iff(const Term* a, const Term* b) {
+  return make(T::bool_iff, {a, b});
+}
+
+const Term* TermManager::make_equal(const Term* a, const Term* b) {
+  return make(T::equal, {a, b});
+}
+
+const Term* TermManager::make_term_ite(const Term* c, const Term* a, const Term* b) {
+  return make(T::ite, {c, a, b});
+}
+
+bool TermManager::is_term_ite(const Symbol* symbol, const DataType** type) const {
+  if (symbol->owner != this || symbol->tag != T::ite) return false;
+  if (type != nullptr) *type = symbol->output_type;
+  return true;
+}
+
 const Term* TermManager::make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t) {
-  const std::size_t width = check_bv(SymbolTag::bv_extract, t);
-  if (msb < lsb || msb >= width) {
-    fail(SymbolTag::bv_extract, "bits " + std::to_string(msb) + " down to " + std::to_string(lsb) +
-                                    " of a bit-vector of width " + std::to_string(width));
-  }
-  return build(SymbolTag::bv_extract, get_bv_type(msb - lsb + 1), {t}, {index(msb), index(lsb)});
+  return make(T::bv_extract, {msb, lsb}, {t});
 }
 
 const Term* TermManager::make_bv_concat(const Term* a, const Term* b) {
-  const std::size_t width = check_bv(SymbolTag::bv_concat, a) + check_bv(SymbolTag::bv_concat, b);
-  if (width > kMaxWidth) {
-    fail(SymbolTag::bv_concat, "operands of " + sort_of(a) + " and " + sort_of(b) + " make " +
-                                   std::to_string(width) + " bits; widths go up to " +
-                                   std::to_string(kMaxWidth));
-  }
-  return build(SymbolTag::bv_concat, get_bv_type(width), {a, b});
-}
-
-const Term* TermManager::bv_extend(SymbolTag::tag tag, std::size_t n, const Term* t) {
-  const std::size_t width = check_bv(tag, t);
-  // n may be a difference that wrapped around: compare without adding to it.
-  if (n > kMaxWidth - width) {
-    fail(tag, "a bit-vector of width " + std::to_string(width) + " extended by " +
-                  std::to_string(n) + " bits; widths go up to " + std::to_string(kMaxWidth));
-  }
-  return build(tag, get_bv_type(width + n), {t}, {index(n)});
+  return make(T::bv_concat, {a, b});
 }
 
 const Term* TermManager::make_bv_zero_extend(std::size_t n, const Term* t) {
-  return bv_extend(SymbolTag::bv_zero_extend, n, t);
+  return make(T::bv_zero_extend, {n}, {t});
 }
 
 const Term* TermManager::make_bv_sign_extend(std::size_t n, const Term* t) {
-  return bv_extend(SymbolTag::bv_sign_extend, n, t);
-}
-
-const Term* TermManager::bv_unary(SymbolTag::tag tag, const Term* a) {
-  check_bv(tag, a);
-  return build(tag, a->get_type(), {a});
+  return make(T::bv_sign_extend, {n}, {t});
 }
 
 const Term* TermManager::make_bv_not(const Term* a) {
-  return bv_unary(SymbolTag::bv_not, a);
+  return make(T::bv_not, {a});
 }
 
 const Term* TermManager::make_bv_neg(const Term* a) {
-  return bv_unary(SymbolTag::bv_neg, a);
-}
-
-const Term* TermManager::bv_binary(SymbolTag::tag tag, const Term* a, const Term* b) {
-  check_bv(tag, a);
-  return build(tag, check_same(tag, a, b), {a, b});
+  return make(T::bv_neg, {a});
 }
 
 const Term* TermManager::make_bv_and(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_and, a, b);
+  return make(T::bv_and, {a, b});
 }
 
 const Term* TermManager::make_bv_or(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_or, a, b);
+  return make(T::bv_or, {a, b});
 }
 
 const Term* TermManager::make_bv_xor(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_xor, a, b);
+  return make(T::bv_xor, {a, b});
 }
 
 const Term* TermManager::make_bv_add(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_add, a, b);
+  return make(T::bv_add, {a, b});
 }
 
 const Term* TermManager::make_bv_sub(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_sub, a, b);
+  return make(T::bv_sub, {a, b});
 }
 
 const Term* TermManager::make_bv_mul(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_mul, a, b);
+  return make(T::bv_mul, {a, b});
 }
 
 const Term* TermManager::make_bv_udiv(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_udiv, a, b);
+  return make(T::bv_udiv, {a, b});
 }
 
 const Term* TermManager::make_bv_urem(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_urem, a, b);
+  return make(T::bv_urem, {a, b});
 }
 
 const Term* TermManager::make_bv_sdiv(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_sdiv, a, b);
+  return make(T::bv_sdiv, {a, b});
 }
 
 const Term* TermManager::make_bv_srem(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_srem, a, b);
+  return make(T::bv_srem, {a, b});
 }
 
 const Term* TermManager::make_bv_smod(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_smod, a, b);
+  return make(T::bv_smod, {a, b});
 }
 
 const Term* TermManager::make_bv_lshl(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_shl, a, b);
+  return make(T::bv_shl, {a, b});
 }
 
 const Term* TermManager::make_bv_lshr(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_lshr, a, b);
+  return make(T::bv_lshr, {a, b});
 }
 
 const Term* TermManager::make_bv_ashr(const Term* a, const Term* b) {
-  return bv_binary(SymbolTag::bv_ashr, a, b);
+  return make(T::bv_ashr, {a, b});
 }
 
 const Term* TermManager::make_bv_comp(const Term* a, const Term* b) {
-  check_bv(SymbolTag::bv_comp, a);
-  check_same(SymbolTag::bv_comp, a, b);
-  return build(SymbolTag::bv_comp, get_bv_type(1), {a, b});
-}
-
-const Term* TermManager::bv_predicate(SymbolTag::tag tag, const Term* a, const Term* b) {
-  check_bv(tag, a);
-  check_same(tag, a, b);
-  return build(tag, bool_type, {a, b});
+  return make(T::bv_comp, {a, b});
 }
 
 const Term* TermManager::make_bv_ult(const Term* a, const Term* b) {
-  return bv_predicate(SymbolTag::bv_ult, a, b);
+  return make(T::bv_ult, {a, b});
 }
 
 const Term* TermManager::make_bv_ule(const Term* a, const Term* b) {
-  return bv_predicate(SymbolTag::bv_ule, a, b);
+  return make(T::bv_ule, {a, b});
 }
 
 const Term* TermManager::make_bv_slt(const Term* a, const Term* b) {
-  return bv_predicate(SymbolTag::bv_slt, a, b);
+  return make(T::bv_slt, {a, b});
 }
 
 const Term* TermManager::make_bv_sle(const Term* a, const Term* b) {
-  return bv_predicate(SymbolTag::bv_sle, a, b);
+  return make(T::bv_sle, {a, b});
 }
 
 }  // namespace vorn

@@ -8,11 +8,6 @@
 
 namespace vorn {
 
-/// Whether `tag` is a bit-vector operation or predicate.
-constexpr bool is_bv_operation(SymbolTag::tag tag) {
-  return tag >= SymbolTag::bv_extract && tag <= SymbolTag::bv_sle;
-}
-
 /// An operand: its value in [0, 2^width) and its width in bits.
 struct BvOperand {
   const QNumber& value;

@@ -9,13 +9,7 @@
 namespace vorn {
 namespace {
 
-std::uint32_t index(std::size_t value) {
-  return static_cast<std::uint32_t>(value);
-}
-
-Symbol::Indices format_of(const DataType* type) {
-  return {index(type->get_e()), index(type->get_m())};
-}
+using T = SymbolTag;
 
 }  // namespace
 
@@ -92,182 +86,121 @@ const Term* TermManager::make_fp_nan(std::size_t e, std::size_t m) {
 }
 
 const Term* TermManager::make_fp_from_bits(std::size_t e, std::size_t m, const Term* bits) {
-  const std::size_t width = check_bv(SymbolTag::fp_from_bits, bits);
-  const DataType* type = get_fp_type(e, m);
-  if (width != 1 + e + m) {
-    throw std::invalid_argument("to_fp: a bit-vector of width " + std::to_string(width) +
-                                " is no " + type->to_string());
-  }
-  return build(SymbolTag::fp_from_bits, type, {bits}, format_of(type));
-}
-
-const Term* TermManager::fp_comparison(SymbolTag::tag tag, const Term* a, const Term* b) {
-  check_fp(tag, a);
-  return build(tag, bool_type, {a, b}, format_of(check_same(tag, a, b)));
+  return make(T::fp_from_bits, {e, m}, {bits});
 }
 
 const Term* TermManager::make_fp_equal(const Term* a, const Term* b) {
-  return fp_comparison(SymbolTag::fp_equal, a, b);
+  return make(T::fp_equal, {a, b});
 }
 
 const Term* TermManager::make_fp_lt(const Term* a, const Term* b) {
-  return fp_comparison(SymbolTag::fp_lt, a, b);
+  return make(T::fp_lt, {a, b});
 }
 
 const Term* TermManager::make_fp_le(const Term* a, const Term* b) {
-  return fp_comparison(SymbolTag::fp_le, a, b);
+  return make(T::fp_le, {a, b});
 }
 
 const Term* TermManager::make_fp_neg(const Term* a) {
-  const DataType* type = check_fp(SymbolTag::fp_neg, a);
-  return build(SymbolTag::fp_neg, type, {a}, format_of(type));
-}
-
-const Term* TermManager::fp_arithmetic(SymbolTag::tag tag, const Term* rm, const Term* a,
-                                       const Term* b) {
-  check_rounding(tag, rm);
-  check_fp(tag, a);
-  const DataType* type = check_same(tag, a, b);
-  return build(tag, type, {rm, a, b}, format_of(type));
+  return make(T::fp_neg, {a});
 }
 
 const Term* TermManager::make_fp_add(const Term* rm, const Term* a, const Term* b) {
-  return fp_arithmetic(SymbolTag::fp_add, rm, a, b);
+  return make(T::fp_add, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_sub(const Term* rm, const Term* a, const Term* b) {
-  return fp_arithmetic(SymbolTag::fp_sub, rm, a, b);
+  return make(T::fp_sub, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_mul(const Term* rm, const Term* a, const Term* b) {
-  return fp_arithmetic(SymbolTag::fp_mul, rm, a, b);
+  return make(T::fp_mul, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_div(const Term* rm, const Term* a, const Term* b) {
-  return fp_arithmetic(SymbolTag::fp_div, rm, a, b);
+  return make(T::fp_div, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_cast(std::size_t e, std::size_t m, const Term* rm, const Term* a) {
-  check_rounding(SymbolTag::fp_cast, rm);
-  const DataType* from = check_fp(SymbolTag::fp_cast, a);
-  return build(SymbolTag::fp_cast, get_fp_type(e, m), {rm, a},
-               {index(from->get_e()), index(from->get_m()), index(e), index(m)});
-}
-
-const Term* TermManager::fp_from_int(SymbolTag::tag tag, std::size_t e, std::size_t m,
-                                     const Term* rm, const Term* v) {
-  check_rounding(tag, rm);
-  const std::size_t width = check_bv(tag, v);
-  return build(tag, get_fp_type(e, m), {rm, v}, {index(width), index(e), index(m)});
+  return make(T::fp_cast, {e, m}, {rm, a});
 }
 
 const Term* TermManager::make_fp_from_sbv(std::size_t e, std::size_t m, const Term* rm,
                                           const Term* v) {
-  return fp_from_int(SymbolTag::fp_from_sbv, e, m, rm, v);
+  return make(T::fp_from_sbv, {e, m}, {rm, v});
 }
 
 const Term* TermManager::make_fp_from_ubv(std::size_t e, std::size_t m, const Term* rm,
                                           const Term* v) {
-  return fp_from_int(SymbolTag::fp_from_ubv, e, m, rm, v);
-}
-
-const Term* TermManager::fp_to_int(SymbolTag::tag tag, std::size_t width, const Term* rm,
-                                   const Term* a) {
-  check_rounding(tag, rm);
-  const DataType* from = check_fp(tag, a);
-  return build(tag, get_bv_type(width), {rm, a},
-               {index(width), index(from->get_e()), index(from->get_m())});
+  return make(T::fp_from_ubv, {e, m}, {rm, v});
 }
 
 const Term* TermManager::make_fp_to_sbv(std::size_t width, const Term* rm, const Term* a) {
-  return fp_to_int(SymbolTag::fp_to_sbv, width, rm, a);
+  return make(T::fp_to_sbv, {width}, {rm, a});
 }
 
 const Term* TermManager::make_fp_to_ubv(std::size_t width, const Term* rm, const Term* a) {
-  return fp_to_int(SymbolTag::fp_to_ubv, width, rm, a);
+  return make(T::fp_to_ubv, {width}, {rm, a});
 }
 
 const Term* TermManager::make_fp_to_bits(const Term* a) {
-  const DataType* type = check_fp(SymbolTag::fp_to_bits, a);
-  const std::size_t width = 1 + type->get_e() + type->get_m();
-  return build(SymbolTag::fp_to_bits, get_bv_type(width), {a}, format_of(type));
+  return make(T::fp_to_bits, {a});
 }
 
 const Term* TermManager::make_fp_abs(const Term* a) {
-  const DataType* type = check_fp(SymbolTag::fp_abs, a);
-  return build(SymbolTag::fp_abs, type, {a}, format_of(type));
-}
-
-const Term* TermManager::fp_binary(SymbolTag::tag tag, const Term* a, const Term* b) {
-  check_fp(tag, a);
-  const DataType* type = check_same(tag, a, b);
-  return build(tag, type, {a, b}, format_of(type));
+  return make(T::fp_abs, {a});
 }
 
 const Term* TermManager::make_fp_min(const Term* a, const Term* b) {
-  return fp_binary(SymbolTag::fp_min, a, b);
+  return make(T::fp_min, {a, b});
 }
 
 const Term* TermManager::make_fp_max(const Term* a, const Term* b) {
-  return fp_binary(SymbolTag::fp_max, a, b);
+  return make(T::fp_max, {a, b});
 }
 
 const Term* TermManager::make_fp_rem(const Term* a, const Term* b) {
-  return fp_binary(SymbolTag::fp_rem, a, b);
-}
-
-const Term* TermManager::fp_rounded(SymbolTag::tag tag, const Term* rm, const Term* a) {
-  check_rounding(tag, rm);
-  const DataType* type = check_fp(tag, a);
-  return build(tag, type, {rm, a}, format_of(type));
+  return make(T::fp_rem, {a, b});
 }
 
 const Term* TermManager::make_fp_sqrt(const Term* rm, const Term* a) {
-  return fp_rounded(SymbolTag::fp_sqrt, rm, a);
+  return make(T::fp_sqrt, {rm, a});
 }
 
 const Term* TermManager::make_fp_round_to_integral(const Term* rm, const Term* a) {
-  return fp_rounded(SymbolTag::fp_round_to_integral, rm, a);
+  return make(T::fp_round_to_integral, {rm, a});
 }
 
 const Term* TermManager::make_fp_fma(const Term* rm, const Term* a, const Term* b, const Term* c) {
-  check_rounding(SymbolTag::fp_fma, rm);
-  check_fp(SymbolTag::fp_fma, a);
-  check_same(SymbolTag::fp_fma, a, b);
-  const DataType* type = check_same(SymbolTag::fp_fma, a, c);
-  return build(SymbolTag::fp_fma, type, {rm, a, b, c}, format_of(type));
-}
-
-const Term* TermManager::fp_test(SymbolTag::tag tag, const Term* a) {
-  return build(tag, bool_type, {a}, format_of(check_fp(tag, a)));
+  return make(T::fp_fma, {rm, a, b, c});
 }
 
 const Term* TermManager::make_fp_isnan(const Term* a) {
-  return fp_test(SymbolTag::fp_isnan, a);
+  return make(T::fp_isnan, {a});
 }
 
 const Term* TermManager::make_fp_isinf(const Term* a) {
-  return fp_test(SymbolTag::fp_isinf, a);
+  return make(T::fp_isinf, {a});
 }
 
 const Term* TermManager::make_fp_iszero(const Term* a) {
-  return fp_test(SymbolTag::fp_iszero, a);
+  return make(T::fp_iszero, {a});
 }
 
 const Term* TermManager::make_fp_isnormal(const Term* a) {
-  return fp_test(SymbolTag::fp_isnormal, a);
+  return make(T::fp_isnormal, {a});
 }
 
 const Term* TermManager::make_fp_issubnormal(const Term* a) {
-  return fp_test(SymbolTag::fp_issubnormal, a);
+  return make(T::fp_issubnormal, {a});
 }
 
 const Term* TermManager::make_fp_isnegative(const Term* a) {
-  return fp_test(SymbolTag::fp_isnegative, a);
+  return make(T::fp_isnegative, {a});
 }
 
 const Term* TermManager::make_fp_ispositive(const Term* a) {
-  return fp_test(SymbolTag::fp_ispositive, a);
+  return make(T::fp_ispositive, {a});
 }
 
 // Recognisers ---------------------------------------------------------------------------------

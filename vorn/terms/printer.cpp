@@ -69,19 +69,24 @@ std::string fp_literal(const QNumber& bits, std::size_t e, std::size_t m) {
 std::string operator_name(const Symbol* symbol) {
   const Operation* operation = find_operation(symbol->get_tag());
   const Symbol::Indices& i = symbol->get_indices();
-  std::string name = operation->name;
-  switch (operation->name_indices) {
-    case NameIndices::none:
+  std::string name(operation->name);
+  switch (operation->indexing) {
+    case Indexing::none:
       return name;
-    case NameIndices::first:
-      return "(_ " + name + " " + std::to_string(i[0]) + ")";
-    case NameIndices::pair:
+    case Indexing::extraction:
       return "(_ " + name + " " + std::to_string(i[0]) + " " + std::to_string(i[1]) + ")";
-    case NameIndices::format:
-      return "(_ " + name + " " + std::to_string(i[operation->widths - 2U]) + " " +
-             std::to_string(i[operation->widths - 1U] + 1) + ")";
+    case Indexing::format: {
+      const DataType* type = symbol->get_output_type();
+      return "(_ " + name + " " + std::to_string(type->get_e()) + " " +
+             std::to_string(type->get_m() + 1) + ")";
+    }
+    case Indexing::extension:
+    case Indexing::repetition:
+    case Indexing::rotation:
+    case Indexing::width:
+      break;
   }
-  return name;
+  return "(_ " + name + " " + std::to_string(i[0]) + ")";
 }
 
 std::string leaf_text(const Symbol* symbol) {

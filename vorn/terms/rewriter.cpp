@@ -4,6 +4,7 @@
 
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/folding.h"
+#include "vorn/terms/operations.h"
 #include "vorn/terms/term_manager.h"
 
 namespace vorn {
@@ -17,9 +18,10 @@ std::size_t width_of(const Term* t) {
 
 }  // namespace
 
-const Term* Rewriter::rewrite(SymbolTag::tag tag, const DataType* type, Args args,
+const Term* Rewriter::rewrite(const Operation& op, const DataType* type, Args args,
                               const Symbol::Indices& indices) {
-  if (is_bv_operation(tag)) {
+  const SymbolTag::tag tag = op.tag;
+  if (op.theory == Theory::bit_vectors) {
     if (const Term* folded = fold(tag, type, args, indices)) return folded;
   }
   switch (tag) {

@@ -14,6 +14,7 @@
 namespace vorn {
 
 class TermManager;
+struct Operation;
 
 /// Applies the rules to one operation that is about to be built.
 class Rewriter {
@@ -24,7 +25,7 @@ class Rewriter {
 
   /// A simpler equal term, or null when no rule applies. Operands have been checked; those of
   /// commutative operations are in the order of their identifiers.
-  const Term* rewrite(SymbolTag::tag tag, const DataType* type, Args args,
+  const Term* rewrite(const Operation& op, const DataType* type, Args args,
                       const Symbol::Indices& indices);
 
  private:

@@ -21,9 +21,13 @@ namespace vorn {
 class Term;
 class TermManager;
 
-/// The kinds of symbols.
+/// The kinds of symbols. What is known of each is its row in the table of operations.
 struct SymbolTag {
-  /// The numbers are part of the interface and stay.
+  /// All kinds are below it.
+  static constexpr std::uint32_t kLimit = 128;
+
+  /// The numbers are part of the interface and stay; those that are not taken are free for any
+  /// kind.
   enum tag : std::uint32_t {
     none = 0,  // uninterpreted constants, literals
 
@@ -96,6 +100,33 @@ struct SymbolTag {
     fp_isnegative = 67,
     fp_ispositive = 68,
     fp_to_bits = 69,  // a float's bits, of which NaN has one choice
+
+    // Operations that are defined by others: names without terms
+    distinct = 81,
+    bv_repeat = 82,
+    bv_rotate_left = 83,
+    bv_rotate_right = 84,
+    bv_nand = 85,
+    bv_nor = 86,
+    bv_xnor = 87,
+    bv_ugt = 88,
+    bv_uge = 89,
+    bv_sgt = 90,
+    bv_sge = 91,
+    bv_nego = 92,
+    bv_uaddo = 93,
+    bv_saddo = 94,
+    bv_usubo = 95,
+    bv_ssubo = 96,
+    bv_umulo = 97,
+    bv_smulo = 98,
+    bv_sdivo = 99,
+    bv_redor = 100,
+    bv_redand = 101,
+    bv_redxor = 102,
+    bv_ite = 103,
+    fp_gt = 104,
+    fp_ge = 105,
   };
 };
 

@@ -211,31 +211,17 @@ const Term* TermManager::intern_number(const QNumber& value, const DataType* typ
 
 // Terms ---------------------------------------------------------------------------------------
 
-const Term* TermManager::build(SymbolTag::tag tag, const DataType* type,
+const Term* TermManager::build(const Operation& op, const DataType* type,
                                std::span<const Term* const> args, const Symbol::Indices& indices) {
   std::array<const Term*, 2> ordered;
   if (rewriting) {
-    if (find_operation(tag)->commutative && args[0]->get_id() > args[1]->get_id()) {
+    if (op.is_commutative && args[0]->get_id() > args[1]->get_id()) {
       ordered = {args[1], args[0]};
       args = ordered;
     }
-    if (const Term* simpler = Rewriter(*this).rewrite(tag, type, args, indices)) return simpler;
+    if (const Term* simpler = Rewriter(*this).rewrite(op, type, args, indices)) return simpler;
   }
-  return intern_term(intern_symbol(tag, args.size(), type, indices), args);
-}
-
-const Term* TermManager::rebuild(const Term* t, std::span<const Term* const> args) {
-  bool same_sorts = args.size() == t->get_arity() && t->get_symbol()->owner == this;
-  for (std::size_t i = 0; same_sorts && i < args.size(); ++i) {
-    same_sorts = args[i]->get_type() == t->get_arg(i)->get_type();
-  }
-  if (!same_sorts) {
-    const Operation* operation = find_operation(t->get_tag());
-    throw std::invalid_argument(std::string(operation != nullptr ? operation->name : "a constant") +
-                                ": can only be rebuilt on arguments of the same sorts");
-  }
-  if (args.empty()) return t;
-  return build(t->get_tag(), t->get_type(), args, t->get_symbol()->get_indices());
+  return intern_term(intern_symbol(op.tag, args.size(), type, indices), args);
 }
 
 const Term* TermManager::intern_term(const Symbol* symbol, std::span<const Term* const> args) {

@@ -26,6 +26,8 @@
 
 namespace vorn {
 
+struct Operation;
+
 /// Factory and owner of terms, symbols and sorts.
 ///
 /// All constructors throw std::invalid_argument, with a sentence that names the operation and the
@@ -68,6 +70,20 @@ class VORN_EXPORT TermManager {
   const Symbol* make_unique_symbol(const std::string& name, const DataType* type);
   /// The term that applies an arity-0 symbol.
   const Term* make_constant(const Symbol* symbol);
+  /// The operation of kind `tag`: the name of each kind below is one of these. `indices` are the
+  /// numerals of an indexed name, where a format is e and m; what a kind takes, and how it takes
+  /// more arguments, is in the table of operations. Throws std::invalid_argument for `none` and for
+  /// another number of indices or arguments.
+  const Term* make(SymbolTag::tag tag, std::span<const std::size_t> indices,
+                   std::span<const Term* const> args);
+  const Term* make(SymbolTag::tag tag, std::initializer_list<const Term*> args) {
+    return make(tag, std::span<const std::size_t>(), std::span(args.begin(), args.size()));
+  }
+  const Term* make(SymbolTag::tag tag, std::initializer_list<std::size_t> indices,
+                   std::initializer_list<const Term*> args) {
+    return make(tag, std::span(indices.begin(), indices.size()),
+                std::span(args.begin(), args.size()));
+  }
   /// The operation of `t` on other arguments of the same sorts.
   const Term* rebuild(const Term* t, std::span<const Term* const> args);
 
@@ -268,12 +284,17 @@ class VORN_EXPORT TermManager {
   const Term* intern_number(const QNumber& value, const DataType* type);
 
   // Terms
-  const Term* build(SymbolTag::tag tag, const DataType* type, std::span<const Term* const> args,
-                    const Symbol::Indices& indices = {});
-  const Term* build(SymbolTag::tag tag, const DataType* type,
-                    std::initializer_list<const Term*> args, const Symbol::Indices& indices = {}) {
-    return build(tag, type, std::span(args.begin(), args.size()), indices);
-  }
+  const Term* apply(const Operation& op, std::span<const std::size_t> indices,
+                    std::span<const Term* const> args);
+  const Term* extend(const Operation& op, std::span<const std::size_t> indices,
+                     std::span<const Term* const> args);
+  /// Throws, naming the operation, unless the operands have the sorts of its signature.
+  void check_operands(const Operation& op, std::span<const Term* const> args) const;
+  const DataType* find_result(const Operation& op, std::span<const std::size_t> indices,
+                              std::span<const Term* const> args);
+  const DataType* find_plain_result(const Operation& op, std::span<const Term* const> args);
+  const Term* build(const Operation& op, const DataType* type, std::span<const Term* const> args,
+                    const Symbol::Indices& indices);
   const Term* intern_term(const Symbol* symbol, std::span<const Term* const> args);
   Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
   void grow_term_table();
@@ -281,28 +302,6 @@ class VORN_EXPORT TermManager {
   void drop_constants(const std::vector<bool>& live);
   void free_term(const Term* term);
 
-  // Operand checks: they throw, naming the operation; some return the sort that they found.
-  const DataType* check_own(SymbolTag::tag tag, const Term* t) const;
-  void check_bool(SymbolTag::tag tag, const Term* t) const;
-  std::size_t check_bv(SymbolTag::tag tag, const Term* t) const;
-  const DataType* check_fp(SymbolTag::tag tag, const Term* t) const;
-  void check_rounding(SymbolTag::tag tag, const Term* t) const;
-  const DataType* check_same(SymbolTag::tag tag, const Term* a, const Term* b) const;
-
-  // Families of operations that share their checks.
-  const Term* bool_binary(SymbolTag::tag tag, const Term* a, const Term* b);
-  const Term* bv_unary(SymbolTag::tag tag, const Term* a);
-  const Term* bv_binary(SymbolTag::tag tag, const Term* a, const Term* b);
-  const Term* bv_predicate(SymbolTag::tag tag, const Term* a, const Term* b);
-  const Term* bv_extend(SymbolTag::tag tag, std::size_t n, const Term* t);
-  const Term* fp_test(SymbolTag::tag tag, const Term* a);
-  const Term* fp_comparison(SymbolTag::tag tag, const Term* a, const Term* b);
-  const Term* fp_arithmetic(SymbolTag::tag tag, const Term* rm, const Term* a, const Term* b);
-  const Term* fp_from_int(SymbolTag::tag tag, std::size_t e, std::size_t m, const Term* rm,
-                          const Term* v);
-  const Term* fp_to_int(SymbolTag::tag tag, std::size_t width, const Term* rm, const Term* a);
-  const Term* fp_binary(SymbolTag::tag tag, const Term* a, const Term* b);
-  const Term* fp_rounded(SymbolTag::tag tag, const Term* rm, const Term* a);
   bool recognise(SymbolTag::tag tag, const Symbol* s,
                  std::initializer_list<std::size_t*> widths) const;
 
