@@ -8,81 +8,29 @@
 #include <string>
 #include <vector>
 
+#include "bench/variables.h"
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/terms/term_manager.h"
 
 namespace {
 
+using vorn::Operation;
 using vorn::Term;
 using vorn::TermManager;
 
-/// Fresh operands: a rounding mode, two floats, an integer of 32 bits.
-struct Operands {
-  const Term* rm;
-  const Term* x;
-  const Term* y;
-  const Term* v;
-};
-
-struct Row {
-  const char* name;
-  bool rounds;
-  const Term* (*build)(TermManager& t, const Operands& o, std::size_t e, std::size_t m);
-};
-
-const Row kRows[] = {
-    {"eq", false,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_equal(o.x, o.y);
-     }},
-    {"lt", false,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_lt(o.x, o.y);
-     }},
-    {"le", false,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_le(o.x, o.y);
-     }},
-    {"neg", false,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_neg(o.x);
-     }},
-    {"isnan", false,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_isnan(o.x);
-     }},
-    {"add", true,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_add(o.rm, o.x, o.y);
-     }},
-    {"sub", true,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_sub(o.rm, o.x, o.y);
-     }},
-    {"mul", true,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_mul(o.rm, o.x, o.y);
-     }},
-    {"div", true,
-     [](TermManager& t, const Operands& o, std::size_t, std::size_t) {
-       return t.make_fp_div(o.rm, o.x, o.y);
-     }},
-    {"cast", true,
-     [](TermManager& t, const Operands& o, std::size_t e, std::size_t m) {
-       return t.make_fp_cast(e - 3, m / 2, o.rm, o.x);
-     }},
-    {"from_sbv", true,
-     [](TermManager& t, const Operands& o, std::size_t e, std::size_t m) {
-       return t.make_fp_from_sbv(e, m, o.rm, o.v);
-     }},
-    {"from_ubv", true,
-     [](TermManager& t, const Operands& o, std::size_t e, std::size_t m) {
-       return t.make_fp_from_ubv(e, m, o.rm, o.v);
-     }},
-};
+/// What a conversion of the format is into; an integer becomes a float of the format itself.
+vorn::IEEEFloat::format find_target(const Operation& op, vorn::IEEEFloat::format f) {
+  return op.tag == vorn::SymbolTag::fp_cast ? vorn::IEEEFloat::format{f.e - 3, f.m / 2} : f;
+}
 
 template <typename Encoder>
-void encode_fresh(benchmark::State& state, const Row& row, std::size_t e, std::size_t m,
+bool is_supported(const Operation& op) {
+  TermManager mgr;
+  return Encoder(&mgr, &mgr).supports(op.tag);
+}
+
+template <typename Encoder>
+void encode_fresh(benchmark::State& state, const Operation& op, vorn::IEEEFloat::format f,
                   bool symbolic_mode) {
   const auto count = static_cast<std::size_t>(state.range(0));
   double terms = 0;
@@ -90,18 +38,11 @@ void encode_fresh(benchmark::State& state, const Row& row, std::size_t e, std::s
     state.PauseTiming();
     TermManager mgr;
     Encoder encoder(&mgr, &mgr);
-    const auto variable = [&](const vorn::DataType* type) {
-      return mgr.make_constant(mgr.make_unique_symbol("v", type));
-    };
-    const vorn::DataType* type = mgr.get_fp_type(e, m);
     std::vector<const Term*> operations;
     for (std::size_t i = 0; i < count; ++i) {
-      Operands o{};
-      o.rm = symbolic_mode ? variable(mgr.get_fprounding_type()) : mgr.make_fprounding_even();
-      o.x = variable(type);
-      o.y = variable(type);
-      o.v = variable(mgr.get_bv_type(32));
-      operations.push_back(row.build(mgr, o, e, m));
+      const Term* rm = symbolic_mode ? bench::make_variable(mgr, mgr.get_fprounding_type())
+                                     : mgr.make_fprounding_even();
+      operations.push_back(bench::apply_to_variables(mgr, op, rm, f, find_target(op, f)));
     }
     const std::uint64_t before = mgr.get_term_count();
     std::vector<const Term*> out;
@@ -117,16 +58,18 @@ void encode_fresh(benchmark::State& state, const Row& row, std::size_t e, std::s
 
 template <typename Encoder>
 void register_rows(const std::string& encoder) {
-  constexpr std::size_t kFormats[][2] = {{8, 23}, {11, 52}};
-  for (const Row& row : kRows) {
-    for (const auto& [e, m] : kFormats) {
+  constexpr vorn::IEEEFloat::format kFormats[] = {{8, 23}, {11, 52}};
+  for (const Operation* op : bench::list_operations()) {
+    if (!is_supported<Encoder>(*op)) continue;
+    for (const vorn::IEEEFloat::format& f : kFormats) {
       for (const bool symbolic : {false, true}) {
-        if (symbolic && !row.rounds) continue;
-        const std::string name = encoder + "/" + row.name + "/" + std::to_string(e) + "," +
-                                 std::to_string(m) + (symbolic ? "/symbolic" : "/constant");
+        if (symbolic && !op->is_rounded()) continue;
+        const std::string name = encoder + "/" + std::string(op->short_name) + "/" +
+                                 std::to_string(f.e) + "," + std::to_string(f.m) +
+                                 (symbolic ? "/symbolic" : "/constant");
         benchmark::RegisterBenchmark(name.c_str(),
-                                     [&row, e = e, m = m, symbolic](benchmark::State& state) {
-                                       encode_fresh<Encoder>(state, row, e, m, symbolic);
+                                     [op, f, symbolic](benchmark::State& state) {
+                                       encode_fresh<Encoder>(state, *op, f, symbolic);
                                      })
             ->Arg(100)
             ->Arg(1000)

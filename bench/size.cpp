@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/variables.h"
 #include "vorn/bv/aig.h"
 #include "vorn/bv/bit_blaster.h"
 #include "vorn/bv/cnf.h"
@@ -29,15 +30,13 @@
 
 namespace {
 
-using vorn::DataType;
+using bench::make_variable;
+using vorn::Operation;
 using vorn::Term;
 using vorn::TermManager;
 
 /// Bits of the exponent and of the trailing significand.
-struct Format {
-  std::size_t e, m;
-  bool operator==(const Format&) const = default;
-};
+struct Format : vorn::IEEEFloat::format {};
 
 /// Reads "E,M".
 std::istream& operator>>(std::istream& in, Format& format) {
@@ -48,8 +47,7 @@ std::istream& operator>>(std::istream& in, Format& format) {
 
 /// In ascending order. A format is converted to its neighbours, those that hold all its values or
 /// have no others.
-constexpr Format kFormats[] = {{3, 3}, {5, 10}, {8, 7}, {8, 23}, {11, 52}, {15, 112}};
-constexpr std::size_t kIntegerWidth = 32;
+constexpr Format kFormats[] = {{{3, 3}}, {{5, 10}}, {{8, 7}}, {{8, 23}}, {{11, 52}}, {{15, 112}}};
 
 bool contains(const Format& large, const Format& small) {
   return large != small && large.e >= small.e && large.m >= small.m;
@@ -68,26 +66,6 @@ std::optional<Format> find_smaller(const Format& format) {
   return found;
 }
 
-struct Operands {
-  const Term* rm;
-  const Term* x;
-  const Term* y;
-  const Term* z;
-  const Term* v;  // of kIntegerWidth bits
-};
-
-/// Builds an operation; null where the format has none.
-using Build = const Term* (*)(TermManager& t, const Operands& o, const Format& format);
-
-struct Operation {
-  const char* name;
-  bool rounds;
-  Build build;
-  /// Significands of a format, m + 1 bits each, to what the circuit of the operation wants of them.
-  std::vector<const Term*> (*build_integer)(TermManager& t, const Term* x, const Term* y,
-                                            std::size_t m);
-};
-
 std::vector<const Term*> multiply(TermManager& t, const Term* x, const Term* y, std::size_t m) {
   return {t.make_bv_mul(t.make_bv_zero_extend(m + 1, x), t.make_bv_zero_extend(m + 1, y))};
 }
@@ -100,69 +78,41 @@ std::vector<const Term*> divide(TermManager& t, const Term* x, const Term* y, st
   return {t.make_bv_extract(m + 4, 0, quotient), t.make_bv_urem(dividend, divisor)};
 }
 
-const Operation kOperations[] = {
-    {"add", true,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_add(o.rm, o.x, o.y); },
-     nullptr},
-    {"sub", true,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_sub(o.rm, o.x, o.y); },
-     nullptr},
-    {"mul", true,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_mul(o.rm, o.x, o.y); },
-     multiply},
-    {"div", true,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_div(o.rm, o.x, o.y); },
-     divide},
-    {"fma", true,
-     [](TermManager& t, const Operands& o, const Format&) {
-       return t.make_fp_fma(o.rm, o.x, o.y, o.z);
-     },
-     multiply},
-    {"sqrt", true,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_sqrt(o.rm, o.x); },
-     nullptr},
-    {"rem", false,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_rem(o.x, o.y); },
-     nullptr},
-    {"rti", true,
-     [](TermManager& t, const Operands& o, const Format&) {
-       return t.make_fp_round_to_integral(o.rm, o.x);
-     },
-     nullptr},
-    {"to_sbv", true,
-     [](TermManager& t, const Operands& o, const Format&) {
-       return t.make_fp_to_sbv(kIntegerWidth, o.rm, o.x);
-     },
-     nullptr},
-    {"to_ubv", true,
-     [](TermManager& t, const Operands& o, const Format&) {
-       return t.make_fp_to_ubv(kIntegerWidth, o.rm, o.x);
-     },
-     nullptr},
-    {"from_sbv", true,
-     [](TermManager& t, const Operands& o, const Format& f) {
-       return t.make_fp_from_sbv(f.e, f.m, o.rm, o.v);
-     },
-     nullptr},
-    {"widen", true,
-     [](TermManager& t, const Operands& o, const Format& f) {
-       const auto to = find_larger(f);
-       return to ? t.make_fp_cast(to->e, to->m, o.rm, o.x) : nullptr;
-     },
-     nullptr},
-    {"narrow", true,
-     [](TermManager& t, const Operands& o, const Format& f) {
-       const auto to = find_smaller(f);
-       return to ? t.make_fp_cast(to->e, to->m, o.rm, o.x) : nullptr;
-     },
-     nullptr},
-    {"lt", false,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_lt(o.x, o.y); },
-     nullptr},
-    {"min", false,
-     [](TermManager& t, const Operands& o, const Format&) { return t.make_fp_min(o.x, o.y); },
-     nullptr},
+/// Significands of a format, m + 1 bits each, to what the circuit of an operation wants of them.
+using BuildInteger = std::vector<const Term*> (*)(TermManager& t, const Term* x, const Term* y,
+                                                  std::size_t m);
+
+struct Row {
+  std::string name;
+  const Operation* operation;
+  /// What a conversion is into; none where the format has no such operation.
+  std::optional<Format> (*find_target)(const Format& format);
+  BuildInteger build_integer;
 };
+
+std::optional<Format> find_same(const Format& format) {
+  return format;
+}
+
+BuildInteger find_integer(vorn::SymbolTag::tag tag) {
+  using T = vorn::SymbolTag;
+  if (tag == T::fp_mul || tag == T::fp_fma) return multiply;
+  return tag == T::fp_div ? divide : nullptr;
+}
+
+/// All operations; a cast counts as two.
+std::vector<Row> list_rows() {
+  std::vector<Row> rows;
+  for (const Operation* op : bench::list_operations()) {
+    if (op->tag == vorn::SymbolTag::fp_cast) {
+      rows.push_back({"widen", op, find_larger, nullptr});
+      rows.push_back({"narrow", op, find_smaller, nullptr});
+    } else {
+      rows.push_back({std::string(op->short_name), op, find_same, find_integer(op->tag)});
+    }
+  }
+  return rows;
+}
 
 struct Mode {
   const char* name;
@@ -215,21 +165,14 @@ Size measure(const TermManager& mgr, const std::vector<const Term*>& assertions)
   return {counter.get_variable_count(), counter.get_clause_count()};
 }
 
-const Term* make_variable(TermManager& mgr, const DataType* type) {
-  return mgr.make_constant(mgr.make_unique_symbol("v", type));
-}
-
 /// Nothing where the encoder has no circuit for the operation, or the format no such operation.
 template <typename Encoder>
-std::optional<Size> measure(const Operation& operation, const Format& format, const Mode& mode) {
+std::optional<Size> measure(const Row& row, const Format& format, const Mode& mode) {
   TermManager mgr;
   Encoder encoder(&mgr, &mgr);
-  const DataType* type = mgr.get_fp_type(format.e, format.m);
-  const Operands operands = {mode.make(mgr), make_variable(mgr, type), make_variable(mgr, type),
-                             make_variable(mgr, type),
-                             make_variable(mgr, mgr.get_bv_type(kIntegerWidth))};
-  const Term* t = operation.build(mgr, operands, format);
-  if (t == nullptr || !encoder.supports(t->get_tag())) return std::nullopt;
+  const std::optional<Format> target = row.find_target(format);
+  if (!target || !encoder.supports(row.operation->tag)) return std::nullopt;
+  const Term* t = bench::apply_to_variables(mgr, *row.operation, mode.make(mgr), format, *target);
   const Term* result = make_variable(mgr, t->get_type());
   std::vector<const Term*> assertions;
   if (mgr.is_fp_type(t->get_type(), nullptr, nullptr)) {
@@ -243,24 +186,23 @@ std::optional<Size> measure(const Operation& operation, const Format& format, co
 }
 
 /// The base encoder throws for formats in which its circuits have no well-formed widths.
-std::optional<Size> measure_base(const Operation& operation, const Format& format,
-                                 const Mode& mode) {
+std::optional<Size> measure_base(const Row& row, const Format& format, const Mode& mode) {
   try {
-    return measure<vorn::fp::FpBvEncoder>(operation, format, mode);
+    return measure<vorn::fp::FpBvEncoder>(row, format, mode);
   } catch (const std::invalid_argument&) {
     return std::nullopt;
   }
 }
 
-std::optional<Size> measure_integer(const Operation& operation, const Format& format) {
-  if (operation.build_integer == nullptr) return std::nullopt;
+std::optional<Size> measure_integer(const Row& row, const Format& format) {
+  if (row.build_integer == nullptr) return std::nullopt;
   const std::size_t m = format.m;
   TermManager mgr;
   const Term* x = make_variable(mgr, mgr.get_bv_type(m + 1));
   const Term* y = make_variable(mgr, mgr.get_bv_type(m + 1));
   // One assertion, like that of an operation: clauses depend on what is known to be used.
   const Term* all = mgr.make_true();
-  for (const Term* t : operation.build_integer(mgr, x, y, m))
+  for (const Term* t : row.build_integer(mgr, x, y, m))
     all = mgr.make_and(all, mgr.make_equal(make_variable(mgr, t->get_type()), t));
   return measure(mgr, {all});
 }
@@ -272,9 +214,8 @@ struct Options {
   bool large = false;
   bool csv = false;
 
-  bool wants(const Operation& operation) const {
-    return operations.empty() ||
-           std::find(operations.begin(), operations.end(), operation.name) != operations.end();
+  bool wants(const Row& row) const {
+    return operations.empty() || std::ranges::find(operations, row.name) != operations.end();
   }
 };
 
@@ -305,14 +246,13 @@ double quotient(std::uint64_t a, std::uint64_t b) {
   return static_cast<double>(a) / static_cast<double>(b);
 }
 
-void print_row(const Options& options, const Operation& operation, const Format& format,
-               const Mode& mode) {
-  const auto ieee = measure<vorn::fp::IeeeBvEncoder>(operation, format, mode);
+void print_row(const Options& options, const Row& row, const Format& format, const Mode& mode) {
+  const auto ieee = measure<vorn::fp::IeeeBvEncoder>(row, format, mode);
   if (!ieee) return;
-  const auto base = measure_base(operation, format, mode);
-  const auto integer = measure_integer(operation, format);
+  const auto base = measure_base(row, format, mode);
+  const auto integer = measure_integer(row, format);
   if (options.csv) {
-    fmt::print("{},{},{},{},{},{},{},{},{},{}\n", format.e, format.m, operation.name, mode.name,
+    fmt::print("{},{},{},{},{},{},{},{},{},{}\n", format.e, format.m, row.name, mode.name,
                show(variables_of(base), ""), show(clauses_of(base), ""), ieee->variables,
                ieee->clauses, show(variables_of(integer), ""), show(clauses_of(integer), ""));
     return;
@@ -321,22 +261,22 @@ void print_row(const Options& options, const Operation& operation, const Format&
   const auto ratio = base ? fmt::format("{:.2f}", quotient(ieee->clauses, base->clauses)) : "-";
   const auto share =
       integer ? fmt::format("{:.0f}%", 100 * quotient(integer->clauses, ieee->clauses)) : "-";
-  fmt::print("{:<10} {:<8} {:<8} {:>9} {:>9} {:>9} {:>9} {:>6} {:>9} {:>6}\n", name, operation.name,
+  fmt::print("{:<10} {:<8} {:<8} {:>9} {:>9} {:>9} {:>9} {:>6} {:>9} {:>6}\n", name, row.name,
              mode.name, show(variables_of(base), "-"), show(clauses_of(base), "-"), ieee->variables,
              ieee->clauses, ratio, show(clauses_of(integer), "-"), share);
 }
 
-void print_table(const Options& options) {
+void print_table(const Options& options, const std::vector<Row>& rows) {
   print_heading(options);
   for (const Format& format : options.formats) {
-    for (const Operation& operation : kOperations) {
-      if (!options.wants(operation)) continue;
-      if (!operation.rounds) {
-        print_row(options, operation, format, kNoMode);
+    for (const Row& row : rows) {
+      if (!options.wants(row)) continue;
+      if (!row.operation->is_rounded()) {
+        print_row(options, row, format, kNoMode);
         continue;
       }
       for (const Mode& mode : kModes) {
-        print_row(options, operation, format, mode);
+        print_row(options, row, format, mode);
         if (!options.modes) break;
       }
     }
@@ -351,8 +291,9 @@ int run(int argc, char** argv) {
       "widen, narrow: conversion to the next format of the table; integers have 32 bits.");
   Options options;
   std::vector<std::string> names;
-  for (const Operation& operation : kOperations)
-    names.emplace_back(operation.name);
+  const std::vector<Row> rows = list_rows();
+  for (const Row& row : rows)
+    names.emplace_back(row.name);
   app.add_option("--format", options.formats, "only this format, any: bits of exponent, fraction")
       ->type_name("E,M");
   app.add_option("--op", options.operations, "only this operation")
@@ -366,7 +307,7 @@ int run(int argc, char** argv) {
     for (const Format& format : kFormats)
       if (options.large || format.m <= 52) options.formats.push_back(format);
   }
-  print_table(options);
+  print_table(options, rows);
   return 0;
 }
 

@@ -1,4 +1,5 @@
-// What can be asked for is one table; how its words are read is one loop over the row's arguments.
+// What can be asked for, and the words that it takes, follow from the table of operations: a
+// rounding mode, the widths of operands and result, then the operands.
 #include "tools/operation.h"
 
 #include <fmt/format.h>
@@ -10,9 +11,29 @@
 #include <vector>
 
 #include "vorn/terms/bv_number.h"
+#include "vorn/terms/operations.h"
 
 namespace vorn::tools {
 namespace {
+
+/// The words of an operation: r a rounding mode, o one that may be left out since it makes no
+/// difference, f a format "E M", w a width, a an operand of the first format, v one of the width.
+/// Generators may write all operations of two floats alike, hence the o.
+std::string list_words(const Operation& operation) {
+  const std::string_view letters = operation.signature.get_letters();
+  const bool is_selection = operation.signature.get_text() == "F:FF";
+  std::string head = operation.is_rounded() ? "r" : is_selection ? "o" : "";
+  std::string operands;
+  for (const char letter : letters) {
+    if (letter == 'R') continue;
+    const bool is_float = letter == 'F' || letter == 'G';
+    if (operands.empty()) head += is_float ? 'f' : 'w';
+    operands += is_float ? 'a' : 'v';
+  }
+  if (operation.indexing == Indexing::format) head += 'f';
+  if (operation.indexing == Indexing::width) head += 'w';
+  return head + operands;
+}
 
 /// The words of a line, read as its operation asks for them.
 struct Request {
@@ -22,71 +43,22 @@ struct Request {
   std::vector<const Term*> operands;
 };
 
-struct Operation {
-  std::string_view name;
-  /// The arguments: r a rounding mode, o one that may be left out since it makes no difference, f a
-  /// format "E M", w a width, a an operand of the first format, v one of the width.
-  std::string_view arguments;
-  const Term* (*build)(TermManager& t, const Request& q);
-};
-
-using T = TermManager;
-using Q = Request;
-
-constexpr Operation kOperations[] = {
-    {"add", "rfaa",
-     [](T& t, const Q& q) { return t.make_fp_add(q.rm, q.operands[0], q.operands[1]); }},
-    {"sub", "rfaa",
-     [](T& t, const Q& q) { return t.make_fp_sub(q.rm, q.operands[0], q.operands[1]); }},
-    {"mul", "rfaa",
-     [](T& t, const Q& q) { return t.make_fp_mul(q.rm, q.operands[0], q.operands[1]); }},
-    {"div", "rfaa",
-     [](T& t, const Q& q) { return t.make_fp_div(q.rm, q.operands[0], q.operands[1]); }},
-    {"fma", "rfaaa",
-     [](T& t, const Q& q) {
-       return t.make_fp_fma(q.rm, q.operands[0], q.operands[1], q.operands[2]);
-     }},
-    {"sqrt", "rfa", [](T& t, const Q& q) { return t.make_fp_sqrt(q.rm, q.operands[0]); }},
-    {"rti", "rfa",
-     [](T& t, const Q& q) { return t.make_fp_round_to_integral(q.rm, q.operands[0]); }},
-    {"rem", "ofaa", [](T& t, const Q& q) { return t.make_fp_rem(q.operands[0], q.operands[1]); }},
-    {"min", "ofaa", [](T& t, const Q& q) { return t.make_fp_min(q.operands[0], q.operands[1]); }},
-    {"max", "ofaa", [](T& t, const Q& q) { return t.make_fp_max(q.operands[0], q.operands[1]); }},
-    {"cast", "rffa",
-     [](T& t, const Q& q) {
-       return t.make_fp_cast(q.formats[1].e, q.formats[1].m, q.rm, q.operands[0]);
-     }},
-    {"from_sbv", "rwfv",
-     [](T& t, const Q& q) {
-       return t.make_fp_from_sbv(q.formats[0].e, q.formats[0].m, q.rm, q.operands[0]);
-     }},
-    {"from_ubv", "rwfv",
-     [](T& t, const Q& q) {
-       return t.make_fp_from_ubv(q.formats[0].e, q.formats[0].m, q.rm, q.operands[0]);
-     }},
-    {"to_sbv", "rfwa",
-     [](T& t, const Q& q) { return t.make_fp_to_sbv(q.width, q.rm, q.operands[0]); }},
-    {"to_ubv", "rfwa",
-     [](T& t, const Q& q) { return t.make_fp_to_ubv(q.width, q.rm, q.operands[0]); }},
-    {"neg", "fa", [](T& t, const Q& q) { return t.make_fp_neg(q.operands[0]); }},
-    {"abs", "fa", [](T& t, const Q& q) { return t.make_fp_abs(q.operands[0]); }},
-    {"isnan", "fa", [](T& t, const Q& q) { return t.make_fp_isnan(q.operands[0]); }},
-    {"isinf", "fa", [](T& t, const Q& q) { return t.make_fp_isinf(q.operands[0]); }},
-    {"iszero", "fa", [](T& t, const Q& q) { return t.make_fp_iszero(q.operands[0]); }},
-    {"isnormal", "fa", [](T& t, const Q& q) { return t.make_fp_isnormal(q.operands[0]); }},
-    {"issubnormal", "fa", [](T& t, const Q& q) { return t.make_fp_issubnormal(q.operands[0]); }},
-    {"isnegative", "fa", [](T& t, const Q& q) { return t.make_fp_isnegative(q.operands[0]); }},
-    {"ispositive", "fa", [](T& t, const Q& q) { return t.make_fp_ispositive(q.operands[0]); }},
-    {"eq", "faa", [](T& t, const Q& q) { return t.make_fp_equal(q.operands[0], q.operands[1]); }},
-    {"lt", "faa", [](T& t, const Q& q) { return t.make_fp_lt(q.operands[0], q.operands[1]); }},
-    {"le", "faa", [](T& t, const Q& q) { return t.make_fp_le(q.operands[0], q.operands[1]); }},
-};
-
-const Operation* find_operation(std::string_view name) {
-  for (const Operation& operation : kOperations) {
-    if (operation.name == name) return &operation;
+const Operation* find_by_short_name(std::string_view name) {
+  for (const Operation& operation : get_operations()) {
+    if (!name.empty() && operation.short_name == name) return &operation;
   }
   return nullptr;
+}
+
+const Term* build(TermManager& terms, const Operation& operation, const Request& request) {
+  std::vector<std::size_t> indices;
+  if (operation.indexing == Indexing::width) indices = {request.width};
+  if (operation.indexing == Indexing::format) {
+    indices = {request.formats.back().e, request.formats.back().m};
+  }
+  std::vector<const Term*> args = request.operands;
+  if (operation.is_rounded()) args.insert(args.begin(), request.rm);
+  return terms.make(operation.tag, indices, args);
 }
 
 const Term* rounding_mode(const TermManager& terms, std::string_view name) {
@@ -127,10 +99,10 @@ const Term* free_constant(TermManager& terms, const char* name, const DataType* 
   return terms.make_constant(terms.make_unique_symbol(name, type));
 }
 
-/// The arguments that the words give: without the optional rounding mode and without operands where
-/// these are left out. Throws std::invalid_argument where the number of words fits none.
-std::string_view given_arguments(const Operation& operation, std::size_t words, Operands operands) {
-  std::string_view all = operation.arguments;
+/// Those of `all` that the words give: without the optional rounding mode and without operands
+/// where these are left out. Throws std::invalid_argument where the number of words fits none.
+std::string_view given_arguments(const Operation& operation, std::string_view all,
+                                 std::size_t words, Operands operands) {
   std::size_t most = 0;
   std::size_t inputs = 0;
   for (const char argument : all) {
@@ -148,13 +120,14 @@ std::string_view given_arguments(const Operation& operation, std::size_t words, 
     wanted = fmt::format("{} or {}", most - 1, most);
   }
   throw std::invalid_argument(
-      fmt::format("{} takes {} arguments, got {}", operation.name, wanted, words));
+      fmt::format("{} takes {} arguments, got {}", operation.short_name, wanted, words));
 }
 
 Request read(TermManager& terms, const Operation& operation, std::span<const std::string> words,
              Operands mode) {
   constexpr const char* kNames[] = {"x", "y", "z"};
-  const std::string_view arguments = given_arguments(operation, words.size(), mode);
+  const std::string all = list_words(operation);
+  const std::string_view arguments = given_arguments(operation, all, words.size(), mode);
   const auto is_free = [&](const std::string& word) {
     return mode == Operands::free && word == kFree;
   };
@@ -168,7 +141,7 @@ Request read(TermManager& terms, const Operation& operation, std::span<const std
                                    : literal(*word));
     if (given) ++word;
   };
-  for (const char argument : operation.arguments) {
+  for (const char argument : all) {
     switch (argument) {
       case 'o':
         if (arguments.front() != 'o') break;
@@ -207,17 +180,17 @@ Request read(TermManager& terms, const Operation& operation, std::span<const std
 }  // namespace
 
 bool is_operation(std::string_view name) {
-  return find_operation(name) != nullptr;
+  return find_by_short_name(name) != nullptr;
 }
 
 const Term* read_operation(TermManager& terms, std::span<const std::string> words,
                            Operands operands) {
   if (words.empty()) throw std::invalid_argument("no operation is given");
-  const Operation* operation = find_operation(words.front());
+  const Operation* operation = find_by_short_name(words.front());
   if (operation == nullptr) {
     throw std::invalid_argument(fmt::format("unknown operation '{}'", words.front()));
   }
-  return operation->build(terms, read(terms, *operation, words.subspan(1), operands));
+  return build(terms, *operation, read(terms, *operation, words.subspan(1), operands));
 }
 
 }  // namespace vorn::tools

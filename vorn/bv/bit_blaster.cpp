@@ -135,7 +135,7 @@ constexpr Row kRows[] = {
 /// The circuit of a kind; null for kinds that are not of Booleans and bit-vectors.
 Circuit find_circuit(SymbolTag::tag tag) {
   static constexpr auto kByTag = [] {
-    std::array<Circuit, T::bv_sle + 1> circuits = {};
+    std::array<Circuit, T::kLimit> circuits = {};
     for (const Row& row : kRows)
       circuits[row.tag] = row.circuit;
     return circuits;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "vorn/terms/operations.h"
+
 namespace vorn::rewrite {
 
 std::vector<const FpRule*> get_fp_rules() {
@@ -17,8 +19,11 @@ std::vector<const FpRule*> get_fp_rules() {
 
 FpRewriter::FpRewriter(TermManager& manager) : mgr(manager) {
   for (const FpRule* rule : get_fp_rules()) {
-    for (const SymbolTag::tag tag : rule->tags) {
-      if (tag != SymbolTag::none) rules_of[tag].push_back(rule);
+    const bool is_for_all = rule->tags.front() == SymbolTag::none;
+    for (const Operation& op : get_operations()) {
+      const bool is_named = std::ranges::find(rule->tags, op.tag) != rule->tags.end();
+      const bool is_on_floats = op.theory == Theory::floating_point || op.tag == SymbolTag::equal;
+      if (is_for_all ? is_on_floats : is_named) rules_of[op.tag].push_back(rule);
     }
   }
 }

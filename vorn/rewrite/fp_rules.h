@@ -28,7 +28,8 @@ struct FpRule {
   static constexpr std::size_t kMaxTags = 16;
 
   const char* name;
-  std::array<SymbolTag::tag, kMaxTags> tags;  // of the operations that it looks at; others none
+  /// The operations that it looks at, `none` behind them; without any, all on floats and equality.
+  std::array<SymbolTag::tag, kMaxTags> tags;
   /// An equal term other than `t`, or null where the rule does not apply.
   const Term* (*apply)(TermManager& mgr, const Term* t);
 };

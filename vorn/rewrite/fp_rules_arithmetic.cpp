@@ -187,16 +187,7 @@ const Term* integral_of_integral(TermManager&, const Term* t) {
 }
 
 constexpr FpRule kRules[] = {
-    {"fold",
-     {T::fp_neg, T::fp_add, T::fp_sub, T::fp_mul, T::fp_div, T::fp_cast, T::fp_from_sbv,
-      T::fp_from_ubv, T::fp_to_sbv, T::fp_to_ubv, T::fp_abs, T::fp_sqrt, T::fp_fma, T::fp_rem,
-      T::fp_round_to_integral, T::fp_to_bits},
-     fold},
-    {"fold",
-     {T::fp_from_bits, T::fp_equal, T::fp_lt, T::fp_le, T::fp_isnan, T::fp_isinf, T::fp_iszero,
-      T::fp_isnormal, T::fp_issubnormal, T::fp_isnegative, T::fp_ispositive, T::fp_min, T::fp_max,
-      T::equal},
-     fold},
+    {"fold", {}, fold},
     {"sub-itself", {T::fp_sub}, sub_itself},
     {"add-zero", {T::fp_add, T::fp_sub}, add_zero},
     {"mul-by-one", {T::fp_mul}, mul_by_one},

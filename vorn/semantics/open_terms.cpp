@@ -3,12 +3,10 @@
 #include <cstddef>
 #include <unordered_set>
 
+#include "vorn/terms/operations.h"
+
 namespace vorn::semantics {
 namespace {
-
-bool is_open(const Term* t) {
-  return is_conversion(t) || t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max;
-}
 
 struct Visit {
   const Term* term;
@@ -17,8 +15,13 @@ struct Visit {
 
 }  // namespace
 
+bool is_open(const Term* t) {
+  const Operation* operation = find_operation(t->get_tag());
+  return operation != nullptr && operation->is_open;
+}
+
 bool is_conversion(const Term* t) {
-  return t->get_tag() == SymbolTag::fp_to_sbv || t->get_tag() == SymbolTag::fp_to_ubv;
+  return is_open(t) && t->get_type()->get_kind() == DataType::Kind::bit_vector;
 }
 
 std::vector<const Term*> find_open_terms(std::span<const Term* const> formulas) {

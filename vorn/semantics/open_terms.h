@@ -11,6 +11,9 @@
 
 namespace vorn::semantics {
 
+/// Whether the theory leaves the value of `t` open for some arguments.
+VORN_EXPORT bool is_open(const Term* t);
+
 /// Whether `t` is a conversion to an integer, open where no integer of its width is right.
 VORN_EXPORT bool is_conversion(const Term* t);
 

@@ -9,6 +9,7 @@
 #include "vorn/fp/labels.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/terms/bv_number.h"
+#include "vorn/terms/operations.h"
 
 namespace vorn::solver {
 namespace {
@@ -192,7 +193,8 @@ std::vector<QNumber> read_literals(const TermManager& manager, std::span<const T
 }
 
 bool is_explainable(const Term* t) {
-  return t->get_tag() >= SymbolTag::fp_equal && t->get_tag() <= SymbolTag::fp_to_bits;
+  const Operation* operation = find_operation(t->get_tag());
+  return operation != nullptr && operation->is_explained;
 }
 
 }  // namespace vorn::solver
