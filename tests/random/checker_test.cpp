@@ -237,7 +237,8 @@ TEST(Checker, AndShrinkerReduceAnEngineThatForgetsToPop) {
   for (std::uint64_t seed = 0; found < 3 && seed < 300; ++seed) {
     const Script script = generate(seed);
     const Report report = checker.check(script, seed);
-    if (!report.failure || report.failure->kind == Failure::Kind::exception) continue;
+    // A wrong core takes a formula whose model is hard to find, which no shrinker can leave out.
+    if (!report.failure || report.failure->kind != Failure::Kind::bad_unsat) continue;
     ++found;
     const Script small = shrink(script, [&](const Script& candidate) {
       const Report again = checker.check(candidate, seed);

@@ -53,7 +53,7 @@ TEST(Generator, UsesEveryOperatorAndCommand) {
     }
   }
   for (const Operator& op : get_operators()) {
-    EXPECT_EQ(operators.contains(std::string(op.name)), op.available) << op.name;
+    EXPECT_TRUE(operators.contains(std::string(op.name))) << op.name;
   }
   for (const char* keyword :
        {"declare-const", "declare-fun", "define-const", "define-fun", "assert", "push", "pop",
@@ -64,11 +64,11 @@ TEST(Generator, UsesEveryOperatorAndCommand) {
   EXPECT_GT(calls, 50U);
 }
 
-TEST(Generator, HasARowForWhateverTheReaderSupportsOnly) {
+TEST(Generator, KnowsNoOperatorThatTheReaderDoesNot) {
   for (const Operator& op : get_operators()) {
     const smt2::Operator* known = smt2::find_operator(op.name);
     ASSERT_NE(known, nullptr) << op.name;
-    EXPECT_EQ(known->is_supported(), op.available) << op.name;
+    EXPECT_TRUE(known->is_supported()) << op.name;
   }
 }
 

@@ -3,99 +3,128 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace vorn::random {
 namespace {
 
 using enum Growth;
 
-constexpr Operator kOperators[] = {
-    // Core
-    {"not", "B:B", 6},
-    {"and", "B:BB+", 8},
-    {"or", "B:BB+", 6},
-    {"xor", "B:BB+", 3},
-    {"=>", "B:BB+", 3},
-    {"=", "B:AA+", 14},
-    {"distinct", "B:AA+", 4},
-    {"ite", "A:BAA", 5},
-
-    // Bit-vectors
-    {"concat", "V:HL"},
-    {"extract", "V:X", 4, linear, 0, Index::extraction},
-    {"zero_extend", "V:N", 2, linear, 0, Index::extension},
-    {"sign_extend", "V:N", 3, linear, 0, Index::extension},
-    {"repeat", "V:D", 1, linear, 0, Index::repetition},
-    {"rotate_left", "V:V", 1, linear, 0, Index::rotation},
-    {"rotate_right", "V:V", 1, linear, 0, Index::rotation},
-    {"bvnot", "V:V"},
-    {"bvneg", "V:V", 4, linear, 5},
-    {"bvand", "V:VV+"},
-    {"bvor", "V:VV+"},
-    {"bvxor", "V:VV+", 4, linear, 3},
-    {"bvnand", "V:VV", 1},
-    {"bvnor", "V:VV", 1},
-    {"bvxnor", "V:VV", 2, linear, 3},
-    {"bvadd", "V:VV+", 5, linear, 10},
-    {"bvsub", "V:VV", 4, linear, 10},
-    {"bvmul", "V:VV+", 4, quadratic, 12},
-    {"bvudiv", "V:VV", 2, quadratic, 20},
-    {"bvurem", "V:VV", 2, quadratic, 20},
-    {"bvsdiv", "V:VV", 2, quadratic, 25},
-    {"bvsrem", "V:VV", 2, quadratic, 25},
-    {"bvsmod", "V:VV", 2, quadratic, 30},
-    {"bvshl", "V:VV", 3, linear, 20},
-    {"bvlshr", "V:VV", 3, linear, 20},
-    {"bvashr", "V:VV", 3, linear, 20},
-    {"bvcomp", "1:VV", 3, linear, 3},
-    {"bvult", "B:VV", 3, linear, 5},
-    {"bvule", "B:VV", 3, linear, 5},
-    {"bvugt", "B:VV", 2, linear, 5},
-    {"bvuge", "B:VV", 2, linear, 5},
-    {"bvslt", "B:VV", 3, linear, 5},
-    {"bvsle", "B:VV", 3, linear, 5},
-    {"bvsgt", "B:VV", 2, linear, 5},
-    {"bvsge", "B:VV", 2, linear, 5},
-
-    // Floats: fields and conversions
-    {"fp", "F:1EM", 4},
-    {"to_fp", "F:T", 4, linear, 1, Index::format},
-    {"to_fp", "F:RG", 5, linear, 40, Index::format},
-    {"to_fp", "F:RW", 3, linear, 50, Index::format},
-    {"to_fp_unsigned", "F:RW", 3, linear, 50, Index::format},
-    {"to_fp", "F:RQ", 2, linear, 5, Index::format},
-    {"fp.to_ubv", "V:RF", 4, linear, 60, Index::width},
-    {"fp.to_sbv", "V:RF", 4, linear, 60, Index::width},
-    {"fp.to_ieee_bv", "T:F", 4, linear, 1},
-
-    // Floats: tests and comparisons
-    {"fp.isNaN", "B:F", 3},
-    {"fp.isInfinite", "B:F", 3},
-    {"fp.isZero", "B:F", 3},
-    {"fp.isNormal", "B:F", 3, linear, 1},
-    {"fp.isSubnormal", "B:F", 3, linear, 1},
-    {"fp.isNegative", "B:F", 3, linear, 1},
-    {"fp.isPositive", "B:F", 3, linear, 1},
-    {"fp.eq", "B:FF+", 4, linear, 8},
-    {"fp.lt", "B:FF+", 4, linear, 10},
-    {"fp.leq", "B:FF+", 4, linear, 10},
-    {"fp.gt", "B:FF+", 3, linear, 10},
-    {"fp.geq", "B:FF+", 3, linear, 10},
-
-    // Floats: arithmetic
-    {"fp.neg", "F:F", 4},
-    {"fp.abs", "F:F", 4, linear, 1},
-    {"fp.min", "F:FF", 3, linear, 10},
-    {"fp.max", "F:FF", 3, linear, 10},
-    {"fp.add", "F:RFF", 6, linear, 90},
-    {"fp.sub", "F:RFF", 4, linear, 90},
-    {"fp.mul", "F:RFF", 5, quadratic, 18},
-    {"fp.div", "F:RFF", 4, quadratic, 30},
-    {"fp.fma", "F:RFFF", 4, quadratic, 40},
-    {"fp.sqrt", "F:RF", 4, quadratic, 25},
-    {"fp.rem", "F:FF", 3, exponential, 60},
-    {"fp.roundToIntegral", "F:RF", 4, linear, 60},
+/// How often an operation comes and what it costs; others come and cost as Operator has it.
+struct Tuning {
+  SymbolTag::tag tag;
+  unsigned weight;
+  Growth growth = linear;
+  unsigned factor = 1;
 };
+
+using T = SymbolTag;
+
+constexpr Tuning kTunings[] = {
+    {T::bool_not, 6},
+    {T::bool_and, 8},
+    {T::bool_or, 6},
+    {T::bool_xor, 3},
+    {T::bool_implies, 3},
+    {T::equal, 14},
+    {T::distinct, 4},
+    {T::ite, 5},
+    {T::bv_concat, 4},
+    {T::bv_extract, 4, linear, 0},
+    {T::bv_zero_extend, 2, linear, 0},
+    {T::bv_sign_extend, 3, linear, 0},
+    {T::bv_repeat, 1, linear, 0},
+    {T::bv_rotate_left, 1, linear, 0},
+    {T::bv_rotate_right, 1, linear, 0},
+    {T::bv_not, 4},
+    {T::bv_neg, 4, linear, 5},
+    {T::bv_and, 4},
+    {T::bv_or, 4},
+    {T::bv_xor, 4, linear, 3},
+    {T::bv_nand, 1},
+    {T::bv_nor, 1},
+    {T::bv_xnor, 2, linear, 3},
+    {T::bv_add, 5, linear, 10},
+    {T::bv_sub, 4, linear, 10},
+    {T::bv_mul, 4, quadratic, 12},
+    {T::bv_udiv, 2, quadratic, 20},
+    {T::bv_urem, 2, quadratic, 20},
+    {T::bv_sdiv, 2, quadratic, 25},
+    {T::bv_srem, 2, quadratic, 25},
+    {T::bv_smod, 2, quadratic, 30},
+    {T::bv_shl, 3, linear, 20},
+    {T::bv_lshr, 3, linear, 20},
+    {T::bv_ashr, 3, linear, 20},
+    {T::bv_comp, 3, linear, 3},
+    {T::bv_ult, 3, linear, 5},
+    {T::bv_ule, 3, linear, 5},
+    {T::bv_ugt, 2, linear, 5},
+    {T::bv_uge, 2, linear, 5},
+    {T::bv_slt, 3, linear, 5},
+    {T::bv_sle, 3, linear, 5},
+    {T::bv_sgt, 2, linear, 5},
+    {T::bv_sge, 2, linear, 5},
+    {T::fp_from_bits, 4},
+    {T::fp_cast, 5, linear, 40},
+    {T::fp_from_sbv, 3, linear, 50},
+    {T::fp_from_ubv, 3, linear, 50},
+    {T::fp_to_ubv, 4, linear, 60},
+    {T::fp_to_sbv, 4, linear, 60},
+    {T::fp_to_bits, 4},
+    {T::fp_isnan, 3},
+    {T::fp_isinf, 3},
+    {T::fp_iszero, 3},
+    {T::fp_isnormal, 3},
+    {T::fp_issubnormal, 3},
+    {T::fp_isnegative, 3},
+    {T::fp_ispositive, 3},
+    {T::fp_equal, 4, linear, 8},
+    {T::fp_lt, 4, linear, 10},
+    {T::fp_le, 4, linear, 10},
+    {T::fp_gt, 3, linear, 10},
+    {T::fp_ge, 3, linear, 10},
+    {T::fp_neg, 4},
+    {T::fp_abs, 4},
+    {T::fp_min, 3, linear, 10},
+    {T::fp_max, 3, linear, 10},
+    {T::fp_add, 6, linear, 90},
+    {T::fp_sub, 4, linear, 90},
+    {T::fp_mul, 5, quadratic, 18},
+    {T::fp_div, 4, quadratic, 30},
+    {T::fp_fma, 4, quadratic, 40},
+    {T::fp_sqrt, 4, quadratic, 25},
+    {T::fp_rem, 3, exponential, 60},
+    {T::fp_round_to_integral, 4, linear, 60},
+};
+
+/// What only the reader has.
+constexpr Operator kForms[] = {
+    {"fp", "F:1EM", 4},
+    {"to_fp", "F:RQ", 2, linear, 5, Indexing::format},
+};
+
+const Tuning* find_tuning(SymbolTag::tag tag) {
+  const auto* found = std::ranges::find(kTunings, tag, &Tuning::tag);
+  return found == std::end(kTunings) ? nullptr : found;
+}
+
+std::vector<Operator> list_operators() {
+  std::vector<Operator> all(std::begin(kForms), std::end(kForms));
+  for (const Operation& op : vorn::get_operations()) {
+    const std::string_view letters = op.signature.get_letters();
+    if (op.is_printed_only || letters.empty()) continue;
+    Operator row{op.name, op.signature.get_text()};
+    row.index = op.indexing;
+    row.takes_more = op.arity != Arity::fixed && letters.size() == 2 && letters[0] == letters[1];
+    if (const Tuning* tuning = find_tuning(op.tag)) {
+      row.weight = tuning->weight;
+      row.growth = tuning->growth;
+      row.factor = tuning->factor;
+    }
+    all.push_back(row);
+  }
+  return all;
+}
 
 constexpr Sort kNoFormat = {Sort::Kind::floating};
 
@@ -218,21 +247,21 @@ class Letters {
 
 std::string head_of(const Operator& op, const Sort& result, const Sort& arg, Random& random) {
   switch (op.index) {
-    case Index::none:
+    case Indexing::none:
       return std::string(op.name);
-    case Index::format:
+    case Indexing::format:
       return fmt::format("(_ {} {} {})", op.name, result.w0, result.w1);
-    case Index::width:
+    case Indexing::width:
       return fmt::format("(_ {} {})", op.name, result.w0);
-    case Index::extraction: {
+    case Indexing::extraction: {
       const std::size_t low = random.below(arg.w0 - result.w0 + 1);
       return fmt::format("(_ {} {} {})", op.name, low + result.w0 - 1, low);
     }
-    case Index::extension:
+    case Indexing::extension:
       return fmt::format("(_ {} {})", op.name, result.w0 - arg.w0);
-    case Index::repetition:
+    case Indexing::repetition:
       return fmt::format("(_ {} {})", op.name, result.w0 / arg.w0);
-    case Index::rotation:
+    case Indexing::rotation:
       break;
   }
   return fmt::format("(_ {} {})", op.name, random.below(2 * result.w0 + 1));
@@ -255,6 +284,7 @@ std::uint64_t cost_of(const Operator& op, const Sort& result, const std::vector<
 }  // namespace
 
 std::span<const Operator> get_operators() {
+  static const std::vector<Operator> kOperators = list_operators();
   return kOperators;
 }
 
@@ -269,17 +299,14 @@ Sort Palette::random_sort(Random& random) const {
 
 bool can_make(const Operator& op, const Sort& result, const Palette& palette) {
   Random unused(0);
-  return op.available && Letters(palette, unused).bind(op.result(), result);
+  return Letters(palette, unused).bind(op.result(), result);
 }
 
 std::optional<Application> apply(const Operator& op, const Sort& result, const Palette& palette,
                                  Random& random) {
   std::string letters(op.signature.substr(2));
-  if (letters.back() == '+') {
-    letters.pop_back();
-    while (random.percent(15))
-      letters.push_back(letters.back());
-  }
+  while (op.takes_more && random.percent(15))
+    letters.push_back(letters.back());
   Letters sorts(palette, random);
   if (!sorts.bind(op.result(), result) || !sorts.choose(letters, op.result())) {
     return std::nullopt;

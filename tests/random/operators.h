@@ -1,4 +1,5 @@
-// The operators that random terms are made of, one row each.
+// The operators that random terms are made of: those of the library's table, each with how often it
+// is to come and what it costs, and the forms that only the reader has.
 //
 // A row says by a signature which sorts belong together, so that the generator can start from the
 // sort that it needs: it binds the letters of the result, then chooses the others.
@@ -14,6 +15,7 @@
 
 #include "tests/random/random.h"
 #include "tests/random/script.h"
+#include "vorn/terms/operations.h"
 
 namespace vorn::random {
 
@@ -24,30 +26,16 @@ enum class Growth : std::uint8_t {
   exponential  // in the width of the exponent
 };
 
-enum class Index : std::uint8_t {
-  none,
-  format,  // widths of the resulting float
-  width,   // width of the resulting bit-vector
-  extraction,
-  extension,
-  repetition,
-  rotation
-};
-
-/// A signature is the letter of the result, a colon and the letters of the arguments; a plus at the
-/// end allows more arguments like the last. The letters:
-///   B Bool, R RoundingMode, Q Real, 1 one bit, A any sort
-///   V bit-vector, W another one, N at most as wide, X at least as wide, D a divisor of the width,
-///   H and L two parts of it
-///   F float, G another one, T all its bits, E its exponent, M its trailing significand
+/// The letters of a signature are those of vorn::Signature, and besides them
+///   Q Real, E the exponent of F, M its trailing significand
 struct Operator {
   std::string_view name;
   std::string_view signature;
-  unsigned weight = 4;
+  unsigned weight = 3;
   Growth growth = Growth::linear;
   unsigned factor = 1;  // of the cost, which is about the number of gates
-  Index index = Index::none;
-  bool available = true;
+  Indexing index = Indexing::none;
+  bool takes_more = false;  // arguments like the last
 
   char result() const { return signature[0]; }
 };

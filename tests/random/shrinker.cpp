@@ -68,7 +68,7 @@ bool takes_fewer(const Expression& e) {
   const std::span<const Operator> operators = get_operators();
   return e.args.size() > 2 &&
          std::any_of(operators.begin(), operators.end(), [&e](const Operator& op) {
-           return op.name == e.head && op.signature.ends_with('+');
+           return op.name == e.head && op.takes_more;
          });
 }
 
