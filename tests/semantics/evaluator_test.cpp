@@ -1,8 +1,11 @@
 #include "vorn/semantics/evaluator.h"
 
 #include <stdexcept>
+#include <vector>
 
 #include "tests/solver/solver_fixture.h"
+#include "vorn/fp/ieee_bv_encoder.h"
+#include "vorn/terms/operations.h"
 
 namespace vorn::semantics {
 namespace {
@@ -54,6 +57,38 @@ TEST_F(EvaluatorTest, LiteralsAreMadeForEverySort) {
   EXPECT_EQ(make_literal(mgr, mgr.get_fprounding_type(), QNumber(4)), mgr.make_fprounding_away());
   EXPECT_EQ(make_literal(mgr, mgr.get_bv_type(4), QNumber(9)), mgr.make_bv_number(9, 4));
   EXPECT_EQ(make_literal(mgr, mgr.get_fp_type(3, 3), QNumber(9)), fp(9, 3, 3));
+}
+
+/// An operand of the sort that a letter of a signature stands for, in the formats (3, 4) and (5,
+/// 6).
+const Term* operand(TermManager& mgr, char letter) {
+  switch (letter) {
+    case 'R':
+      return mgr.make_fprounding_even();
+    case 'F':
+      return mgr.make_fp_number(QNumber(0x31), 3, 4);
+    case 'G':
+      return mgr.make_fp_number(QNumber(0x1e1), 5, 6);
+    default:
+      return mgr.make_bv_number(QNumber(0x31), 8);
+  }
+}
+
+TEST(Application, HasAValueForEveryOperationOnFloatsAndTheExactEncoderACircuit) {
+  TermManager mgr;
+  const fp::IeeeBvEncoder encoder(&mgr, &mgr);
+  Evaluator evaluator(mgr, [](const Term*) { return QNumber(); });
+  for (const Operation& op : get_operations()) {
+    if (op.theory != Theory::floating_point || op.derive != nullptr) continue;
+    std::vector<const Term*> args;
+    for (const char letter : op.signature.get_letters())
+      args.push_back(operand(mgr, letter));
+    std::vector<std::size_t> indices(op.get_index_count(), 8);
+    if (op.indexing == Indexing::format) indices = {3, 4};
+    const Term* t = mgr.make(op.tag, indices, args);
+    EXPECT_NO_THROW(evaluator.evaluate(t)) << op.name;
+    EXPECT_EQ(encoder.supports(op.tag), op.is_explained) << op.name;
+  }
 }
 
 }  // namespace
