@@ -54,6 +54,7 @@ set(public_headers
     terms/float_text.h
     terms/ieee_arithmetic.h
     terms/ieee_float.h
+    terms/operations.h
     terms/qnumber.h
     terms/script_printer.h
     terms/term.h

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -189,6 +191,23 @@ TEST_F(OperationsTest, RefuseNumeralsThatDoNotFit) {
             "to_fp: a bit-vector of width 8 is no (_ FloatingPoint 3 6)");
   EXPECT_NE(error(T::fp_cast, {1, 1}, {operand('R'), operand('F')}).find("exponent width 1"),
             std::string::npos);
+}
+
+std::string read_file(const std::string& name) {
+  std::ifstream in(VORN_SOURCE_DIR "/" + name);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+TEST_F(OperationsTest, AreInTheReferenceAndAmongTheWordsOfTheFuzzer) {
+  const std::string reference = read_file("docs/command.md");
+  const std::string words = read_file("tests/fuzz/smt2.dict");
+  for (const Operation& op : get_operations()) {
+    const std::string name(op.name);
+    EXPECT_NE(reference.find('`' + name + '`'), std::string::npos) << name;
+    const bool is_there = words.find('"' + name + '"') != std::string::npos ||
+                          words.find("(_ " + name + ' ') != std::string::npos;
+    EXPECT_TRUE(is_there) << name;
+  }
 }
 
 }  // namespace
