@@ -25,6 +25,12 @@ std::string sort_of(const Term* t) {
   fail(op, what + "; widths go up to " + std::to_string(TermManager::kMaxWidth));
 }
 
+[[noreturn]] void fail_whole(const Operation& op, std::span<const Term* const> args,
+                             std::size_t width) {
+  fail_width(op, "operands of " + sort_of(args[0]) + " and " + sort_of(args[1]) + " make " +
+                     std::to_string(width) + " bits");
+}
+
 /// Says why `args[i]` is no operand of its place, unless it is one that its kind did not tell of.
 void check_operand(const Operation& op, std::span<const Term* const> args, std::size_t i) {
   if (args[i] == nullptr) fail(op, "an operand is missing");
@@ -78,25 +84,26 @@ Symbol::Indices find_symbol_indices(const Operation& op, std::span<const std::si
 // Operands ------------------------------------------------------------------------------------
 
 void TermManager::check_operands(const Operation& op, std::span<const Term* const> args) const {
-  const Signature::Argument* wanted = op.signature.get_arguments().data();
-  for (std::size_t i = 0; i < args.size(); ++i, ++wanted) {
+  const std::span<const Signature::Argument> wanted = op.signature.get_arguments();
+  for (std::size_t i = 0; i < args.size(); ++i) {
     if (args[i] == nullptr) check_operand(op, args, i);
-    if (args[i]->get_symbol()->owner != this)
-      fail(op, "an operand belongs to another term manager");
-    const DataType* type = args[i]->get_type();
-    const bool fits = wanted->like == Signature::kNowhere ? wanted->fits(type->get_kind())
-                                                          : type == args[wanted->like]->get_type();
+    const Symbol* symbol = args[i]->get_symbol();
+    if (symbol->owner != this) fail(op, "an operand belongs to another term manager");
+    const DataType* type = symbol->output_type;
+    const bool fits = wanted[i].like == Signature::kNowhere
+                          ? wanted[i].fits(type->get_kind())
+                          : type == args[wanted[i].like]->get_type();
     if (!fits) check_operand(op, args, i);
   }
 }
 
-const DataType* TermManager::find_result(const Operation& op, std::span<const std::size_t> indices,
-                                         std::span<const Term* const> args) {
+const DataType* TermManager::find_indexed_result(const Operation& op,
+                                                 std::span<const std::size_t> indices,
+                                                 std::span<const Term* const> args) {
   switch (op.indexing) {
     case Indexing::none:
-      return find_plain_result(op, args);
     case Indexing::rotation:
-      return args[0]->get_type();
+      break;
     case Indexing::extraction: {
       const auto [msb, lsb] = std::array{indices[0], indices[1]};
       const std::size_t width = args[0]->get_type()->get_width();
@@ -123,11 +130,10 @@ const DataType* TermManager::find_result(const Operation& op, std::span<const st
       fail(op, "a bit-vector of width " + std::to_string(width) + " is no " + type->to_string());
     }
   }
-  return nullptr;
+  return find_result(op, args);
 }
 
-const DataType* TermManager::find_plain_result(const Operation& op,
-                                               std::span<const Term* const> args) {
+const DataType* TermManager::find_result(const Operation& op, std::span<const Term* const> args) {
   const std::uint8_t source = op.signature.get_source();
   const char letter = op.signature.get_result();
   if (letter == 'B') return bool_type;
@@ -137,9 +143,8 @@ const DataType* TermManager::find_plain_result(const Operation& op,
   if (letter == 'T') return get_bv_type(1 + first->get_e() + first->get_m());
   // Two parts make a whole.
   const std::size_t width = first->get_width() + args[1]->get_type()->get_width();
-  if (width <= kMaxWidth) return get_bv_type(width);
-  fail_width(op, "operands of " + sort_of(args[0]) + " and " + sort_of(args[1]) + " make " +
-                     std::to_string(width) + " bits");
+  if (width > kMaxWidth) fail_whole(op, args, width);
+  return get_bv_type(width);
 }
 
 // Construction --------------------------------------------------------------------------------
@@ -164,8 +169,19 @@ const Term* TermManager::apply(const Operation& op, std::span<const std::size_t>
   check_operands(op, args);
   if (op.derive != nullptr) return op.derive(*this, indices, args);
   if (args.empty()) return make_bool(op.tag == T::bool_true);
-  const DataType* type = find_result(op, indices, args);
+  const DataType* type = op.indexing == Indexing::none ? find_result(op, args)
+                                                       : find_indexed_result(op, indices, args);
   return build(op, type, args, find_symbol_indices(op, indices, args));
+}
+
+const Term* TermManager::apply(SymbolTag::tag tag, std::initializer_list<const Term*> args) {
+  return apply(*find_operation(tag), {}, std::span(args.begin(), args.size()));
+}
+
+const Term* TermManager::apply(SymbolTag::tag tag, std::initializer_list<std::size_t> indices,
+                               std::initializer_list<const Term*> args) {
+  return apply(*find_operation(tag), std::span(indices.begin(), indices.size()),
+               std::span(args.begin(), args.size()));
 }
 
 /// A binary operation on another number of arguments.
@@ -242,35 +258,35 @@ const Term* TermManager::make_bv_number(int value, std::size_t width) {
 // Names of kinds ------------------------------------------------------------------------------
 
 const Term* TermManager::make_not(const Term* a) {
-  return make(T::bool_not, {a});
+  return apply(T::bool_not, {a});
 }
 
 const Term* TermManager::make_and(const Term* a, const Term* b) {
-  return make(T::bool_and, {a, b});
+  return apply(T::bool_and, {a, b});
 }
 
 const Term* TermManager::make_or(const Term* a, const Term* b) {
-  return make(T::bool_or, {a, b});
+  return apply(T::bool_or, {a, b});
 }
 
 const Term* TermManager::make_xor(const Term* a, const Term* b) {
-  return make(T::bool_xor, {a, b});
+  return apply(T::bool_xor, {a, b});
 }
 
 const Term* TermManager::make_implies(const Term* a, const Term* b) {
-  return make(T::bool_implies, {a, b});
+  return apply(T::bool_implies, {a, b});
 }
 
 const Term* TermManager::make_iff(const Term* a, const Term* b) {
-  return make(T::bool_iff, {a, b});
+  return apply(T::bool_iff, {a, b});
 }
 
 const Term* TermManager::make_equal(const Term* a, const Term* b) {
-  return make(T::equal, {a, b});
+  return apply(T::equal, {a, b});
 }
 
 const Term* TermManager::make_term_ite(const Term* c, const Term* a, const Term* b) {
-  return make(T::ite, {c, a, b});
+  return apply(T::ite, {c, a, b});
 }
 
 bool TermManager::is_term_ite(const Symbol* symbol, const DataType** type) const {
@@ -280,103 +296,103 @@ bool TermManager::is_term_ite(const Symbol* symbol, const DataType** type) const
 }
 
 const Term* TermManager::make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t) {
-  return make(T::bv_extract, {msb, lsb}, {t});
+  return apply(T::bv_extract, {msb, lsb}, {t});
 }
 
 const Term* TermManager::make_bv_concat(const Term* a, const Term* b) {
-  return make(T::bv_concat, {a, b});
+  return apply(T::bv_concat, {a, b});
 }
 
 const Term* TermManager::make_bv_zero_extend(std::size_t n, const Term* t) {
-  return make(T::bv_zero_extend, {n}, {t});
+  return apply(T::bv_zero_extend, {n}, {t});
 }
 
 const Term* TermManager::make_bv_sign_extend(std::size_t n, const Term* t) {
-  return make(T::bv_sign_extend, {n}, {t});
+  return apply(T::bv_sign_extend, {n}, {t});
 }
 
 const Term* TermManager::make_bv_not(const Term* a) {
-  return make(T::bv_not, {a});
+  return apply(T::bv_not, {a});
 }
 
 const Term* TermManager::make_bv_neg(const Term* a) {
-  return make(T::bv_neg, {a});
+  return apply(T::bv_neg, {a});
 }
 
 const Term* TermManager::make_bv_and(const Term* a, const Term* b) {
-  return make(T::bv_and, {a, b});
+  return apply(T::bv_and, {a, b});
 }
 
 const Term* TermManager::make_bv_or(const Term* a, const Term* b) {
-  return make(T::bv_or, {a, b});
+  return apply(T::bv_or, {a, b});
 }
 
 const Term* TermManager::make_bv_xor(const Term* a, const Term* b) {
-  return make(T::bv_xor, {a, b});
+  return apply(T::bv_xor, {a, b});
 }
 
 const Term* TermManager::make_bv_add(const Term* a, const Term* b) {
-  return make(T::bv_add, {a, b});
+  return apply(T::bv_add, {a, b});
 }
 
 const Term* TermManager::make_bv_sub(const Term* a, const Term* b) {
-  return make(T::bv_sub, {a, b});
+  return apply(T::bv_sub, {a, b});
 }
 
 const Term* TermManager::make_bv_mul(const Term* a, const Term* b) {
-  return make(T::bv_mul, {a, b});
+  return apply(T::bv_mul, {a, b});
 }
 
 const Term* TermManager::make_bv_udiv(const Term* a, const Term* b) {
-  return make(T::bv_udiv, {a, b});
+  return apply(T::bv_udiv, {a, b});
 }
 
 const Term* TermManager::make_bv_urem(const Term* a, const Term* b) {
-  return make(T::bv_urem, {a, b});
+  return apply(T::bv_urem, {a, b});
 }
 
 const Term* TermManager::make_bv_sdiv(const Term* a, const Term* b) {
-  return make(T::bv_sdiv, {a, b});
+  return apply(T::bv_sdiv, {a, b});
 }
 
 const Term* TermManager::make_bv_srem(const Term* a, const Term* b) {
-  return make(T::bv_srem, {a, b});
+  return apply(T::bv_srem, {a, b});
 }
 
 const Term* TermManager::make_bv_smod(const Term* a, const Term* b) {
-  return make(T::bv_smod, {a, b});
+  return apply(T::bv_smod, {a, b});
 }
 
 const Term* TermManager::make_bv_lshl(const Term* a, const Term* b) {
-  return make(T::bv_shl, {a, b});
+  return apply(T::bv_shl, {a, b});
 }
 
 const Term* TermManager::make_bv_lshr(const Term* a, const Term* b) {
-  return make(T::bv_lshr, {a, b});
+  return apply(T::bv_lshr, {a, b});
 }
 
 const Term* TermManager::make_bv_ashr(const Term* a, const Term* b) {
-  return make(T::bv_ashr, {a, b});
+  return apply(T::bv_ashr, {a, b});
 }
 
 const Term* TermManager::make_bv_comp(const Term* a, const Term* b) {
-  return make(T::bv_comp, {a, b});
+  return apply(T::bv_comp, {a, b});
 }
 
 const Term* TermManager::make_bv_ult(const Term* a, const Term* b) {
-  return make(T::bv_ult, {a, b});
+  return apply(T::bv_ult, {a, b});
 }
 
 const Term* TermManager::make_bv_ule(const Term* a, const Term* b) {
-  return make(T::bv_ule, {a, b});
+  return apply(T::bv_ule, {a, b});
 }
 
 const Term* TermManager::make_bv_slt(const Term* a, const Term* b) {
-  return make(T::bv_slt, {a, b});
+  return apply(T::bv_slt, {a, b});
 }
 
 const Term* TermManager::make_bv_sle(const Term* a, const Term* b) {
-  return make(T::bv_sle, {a, b});
+  return apply(T::bv_sle, {a, b});
 }
 
 }  // namespace vorn

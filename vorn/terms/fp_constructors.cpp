@@ -86,121 +86,121 @@ const Term* TermManager::make_fp_nan(std::size_t e, std::size_t m) {
 }
 
 const Term* TermManager::make_fp_from_bits(std::size_t e, std::size_t m, const Term* bits) {
-  return make(T::fp_from_bits, {e, m}, {bits});
+  return apply(T::fp_from_bits, {e, m}, {bits});
 }
 
 const Term* TermManager::make_fp_equal(const Term* a, const Term* b) {
-  return make(T::fp_equal, {a, b});
+  return apply(T::fp_equal, {a, b});
 }
 
 const Term* TermManager::make_fp_lt(const Term* a, const Term* b) {
-  return make(T::fp_lt, {a, b});
+  return apply(T::fp_lt, {a, b});
 }
 
 const Term* TermManager::make_fp_le(const Term* a, const Term* b) {
-  return make(T::fp_le, {a, b});
+  return apply(T::fp_le, {a, b});
 }
 
 const Term* TermManager::make_fp_neg(const Term* a) {
-  return make(T::fp_neg, {a});
+  return apply(T::fp_neg, {a});
 }
 
 const Term* TermManager::make_fp_add(const Term* rm, const Term* a, const Term* b) {
-  return make(T::fp_add, {rm, a, b});
+  return apply(T::fp_add, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_sub(const Term* rm, const Term* a, const Term* b) {
-  return make(T::fp_sub, {rm, a, b});
+  return apply(T::fp_sub, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_mul(const Term* rm, const Term* a, const Term* b) {
-  return make(T::fp_mul, {rm, a, b});
+  return apply(T::fp_mul, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_div(const Term* rm, const Term* a, const Term* b) {
-  return make(T::fp_div, {rm, a, b});
+  return apply(T::fp_div, {rm, a, b});
 }
 
 const Term* TermManager::make_fp_cast(std::size_t e, std::size_t m, const Term* rm, const Term* a) {
-  return make(T::fp_cast, {e, m}, {rm, a});
+  return apply(T::fp_cast, {e, m}, {rm, a});
 }
 
 const Term* TermManager::make_fp_from_sbv(std::size_t e, std::size_t m, const Term* rm,
                                           const Term* v) {
-  return make(T::fp_from_sbv, {e, m}, {rm, v});
+  return apply(T::fp_from_sbv, {e, m}, {rm, v});
 }
 
 const Term* TermManager::make_fp_from_ubv(std::size_t e, std::size_t m, const Term* rm,
                                           const Term* v) {
-  return make(T::fp_from_ubv, {e, m}, {rm, v});
+  return apply(T::fp_from_ubv, {e, m}, {rm, v});
 }
 
 const Term* TermManager::make_fp_to_sbv(std::size_t width, const Term* rm, const Term* a) {
-  return make(T::fp_to_sbv, {width}, {rm, a});
+  return apply(T::fp_to_sbv, {width}, {rm, a});
 }
 
 const Term* TermManager::make_fp_to_ubv(std::size_t width, const Term* rm, const Term* a) {
-  return make(T::fp_to_ubv, {width}, {rm, a});
+  return apply(T::fp_to_ubv, {width}, {rm, a});
 }
 
 const Term* TermManager::make_fp_to_bits(const Term* a) {
-  return make(T::fp_to_bits, {a});
+  return apply(T::fp_to_bits, {a});
 }
 
 const Term* TermManager::make_fp_abs(const Term* a) {
-  return make(T::fp_abs, {a});
+  return apply(T::fp_abs, {a});
 }
 
 const Term* TermManager::make_fp_min(const Term* a, const Term* b) {
-  return make(T::fp_min, {a, b});
+  return apply(T::fp_min, {a, b});
 }
 
 const Term* TermManager::make_fp_max(const Term* a, const Term* b) {
-  return make(T::fp_max, {a, b});
+  return apply(T::fp_max, {a, b});
 }
 
 const Term* TermManager::make_fp_rem(const Term* a, const Term* b) {
-  return make(T::fp_rem, {a, b});
+  return apply(T::fp_rem, {a, b});
 }
 
 const Term* TermManager::make_fp_sqrt(const Term* rm, const Term* a) {
-  return make(T::fp_sqrt, {rm, a});
+  return apply(T::fp_sqrt, {rm, a});
 }
 
 const Term* TermManager::make_fp_round_to_integral(const Term* rm, const Term* a) {
-  return make(T::fp_round_to_integral, {rm, a});
+  return apply(T::fp_round_to_integral, {rm, a});
 }
 
 const Term* TermManager::make_fp_fma(const Term* rm, const Term* a, const Term* b, const Term* c) {
-  return make(T::fp_fma, {rm, a, b, c});
+  return apply(T::fp_fma, {rm, a, b, c});
 }
 
 const Term* TermManager::make_fp_isnan(const Term* a) {
-  return make(T::fp_isnan, {a});
+  return apply(T::fp_isnan, {a});
 }
 
 const Term* TermManager::make_fp_isinf(const Term* a) {
-  return make(T::fp_isinf, {a});
+  return apply(T::fp_isinf, {a});
 }
 
 const Term* TermManager::make_fp_iszero(const Term* a) {
-  return make(T::fp_iszero, {a});
+  return apply(T::fp_iszero, {a});
 }
 
 const Term* TermManager::make_fp_isnormal(const Term* a) {
-  return make(T::fp_isnormal, {a});
+  return apply(T::fp_isnormal, {a});
 }
 
 const Term* TermManager::make_fp_issubnormal(const Term* a) {
-  return make(T::fp_issubnormal, {a});
+  return apply(T::fp_issubnormal, {a});
 }
 
 const Term* TermManager::make_fp_isnegative(const Term* a) {
-  return make(T::fp_isnegative, {a});
+  return apply(T::fp_isnegative, {a});
 }
 
 const Term* TermManager::make_fp_ispositive(const Term* a) {
-  return make(T::fp_ispositive, {a});
+  return apply(T::fp_ispositive, {a});
 }
 
 // Recognisers ---------------------------------------------------------------------------------

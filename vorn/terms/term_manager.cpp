@@ -36,6 +36,14 @@ std::size_t hash_term(const Symbol* symbol, std::span<const Term* const> args) {
   return h;
 }
 
+/// Few arguments are compared faster one by one than by a call.
+bool has_args(const Term* term, std::span<const Term* const> args) {
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (term->get_arg(i) != args[i]) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::size_t TermManager::SymbolKeyHash::operator()(const SymbolKey& key) const noexcept {
@@ -231,8 +239,7 @@ const Term* TermManager::intern_term(const Symbol* symbol, std::span<const Term*
   std::size_t slot = hash & mask;
   for (; term_table[slot] != nullptr; slot = (slot + 1) & mask) {
     const Term* term = term_table[slot];
-    if (term_hashes[slot] == hash && term->get_symbol() == symbol &&
-        std::ranges::equal(term->get_args(), args)) {
+    if (term_hashes[slot] == hash && term->get_symbol() == symbol && has_args(term, args)) {
       return term;
     }
   }

@@ -286,13 +286,17 @@ class VORN_EXPORT TermManager {
   // Terms
   const Term* apply(const Operation& op, std::span<const std::size_t> indices,
                     std::span<const Term* const> args);
+  /// The same for a kind that is known to take as many.
+  const Term* apply(SymbolTag::tag tag, std::initializer_list<const Term*> args);
+  const Term* apply(SymbolTag::tag tag, std::initializer_list<std::size_t> indices,
+                    std::initializer_list<const Term*> args);
   const Term* extend(const Operation& op, std::span<const std::size_t> indices,
                      std::span<const Term* const> args);
   /// Throws, naming the operation, unless the operands have the sorts of its signature.
   void check_operands(const Operation& op, std::span<const Term* const> args) const;
-  const DataType* find_result(const Operation& op, std::span<const std::size_t> indices,
-                              std::span<const Term* const> args);
-  const DataType* find_plain_result(const Operation& op, std::span<const Term* const> args);
+  const DataType* find_result(const Operation& op, std::span<const Term* const> args);
+  const DataType* find_indexed_result(const Operation& op, std::span<const std::size_t> indices,
+                                      std::span<const Term* const> args);
   const Term* build(const Operation& op, const DataType* type, std::span<const Term* const> args,
                     const Symbol::Indices& indices);
   const Term* intern_term(const Symbol* symbol, std::span<const Term* const> args);
