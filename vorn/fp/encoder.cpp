@@ -7,7 +7,9 @@
 
 namespace vorn::fp {
 
-FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
+FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst, 2) {}
+
+FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst, std::size_t mode_width)
     : src_mgr(src),
       dst_mgr(dst),
       logger(nullptr),
@@ -40,10 +42,10 @@ FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
   for (const DispatchRow& row : rows)
     dispatch.insert(row);
 
-  rm_even_bv = seed_rounding_mode(0, src_mgr->make_fprounding_even());
-  rm_zero_bv = seed_rounding_mode(1, src_mgr->make_fprounding_zero());
-  rm_plus_inf_bv = seed_rounding_mode(2, src_mgr->make_fprounding_plus_inf());
-  rm_minus_inf_bv = seed_rounding_mode(3, src_mgr->make_fprounding_minus_inf());
+  rm_even_bv = seed_rounding_mode(0, mode_width, src_mgr->make_fprounding_even());
+  rm_zero_bv = seed_rounding_mode(1, mode_width, src_mgr->make_fprounding_zero());
+  rm_plus_inf_bv = seed_rounding_mode(2, mode_width, src_mgr->make_fprounding_plus_inf());
+  rm_minus_inf_bv = seed_rounding_mode(3, mode_width, src_mgr->make_fprounding_minus_inf());
 
   rounding_counter = const_counter = ite_counter = spare_counter = 1;
   static_cast<void>(own.release());
@@ -53,8 +55,8 @@ FpBvEncoder::~FpBvEncoder() {
   if (logger != nullptr && own_logger) delete logger;
 }
 
-const Term* FpBvEncoder::seed_rounding_mode(int code, const Term* mode) {
-  const Term* number = dst_mgr->make_bv_number(code, 2);
+const Term* FpBvEncoder::seed_rounding_mode(int code, std::size_t width, const Term* mode) {
+  const Term* number = dst_mgr->make_bv_number(code, width);
   cache.insert({mode, number});
   return number;
 }

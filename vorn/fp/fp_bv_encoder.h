@@ -94,6 +94,13 @@ class VORN_EXPORT FpBvEncoder {
   using format = IEEEFloat::format;
   using EncodeMethod = const Term* (FpBvEncoder::*)(const Term*);
 
+  // The object (encoder.cpp) ----------------------------------------------------------------------
+
+  /// As in public, with rounding modes as codes of `mode_width` bits, at least 2.
+  FpBvEncoder(TermManager* src, TermManager* dst, std::size_t mode_width);
+  /// Makes the number `code` of `width` bits the encoding of the rounding mode `mode`.
+  const Term* seed_rounding_mode(int code, std::size_t width, const Term* mode);
+
   // Leaves (leaves.cpp) -------------------------------------------------------------------------
 
   /// A rounding mode: its 2-bit code, or a fresh 2-bit constant for a variable. Throws
@@ -293,7 +300,6 @@ class VORN_EXPORT FpBvEncoder {
                             const std::vector<const Term*>& values);
   const Term* find_ite_constant(const Term* ite) const;
   const Term* make_ite_constant(const Term* ite);
-  const Term* seed_rounding_mode(int code, const Term* mode);
   bool push_missing_args(const Term* t);
   const Term* encode(const Term* t);
 
@@ -305,7 +311,7 @@ class VORN_EXPORT FpBvEncoder {
   const TerminationTest* termtest;  // kept for the owner, borrowed
 
   DispatchTable dispatch;                     // kind of a symbol to the method that encodes it
-  const Term* rm_even_bv;                     // codes of the rounding modes, 2 bits each: 0
+  const Term* rm_even_bv;                     // codes of the rounding modes, all of one width: 0
   const Term* rm_zero_bv;                     // 1
   const Term* rm_plus_inf_bv;                 // 2
   const Term* rm_minus_inf_bv;                // 3

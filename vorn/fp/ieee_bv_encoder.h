@@ -171,7 +171,7 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// n copies of a 1-bit term.
   const Term* enc_mask(const Term* bit, std::size_t n);
 
-  const Term* rm_away_bv;
+  const Term* rm_away_bv;                                       // code 4
   TermMap leaves;                                               // constants of leaves and choices
   std::unordered_map<const Symbol*, const Term*> zero_choices;  // of fp.min and fp.max
 };

@@ -14,15 +14,9 @@ constexpr int kAway = static_cast<int>(IEEEFloat::rounding_mode::nearest_away);
 
 }  // namespace
 
-IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst) {
-  const Term** const codes[] = {&rm_even_bv, &rm_zero_bv, &rm_plus_inf_bv, &rm_minus_inf_bv,
-                                &rm_away_bv};
-  for (int code = 0; code <= kAway; ++code) {
-    const Term* mode = src->make_fprounding(static_cast<IEEEFloat::rounding_mode>(code));
-    const Term* number = dst->make_bv_number(code, kModeWidth);
-    *codes[code] = number;
-    cache.insert({mode, number})->value.second = number;
-  }
+IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst)
+    : FpBvEncoder(src, dst, kModeWidth),
+      rm_away_bv(seed_rounding_mode(kAway, kModeWidth, src->make_fprounding_away())) {
   using Encoder = IeeeBvEncoder;
   const std::pair<SymbolTag::tag, const Term* (Encoder::*)(const Term*)> rows[] = {
       {SymbolTag::fp_to_sbv, &Encoder::encode_to_sbv},
