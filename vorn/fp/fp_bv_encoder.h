@@ -161,6 +161,35 @@ class VORN_EXPORT FpBvEncoder {
 
   const Term* enc_fp_comparison(const Term* t, FpComp kind);
 
+  // Normalisation (normalisation.cpp) -------------------------------------------------------------
+
+  /// Brings the leading one of `mant`, whose top bit has the weight 2^exp, to its top and lowers
+  /// `exp` (signed) to match; widths stay. `max_shift` bounds the leading zeros that are looked
+  /// for; 0 means no bound.
+  void enc_normalization_shift(format fmt, const Term** exp, const Term** mant,
+                               std::uint64_t max_shift);
+  void enc_normalization_shift_const(format fmt, const Term** exp, const Term** mant,
+                                     std::uint64_t max_shift);
+  void enc_normalization_shift_linear(format fmt, const Term** exp, const Term** mant,
+                                      std::uint64_t max_shift);
+  virtual void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant);
+
+  // Rounding modes (rounding_choice.cpp) ----------------------------------------------------------
+
+  /// What one rounding mode does: whether to increment the kept bits, and the correction bit.
+  struct RoundingChoice {
+    const Term* increment;
+    const Term* correction;
+  };
+  /// The choice of a constant mode, from the first bit below the kept ones, the last kept bit and
+  /// whether anything else is below.
+  RoundingChoice enc_rounding_choice(const Term* mode, const Term* sign, const Term* round,
+                                     const Term* least, const Term* sticky);
+  /// The choice of `rm`, constant or not.
+  virtual void enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                   const Term* least, const Term* sticky, const Term** increment,
+                                   const Term** correction);
+
   // Rounding (rounding.cpp, packing.cpp) ----------------------------------------------------------
   //
   // Slots passed as `const Term**` are read and replaced. `sign`, `is_nan` and `is_inf` have 1 bit;
@@ -174,14 +203,6 @@ class VORN_EXPORT FpBvEncoder {
                                       const Term* mant, std::uint64_t max_shift);
   /// Widens `exp` so that the stages below cannot overflow it, and `mant` to at least its width.
   void enc_widen(format fmt, const Term** exp, const Term** mant);
-  /// Brings the leading one of `mant` to its top and lowers `exp` to match; widths stay.
-  void enc_normalization_shift(format fmt, const Term** exp, const Term** mant,
-                               std::uint64_t max_shift);
-  void enc_normalization_shift_const(format fmt, const Term** exp, const Term** mant,
-                                     std::uint64_t max_shift);
-  void enc_normalization_shift_linear(format fmt, const Term** exp, const Term** mant,
-                                      std::uint64_t max_shift);
-  virtual void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant);
   /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
   /// exponent to -bias. The bits shifted out are lost.
   virtual void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
@@ -198,20 +219,6 @@ class VORN_EXPORT FpBvEncoder {
   virtual const Term* enc_pack_and_bias(format fmt, const Term* is_nan, const Term* is_inf,
                                         const Term* sign, const Term* exp, const Term* mant,
                                         const Term* correction);
-
-  /// What one rounding mode does: whether to increment the kept bits, and the correction bit.
-  struct RoundingChoice {
-    const Term* increment;
-    const Term* correction;
-  };
-  /// The choice of a constant mode, from the first bit below the kept ones, the last kept bit and
-  /// whether anything else is below.
-  RoundingChoice enc_rounding_choice(const Term* mode, const Term* sign, const Term* round,
-                                     const Term* least, const Term* sticky);
-  /// The choice of `rm`, constant or not.
-  virtual void enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                   const Term* least, const Term* sticky, const Term** increment,
-                                   const Term** correction);
 
   // Arithmetic and conversion ---------------------------------------------------------------------
 
