@@ -176,31 +176,42 @@ class VORN_EXPORT FpBvEncoder {
 
   // Rounding modes (rounding_choice.cpp) ----------------------------------------------------------
 
-  /// What one rounding mode does: whether to increment the kept bits, and the correction bit.
+  /// What a rounding mode does, one bit each: whether to increment the kept bits, and the
+  /// correction bit, 1 where an overflow gives the largest finite magnitude.
   struct RoundingChoice {
     const Term* increment;
     const Term* correction;
   };
-  /// The choice of a constant mode, from the first bit below the kept ones, the last kept bit and
-  /// whether anything else is below.
+  /// The choice of a constant mode, from the sign, the first bit below the kept ones, the last kept
+  /// bit and whether anything else is below; one bit each.
   RoundingChoice enc_rounding_choice(const Term* mode, const Term* sign, const Term* round,
                                      const Term* least, const Term* sticky);
   /// The choice of `rm`, constant or not.
-  virtual void enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                   const Term* least, const Term* sticky, const Term** increment,
-                                   const Term** correction);
+  virtual RoundingChoice enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                             const Term* least, const Term* sticky);
 
   // Rounding (rounding.cpp, packing.cpp) ----------------------------------------------------------
-  //
-  // Slots passed as `const Term**` are read and replaced. `sign`, `is_nan` and `is_inf` have 1 bit;
-  // `exp` is signed and `mant` has W bits, the top one of weight 2^exp.
 
-  /// The packed value of format `fmt` nearest to the exact result in mode `rm`. `exp` and `mant`
-  /// may have any width. `max_shift` bounds the leading zeros that normalisation looks for; 0 means
-  /// no bound.
-  virtual const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
-                                      const Term* is_inf, const Term* sign, const Term* exp,
-                                      const Term* mant, std::uint64_t max_shift);
+  /// A value on its way to rounding, and what is known of it that may save gates.
+  struct Unrounded {
+    const Term* nan;  // flags and sign of 1 bit
+    const Term* inf;
+    const Term* sign;
+    const Term* exp;             // signed, any width
+    const Term* mant;            // any width, its top bit of weight 2^exp
+    bool may_underflow = true;   // whether exp may lie below that of the smallest normal number
+    std::size_t lead_limit = 0;  // bound on the leading zeros of mant; 0: none
+  };
+  /// The packed value of format `fmt` nearest to `value` in mode `rm`.
+  virtual const Term* enc_round(const Term* rm, format fmt, const Unrounded& value);
+
+  // What follows are the base's stages of enc_round. Slots passed as `const Term**` are read and
+  // replaced; `sign`, `is_nan` and `is_inf` have 1 bit, `exp` and `mant` are as in Unrounded.
+
+  /// All stages; `max_shift` as in normalisation.
+  const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan, const Term* is_inf,
+                              const Term* sign, const Term* exp, const Term* mant,
+                              std::uint64_t max_shift);
   /// Widens `exp` so that the stages below cannot overflow it, and `mant` to at least its width.
   void enc_widen(format fmt, const Term** exp, const Term** mant);
   /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
@@ -255,9 +266,6 @@ class VORN_EXPORT FpBvEncoder {
   /// lowest bit is the sticky bit of what was lost.
   virtual const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
                                     const Term** sticky);
-  /// Rounds a sum, whose exponent is never below that of the smallest normal number.
-  virtual const Term* enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
-                                    const Term* sign, const Term* exp, const Term* mant);
   /// The magnitude of the sum in m + 6 bits, and the sign of the difference.
   const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign);
   /// The final result, once the sign of an exact zero is chosen.
@@ -275,9 +283,8 @@ class VORN_EXPORT FpBvEncoder {
                                    const Term** exp);
   /// Rounds an unpacked value of format `from` into the format `to`, or packs it where nothing
   /// needs rounding.
-  virtual const Term* enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                                      const Term* inf, const Term* sign, const Term* exp,
-                                      const Term* mant);
+  virtual const Term* enc_cast_finish(const Term* rm, format from, format to,
+                                      const Unrounded& value);
 
   // Debugging -------------------------------------------------------------------------------------
 

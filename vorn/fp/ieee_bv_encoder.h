@@ -45,23 +45,17 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
                                  const std::vector<const Term*>& values) override;
 
-  const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan, const Term* is_inf,
-                              const Term* sign, const Term* exp, const Term* mant,
-                              std::uint64_t max_shift) override;
-  const Term* enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
-                            const Term* sign, const Term* exp, const Term* mant) override;
+  const Term* enc_round(const Term* rm, format fmt, const Unrounded& value) override;
   void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant) override;
-  void enc_select_rounding(const Term* rm, const Term* sign, const Term* round, const Term* least,
-                           const Term* sticky, const Term** increment,
-                           const Term** correction) override;
+  RoundingChoice enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                     const Term* least, const Term* sticky) override;
   const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
                             const Term** sticky) override;
   const Term* enc_add_zero_result(const Term* rm, format fmt, const Term* x, const Term* y,
                                   const Term* rounded) override;
   std::size_t enc_div_extension(format fmt) const override;
-  const Term* enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                              const Term* inf, const Term* sign, const Term* exp,
-                              const Term* mant) override;
+  const Term* enc_cast_finish(const Term* rm, format from, format to,
+                              const Unrounded& value) override;
 
  private:
   // Operations beyond the base, one for each further row of the dispatch table
@@ -134,23 +128,12 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// a modulo b, for a at least as wide as b; b's width.
   const Term* enc_reduce(const Term* a, const Term* b);
 
-  /// A value on its way through rounding.
-  struct Unrounded {
-    const Term* nan;  // flags and sign of 1 bit
-    const Term* inf;
-    const Term* sign;
-    const Term* exp;         // signed, any width
-    const Term* mant;        // any width, its top bit of weight 2^exp
-    bool may_underflow;      // whether exp may lie below that of the smallest normal number
-    std::size_t lead_limit;  // bound on the leading zeros of mant; 0: none
-  };
   /// A significand whose leading one is at the top, or as near to it as the exponent range allows,
   /// and the exponent field that belongs to it if its top bit is set (signed, E bits).
   struct Scaled {
     const Term* mant;
     const Term* field;
   };
-  const Term* enc_round_exact(const Term* rm, format fmt, const Unrounded& value);
   Scaled enc_scale(format fmt, const Unrounded& value);
   const Term* enc_assemble(format fmt, const Unrounded& value, const Term* overflow,
                            const Term* saturates, const Term* body);

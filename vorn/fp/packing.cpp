@@ -33,11 +33,11 @@ void FpBvEncoder::enc_round_mantissa(const Term* rm, format fmt, const Term* sig
   debug_track_term(chop, "round_mant_after_chop");
   debug_track_term(least, "round_rounding_least");
 
-  const Term* increment = nullptr;
-  enc_select_rounding(rm, sign, round, least, sticky, &increment, correction);
+  const RoundingChoice choice = enc_select_rounding(rm, sign, round, least, sticky);
+  *correction = choice.correction;
   const Term* wide_chop = mgr.make_bv_zero_extend(1, chop);
-  const Term* sum = mgr.make_bv_add(wide_chop, mgr.make_bv_zero_extend(K, increment));
-  debug_track_term(increment, "round_increment");
+  const Term* sum = mgr.make_bv_add(wide_chop, mgr.make_bv_zero_extend(K, choice.increment));
+  debug_track_term(choice.increment, "round_increment");
   debug_track_term(*correction, "out_correction_bit");
 
   const Term* overflow = mgr.make_bv_extract(K, K, sum);  // the significand reached 2.0

@@ -20,6 +20,13 @@ std::size_t bit_length(std::size_t n) {
 
 }  // namespace
 
+const Term* FpBvEncoder::enc_round(const Term* rm, format fmt, const Unrounded& value) {
+  // With n leading zeros at most, there are n + 1 places for the leading one.
+  const std::uint64_t max_shift = value.lead_limit == 0 ? 0 : value.lead_limit + 1;
+  return enc_do_rounding(rm, fmt, value.nan, value.inf, value.sign, value.exp, value.mant,
+                         max_shift);
+}
+
 const Term* FpBvEncoder::enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
                                          const Term* is_inf, const Term* sign, const Term* exp,
                                          const Term* mant, std::uint64_t max_shift) {

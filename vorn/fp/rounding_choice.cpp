@@ -19,16 +19,11 @@ FpBvEncoder::RoundingChoice FpBvEncoder::enc_rounding_choice(const Term* mode, c
   return {mgr.make_bv_and(sign, inexact), mgr.make_bv_not(sign)};
 }
 
-void FpBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                      const Term* least, const Term* sticky, const Term** increment,
-                                      const Term** correction) {
-  for (const Term* mode : {rm_even_bv, rm_zero_bv, rm_plus_inf_bv, rm_minus_inf_bv}) {
-    if (rm != mode) continue;
-    const RoundingChoice choice = enc_rounding_choice(mode, sign, round, least, sticky);
-    *increment = choice.increment;
-    *correction = choice.correction;
-    return;
-  }
+FpBvEncoder::RoundingChoice FpBvEncoder::enc_select_rounding(const Term* rm, const Term* sign,
+                                                             const Term* round, const Term* least,
+                                                             const Term* sticky) {
+  for (const Term* mode : {rm_even_bv, rm_zero_bv, rm_plus_inf_bv, rm_minus_inf_bv})
+    if (rm == mode) return enc_rounding_choice(mode, sign, round, least, sticky);
   const RoundingChoice even = enc_rounding_choice(rm_even_bv, sign, round, least, sticky);
   const RoundingChoice zero = enc_rounding_choice(rm_zero_bv, sign, round, least, sticky);
   const RoundingChoice plus = enc_rounding_choice(rm_plus_inf_bv, sign, round, least, sticky);
@@ -39,10 +34,10 @@ void FpBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Te
 
   const Term* inc = enc_make_term_ite(is_plus, plus.increment, minus.increment);
   inc = enc_make_term_ite(is_zero, zero.increment, inc);
-  *increment = enc_make_term_ite(is_even, even.increment, inc);
+  inc = enc_make_term_ite(is_even, even.increment, inc);
   const Term* cor = enc_make_term_ite(is_plus, plus.correction, minus.correction);
   cor = enc_make_term_ite(is_zero, zero.correction, cor);
-  *correction = enc_make_term_ite(is_even, even.correction, cor);
+  return {inc, enc_make_term_ite(is_even, even.correction, cor)};
 }
 
 }  // namespace vorn::fp

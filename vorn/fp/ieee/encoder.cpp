@@ -161,12 +161,6 @@ const Term* IeeeBvEncoder::enc_add_align(format /*fmt*/, const Term* small, cons
   return aligned;
 }
 
-const Term* IeeeBvEncoder::enc_round_sum(const Term* rm, format fmt, const Term* nan,
-                                         const Term* inf, const Term* sign, const Term* exp,
-                                         const Term* mant) {
-  return enc_round_exact(rm, fmt, {nan, inf, sign, exp, mant, false, 0});
-}
-
 /// A sum is zero only if it is exact. Of zeros of one sign it keeps that sign, which is the sign it
 /// was rounded with; otherwise the rounding mode decides (IEEE 754-2019, clause 6.3).
 const Term* IeeeBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const Term* x,
@@ -196,17 +190,15 @@ std::size_t IeeeBvEncoder::enc_div_extension(format fmt) const {
   return needed - fmt.e;
 }
 
-const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                                           const Term* inf, const Term* sign, const Term* exp,
-                                           const Term* mant) {
+const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format to,
+                                           const Unrounded& value) {
   TermManager& mgr = *dst_mgr;
-  const Unrounded value{nan, inf, sign, exp, mant, to.e < from.e, 0};
-  if (to.e != from.e || to.m < from.m) return enc_round_exact(rm, to, value);
+  if (to.e != from.e || to.m < from.m) return enc_round(rm, to, value);
   // One exponent range: every value keeps its field, and its fraction gets zeros below.
-  const Term* biased = mgr.make_bv_add(exp, mgr.make_bv_number(to.bias(), to.e));
-  const Term* hidden = mgr.make_bv_extract(from.m, from.m, mant);
+  const Term* biased = mgr.make_bv_add(value.exp, mgr.make_bv_number(to.bias(), to.e));
+  const Term* hidden = mgr.make_bv_extract(from.m, from.m, value.mant);
   const Term* field = mgr.make_bv_and(enc_mask(hidden, to.e), biased);
-  const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, mant);
+  const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, value.mant);
   if (to.m > from.m) fraction = mgr.make_bv_concat(fraction, bv(0, to.m - from.m));
   debug_track_term(field, "cast_field");
   debug_track_term(fraction, "cast_fraction");
