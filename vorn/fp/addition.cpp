@@ -68,7 +68,7 @@ const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
   debug_track_term(add_sub_sign, "add_add_sub_sign");
 
   Unrounded value{nan, inf, sign, res_exp, mant_res};
-  value.may_underflow = false;
+  value.may_underflow = false;  // the exponent is that of an operand and two more
   const Term* rounded = enc_round(rm, fmt, value);
   const Term* result = enc_add_zero_result(rm, fmt, x, y, rounded);
   debug_track_term(rm, "add_sub_arg0");

@@ -27,7 +27,7 @@ const Term* FpBvEncoder::encode_div(const Term* t) {
   const Term* not_nan = mgr.make_bv_not(nan);
   const Term* inf = mgr.make_bv_and(not_nan, mgr.make_bv_or(by_zero, x.inf));
   Unrounded value{nan, inf, sign, exp, mant};
-  value.lead_limit = 1;
+  value.lead_limit = 1;  // the quotient has m + 4 significant bits of m + 5, or all of them
   const Term* rounded = enc_round(rm, fmt, value);
 
   const Term* finite_by_inf = mgr.make_bv_and(mgr.make_bv_not(inf), y.inf);

@@ -61,6 +61,10 @@ const Term* FpBvEncoder::seed_rounding_mode(int code, std::size_t width, const T
   return number;
 }
 
+void FpBvEncoder::set_method(SymbolTag::tag kind, EncodeMethod method) {
+  dispatch.insert({kind, method})->value.second = method;
+}
+
 void FpBvEncoder::set_logger(Logger* l) {
   if (logger != nullptr && own_logger) delete logger;
   logger = l;
@@ -85,16 +89,14 @@ void FpBvEncoder::debug_track_term(const Term* t, const char* name) {
   if (!debug || t == nullptr) return;
   const DataType* type = t->get_symbol()->get_output_type();
   const Term* c = dst_mgr->make_constant(dst_mgr->make_unique_symbol(name, type));
-  side_constraints.push_back(type == dst_mgr->get_bool_type() ? dst_mgr->make_iff(t, c)
-                                                              : dst_mgr->make_equal(t, c));
+  const bool is_bool = type == dst_mgr->get_bool_type();
+  add_side_constraint(is_bool ? dst_mgr->make_iff(t, c) : dst_mgr->make_equal(t, c));
 }
 
-void FpBvEncoder::debug_track_pair(const char* prefix, const char* part, const Term* x,
-                                   const Term* y) {
+void FpBvEncoder::debug_track_part(const char* prefix, const char* part, std::size_t number,
+                                   const Term* t) {
   if (!debug) return;
-  const std::string label = std::string(prefix) + part;
-  debug_track_term(x, (label + "1").c_str());
-  debug_track_term(y, (label + "2").c_str());
+  debug_track_term(t, (std::string(prefix) + part + std::to_string(number)).c_str());
 }
 
 }  // namespace vorn::fp

@@ -94,43 +94,61 @@ class VORN_EXPORT FpBvEncoder {
   using format = IEEEFloat::format;
   using EncodeMethod = const Term* (FpBvEncoder::*)(const Term*);
 
+  // What is virtual from here on is a stage that IeeeBvEncoder replaces.
+
   // The object (encoder.cpp) ----------------------------------------------------------------------
 
   /// As in public, with rounding modes as codes of `mode_width` bits, at least 2.
   FpBvEncoder(TermManager* src, TermManager* dst, std::size_t mode_width);
   /// Makes the number `code` of `width` bits the encoding of the rounding mode `mode`.
   const Term* seed_rounding_mode(int code, std::size_t width, const Term* mode);
+  /// Makes `method` encode the terms of this kind, in place of any other.
+  void set_method(SymbolTag::tag kind, EncodeMethod method);
+  /// Adds a Boolean term of the target to the constraints of this call.
+  void add_side_constraint(const Term* c) { side_constraints.push_back(c); }
 
   // Leaves (leaves.cpp) -------------------------------------------------------------------------
 
-  /// A rounding mode: its 2-bit code, or a fresh 2-bit constant for a variable. Throws
-  /// std::invalid_argument for roundNearestTiesToAway, which has no code.
+  /// A constant named ".", prefix, and the counter, which moves on.
+  const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
+  /// The constant that stands for the variable `t`, named in the same way: a fresh one.
+  virtual const Term* make_leaf(const Term* t, const char* prefix, std::int32_t* counter,
+                                const DataType* type);
+  /// A rounding mode: its code, or a constant as wide for a variable. Throws std::invalid_argument
+  /// for roundNearestTiesToAway, which has no code of 2 bits.
   virtual const Term* encode_rounding(const Term* t);
-  /// A floating-point variable: a fresh constant, constrained to be a non-NaN value or the
-  /// canonical NaN.
-  virtual const Term* encode_constant(const Term* t);
+  /// A floating-point variable: a constant, constrained to be no NaN but the canonical one.
+  const Term* encode_constant(const Term* t);
   /// A bit-vector term: a fresh constant of its width; the term is listed for the owner.
-  virtual const Term* encode_bv_constant(const Term* t);
+  const Term* encode_bv_constant(const Term* t);
   /// A floating-point literal: its bits.
-  virtual const Term* encode_number(const Term* t);
+  const Term* encode_number(const Term* t);
 
   // Operations, one for each row of the dispatch table -------------------------------------------
 
-  virtual const Term* encode_equality(const Term* t);
-  virtual const Term* encode_fp_equal(const Term* t);
-  virtual const Term* encode_lt(const Term* t);
-  virtual const Term* encode_le(const Term* t);
-  virtual const Term* encode_neg(const Term* t);
-  virtual const Term* encode_add(const Term* t);
-  virtual const Term* encode_sub(const Term* t);
-  virtual const Term* encode_mul(const Term* t);
-  virtual const Term* encode_div(const Term* t);
-  virtual const Term* encode_cast(const Term* t);
-  virtual const Term* encode_from_sbv(const Term* t);
-  virtual const Term* encode_from_ubv(const Term* t);
-  virtual const Term* encode_isnan(const Term* t);
-  virtual const Term* encode_isinf(const Term* t);
-  virtual const Term* encode_iszero(const Term* t);
+  const Term* encode_equality(const Term* t);
+  const Term* encode_fp_equal(const Term* t);
+  const Term* encode_lt(const Term* t);
+  const Term* encode_le(const Term* t);
+  const Term* encode_neg(const Term* t);
+  const Term* encode_add(const Term* t);
+  const Term* encode_sub(const Term* t);
+  const Term* encode_mul(const Term* t);
+  const Term* encode_div(const Term* t);
+  const Term* encode_cast(const Term* t);
+  const Term* encode_from_sbv(const Term* t);
+  const Term* encode_from_ubv(const Term* t);
+  const Term* encode_isnan(const Term* t);
+  const Term* encode_isinf(const Term* t);
+  const Term* encode_iszero(const Term* t);
+
+  // Terms of the target (view.cpp) ----------------------------------------------------------------
+
+  /// A number of `width` bits, from its value, or of either sign in two's complement.
+  const Term* bv(std::uint64_t value, std::size_t width);
+  const Term* bv_signed(const QNumber& value, std::size_t width);
+  /// Bits of a bit-vector term.
+  std::size_t width_of(const Term* t) const;
 
   // Fields and classes of a packed value t of width 1 + e + m (view.cpp) --------------------------
 
@@ -153,9 +171,9 @@ class VORN_EXPORT FpBvEncoder {
   /// itself where the manager simplifies it away.
   virtual const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b);
   /// A fresh constant that is values[i] where conds[i] holds. The conditions must exclude each
-  /// other and cover every case.
-  virtual const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
-                                         const std::vector<const Term*>& values);
+  /// other and cover every case. Called by the base's circuits only.
+  const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
+                                 const std::vector<const Term*>& values);
 
   // Comparison (comparison.cpp) -------------------------------------------------------------------
 
@@ -216,20 +234,20 @@ class VORN_EXPORT FpBvEncoder {
   void enc_widen(format fmt, const Term** exp, const Term** mant);
   /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
   /// exponent to -bias. The bits shifted out are lost.
-  virtual void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
+  void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
   /// Replaces `mant` by its rounded m + 1 bits, raises `exp` if that carried to 2.0, and, where
   /// there were bits to round, sets `correction`.
-  virtual void enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
-                                  const Term** mant, const Term** correction);
+  void enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
+                          const Term** mant, const Term** correction);
   /// Turns an exponent that is too large into infinity or, where `correction` asks for it, keeps
   /// the request to saturate; narrows `exp` to e bits.
-  virtual void enc_round_exponent(format fmt, const Term* is_nan, const Term* mant,
-                                  const Term** exp, const Term** is_inf, const Term** correction);
+  void enc_round_exponent(format fmt, const Term* is_nan, const Term* mant, const Term** exp,
+                          const Term** is_inf, const Term** correction);
   /// The packed value of an e-bit unbiased exponent and an (m + 1)-bit significand, m >= 2;
   /// `correction` may be null.
-  virtual const Term* enc_pack_and_bias(format fmt, const Term* is_nan, const Term* is_inf,
-                                        const Term* sign, const Term* exp, const Term* mant,
-                                        const Term* correction);
+  const Term* enc_pack_and_bias(format fmt, const Term* is_nan, const Term* is_inf,
+                                const Term* sign, const Term* exp, const Term* mant,
+                                const Term* correction);
 
   // Arithmetic and conversion ---------------------------------------------------------------------
 
@@ -290,45 +308,45 @@ class VORN_EXPORT FpBvEncoder {
 
   /// In debug mode, ties a non-null `t` to a fresh constant called `name`.
   void debug_track_term(const Term* t, const char* name);
-  /// The same for a part of both operands: "<prefix><part>1" and "<prefix><part>2".
-  void debug_track_pair(const char* prefix, const char* part, const Term* x, const Term* y);
+  /// The same for a part of an operand, called "<prefix><part><number>".
+  void debug_track_part(const char* prefix, const char* part, std::size_t number, const Term* t);
+  /// In debug mode, tracks what the comparison `t` reads, before it is built: nothing.
+  virtual void debug_track_comparison(const Term* t);
 
   /// The cached encoding of argument i of t.
   const Term* encoded_arg(const Term* t, std::size_t i) const { return get_cached(t->get_arg(i)); }
 
  private:
-  friend class IeeeBvEncoder;  // replaces stages and shares all other members
-
   using DispatchRow = std::pair<SymbolTag::tag, EncodeMethod>;
   using DispatchTable = hsh::Hashtable<DispatchRow, hsh::GetKey_pair<DispatchRow>, SymbolTag::tag>;
   static_assert(sizeof(DispatchTable::Node) == 32, "link, tag and a two-word method pointer");
 
-  const Term* bv(std::uint64_t value, std::size_t width);
-  const Term* bv_signed(const QNumber& value, std::size_t width);
-  std::size_t width_of(const Term* t) const;
   void enc_test_fields(const Term* t, format fmt, const Term** at_max, const Term** no_fraction);
-  const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
   void constrain_nan(const Term* k, format fmt);
-  /// ite(c[0], v[0], ite(c[1], v[1], ... v[n-1])).
-  const Term* enc_ite_chain(const std::vector<const Term*>& conds,
-                            const std::vector<const Term*>& values);
   const Term* find_ite_constant(const Term* ite) const;
   const Term* make_ite_constant(const Term* ite);
   bool push_missing_args(const Term* t);
   const Term* encode(const Term* t);
 
-  TermManager* src_mgr;             // manager of the input, borrowed
-  TermManager* dst_mgr;             // manager of the encodings, borrowed
+  // Protected are the members that circuits of derived encoders read. The order is fixed.
+ protected:
+  TermManager* src_mgr;  // manager of the input, borrowed
+  TermManager* dst_mgr;  // manager of the encodings, borrowed
+
+ private:
   Logger* logger;                   // diagnostic output
   bool own_logger;                  // whether `logger` is the encoder's to delete
   bool debug;                       // whether debug_track_term does anything
   const TerminationTest* termtest;  // kept for the owner, borrowed
+  DispatchTable dispatch;           // kind of a symbol to the method that encodes it
 
-  DispatchTable dispatch;                     // kind of a symbol to the method that encodes it
-  const Term* rm_even_bv;                     // codes of the rounding modes, all of one width: 0
-  const Term* rm_zero_bv;                     // 1
-  const Term* rm_plus_inf_bv;                 // 2
-  const Term* rm_minus_inf_bv;                // 3
+ protected:
+  const Term* rm_even_bv;       // codes of the rounding modes, all of one width: 0
+  const Term* rm_zero_bv;       // 1
+  const Term* rm_plus_inf_bv;   // 2
+  const Term* rm_minus_inf_bv;  // 3
+
+ private:
   TermMap cache;                              // term to encoding, kept from call to call
   std::vector<const Term*> side_constraints;  // of the current call
   TermMap ite_cache;                    // if-then-else to its fresh constant, of the current call
@@ -336,10 +354,14 @@ class VORN_EXPORT FpBvEncoder {
   std::vector<const Term*> trail;       // terms in the order in which they entered the cache
   std::ostringstream name_buf;          // where fresh names are put together
 
-  std::int32_t rounding_counter;          // next number of a ".fp.r" name
-  std::int32_t const_counter;             // of a ".fp.f" or ".fp.bv" name: they share it
-  std::int32_t ite_counter;               // of a ".fp.i" name
-  std::int32_t spare_counter;             // of a name that only a derived encoder makes
+  std::int32_t rounding_counter;  // next number of a ".fp.r" name
+  std::int32_t const_counter;     // of a ".fp.f" or ".fp.bv" name: they share it
+  std::int32_t ite_counter;       // of a ".fp.i" name
+
+ protected:
+  std::int32_t spare_counter;  // of a name that only a derived encoder makes
+
+ private:
   std::vector<const Term*> new_bv_terms;  // for get_new_bv_terms
 };
 

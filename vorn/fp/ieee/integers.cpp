@@ -101,7 +101,7 @@ const Term* IeeeBvEncoder::enc_to_integer(const Term* t, bool is_signed) {
   outside = mgr.make_bv_or(outside, beyond);
   debug_track_term(bits, "to_int_bits");
   debug_track_term(outside, "to_int_outside");
-  const Term* open = get_leaf(t, "fp.u", &spare_counter, mgr.get_bv_type(w));
+  const Term* open = make_leaf(t, "fp.u", &spare_counter, mgr.get_bv_type(w));
   const Term* result = enc_make_term_ite(mgr.make_equal(outside, bv(1, 1)), open, bits);
   debug_track_term(result, "to_int_result");
   return result;
