@@ -24,7 +24,9 @@ using Terms = std::vector<const Term*>;
 /// NaN test's circuit: side constraints of building blocks come out of a call only.
 class OpenEncoder : public FpBvEncoder {
  public:
-  using FpBvEncoder::FpBvEncoder;
+  OpenEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst) {
+    set_method(SymbolTag::fp_isnan, static_cast<EncodeMethod>(&OpenEncoder::run_isnan));
+  }
 
   using FpBvEncoder::debug_track_term;
   using FpBvEncoder::enc_add_sub_both_zero;
@@ -46,14 +48,27 @@ class OpenEncoder : public FpBvEncoder {
   using FpBvEncoder::enc_round_exponent;
   using FpBvEncoder::enc_round_mantissa;
   using FpBvEncoder::enc_widen;
+  using FpBvEncoder::encode_add;
+  using FpBvEncoder::encode_cast;
+  using FpBvEncoder::encode_div;
+  using FpBvEncoder::encode_equality;
+  using FpBvEncoder::encode_fp_equal;
+  using FpBvEncoder::encode_from_sbv;
+  using FpBvEncoder::encode_from_ubv;
+  using FpBvEncoder::encode_isinf;
+  using FpBvEncoder::encode_isnan;
+  using FpBvEncoder::encode_iszero;
+  using FpBvEncoder::encode_le;
+  using FpBvEncoder::encode_lt;
+  using FpBvEncoder::encode_mul;
+  using FpBvEncoder::encode_neg;
   using FpBvEncoder::encode_number;
+  using FpBvEncoder::encode_sub;
 
   std::function<const Term*(const Term*)> on_isnan;
 
- protected:
-  const Term* encode_isnan(const Term* t) override {
-    return on_isnan ? on_isnan(t) : FpBvEncoder::encode_isnan(t);
-  }
+ private:
+  const Term* run_isnan(const Term* t) { return on_isnan ? on_isnan(t) : encode_isnan(t); }
 };
 
 /// Whether source and target manager are the same object.

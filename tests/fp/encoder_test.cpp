@@ -1,6 +1,7 @@
 // The encoder object: what it starts with, what it is told, and which method encodes which kind.
 #include <memory>
-#include <string>
+#include <stdexcept>
+#include <utility>
 
 #include "tests/fp/encoder_fixture.h"
 
@@ -132,52 +133,8 @@ TEST_P(EncoderObjectTest, SkipsAMissingTermAndKeepsTheOtherConstraints) {
 
 // Dispatch ----------------------------------------------------------------------------------------
 
-/// Notes which methods are called, in order, and builds nothing.
-class RecordingEncoder : public FpBvEncoder {
- public:
-  RecordingEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst), target(*dst) {}
-
-  std::string calls;
-
- protected:
-  const Term* encode_rounding(const Term*) override { return note("rounding"); }
-  const Term* encode_constant(const Term*) override { return note("constant"); }
-  const Term* encode_bv_constant(const Term*) override { return note("bv_constant"); }
-  const Term* encode_number(const Term*) override { return note("number"); }
-  const Term* encode_equality(const Term*) override { return note("equality"); }
-  const Term* encode_fp_equal(const Term*) override { return note("fp_equal"); }
-  const Term* encode_lt(const Term*) override { return note("lt"); }
-  const Term* encode_le(const Term*) override { return note("le"); }
-  const Term* encode_neg(const Term*) override { return note("neg"); }
-  const Term* encode_add(const Term*) override { return note("add"); }
-  const Term* encode_sub(const Term*) override { return note("sub"); }
-  const Term* encode_mul(const Term*) override { return note("mul"); }
-  const Term* encode_div(const Term*) override { return note("div"); }
-  const Term* encode_cast(const Term*) override { return note("cast"); }
-  const Term* encode_from_sbv(const Term*) override { return note("from_sbv"); }
-  const Term* encode_from_ubv(const Term*) override { return note("from_ubv"); }
-  const Term* encode_isnan(const Term*) override { return note("isnan"); }
-  const Term* encode_isinf(const Term*) override { return note("isinf"); }
-  const Term* encode_iszero(const Term*) override { return note("iszero"); }
-
- private:
-  const Term* note(const std::string& method) {
-    calls += (calls.empty() ? "" : " ") + method;
-    return target.make_true();
-  }
-
-  TermManager& target;
-};
-
 class DispatchTest : public EncoderTest {
  protected:
-  /// The methods called for `t` by an encoder that has seen nothing yet, in order.
-  std::string calls_for(const Term* t) {
-    RecordingEncoder recorder(&src, &dst);
-    recorder.get_bv_encoding(t, &side);
-    return recorder.calls;
-  }
-
   const Term* x = variable("x", {8, 23});
   const Term* y = number(0, {8, 23});
   const Term* rm = src.make_fprounding_even();
@@ -185,43 +142,100 @@ class DispatchTest : public EncoderTest {
 INSTANTIATE_TEST_SUITE_P(, DispatchTest, one_and_two_managers(),
                          ::testing::PrintToStringParamName());
 
-TEST_P(DispatchTest, HonoursVirtualMethodsInEveryRow) {
-  EXPECT_EQ(calls_for(src.make_equal(x, y)), "number constant equality");
-  EXPECT_EQ(calls_for(src.make_fp_equal(x, y)), "number constant fp_equal");
-  EXPECT_EQ(calls_for(src.make_fp_lt(x, y)), "number constant lt");
-  EXPECT_EQ(calls_for(src.make_fp_le(x, y)), "number constant le");
-  EXPECT_EQ(calls_for(src.make_fp_neg(x)), "constant neg");
-  EXPECT_EQ(calls_for(src.make_fp_add(rm, x, y)), "number constant add");
-  EXPECT_EQ(calls_for(src.make_fp_sub(rm, x, y)), "number constant sub");
-  EXPECT_EQ(calls_for(src.make_fp_mul(rm, x, y)), "number constant mul");
-  EXPECT_EQ(calls_for(src.make_fp_div(rm, x, y)), "number constant div");
-  EXPECT_EQ(calls_for(src.make_fp_cast(5, 10, rm, x)), "constant cast");
-  EXPECT_EQ(calls_for(src.make_fp_isnan(x)), "constant isnan");
-  EXPECT_EQ(calls_for(src.make_fp_isinf(x)), "constant isinf");
-  EXPECT_EQ(calls_for(src.make_fp_iszero(x)), "constant iszero");
+TEST_P(DispatchTest, EncodesEachKindByTheMethodOfItsRow) {
+  using Open = OpenEncoder;
+  const Term* v = bv_variable("v", 16);
+  const std::pair<const Term*, const Term* (FpBvEncoder::*)(const Term*)> rows[] = {
+      {src.make_equal(x, y), &Open::encode_equality},
+      {src.make_fp_equal(x, y), &Open::encode_fp_equal},
+      {src.make_fp_lt(x, y), &Open::encode_lt},
+      {src.make_fp_le(x, y), &Open::encode_le},
+      {src.make_fp_neg(x), &Open::encode_neg},
+      {src.make_fp_add(rm, x, y), &Open::encode_add},
+      {src.make_fp_sub(rm, x, y), &Open::encode_sub},
+      {src.make_fp_mul(rm, x, y), &Open::encode_mul},
+      {src.make_fp_div(rm, x, y), &Open::encode_div},
+      {src.make_fp_cast(5, 10, rm, x), &Open::encode_cast},
+      {src.make_fp_from_sbv(8, 23, rm, v), &Open::encode_from_sbv},
+      {src.make_fp_from_ubv(8, 23, rm, v), &Open::encode_from_ubv},
+      {src.make_fp_isnan(x), &Open::encode_isnan},
+      {src.make_fp_isinf(x), &Open::encode_isinf},
+      {src.make_fp_iszero(x), &Open::encode_iszero},
+  };
+  for (const auto& [t, method] : rows) {
+    EXPECT_TRUE(encoder.supports(t->get_tag()));
+    const Term* encoding = encode(t);
+    // Terms are shared, so the method gives the very same one when it is called again.
+    EXPECT_EQ((encoder.*method)(t), encoding) << t->to_string();
+  }
+}
+
+/// Sets rows of its own. Its answers are virtual.
+class ExtendedEncoder : public FpBvEncoder {
+ public:
+  ExtendedEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst) {
+    set_method(SymbolTag::fp_isinf, static_cast<EncodeMethod>(&ExtendedEncoder::answer));
+    set_method(SymbolTag::fp_isnegative, static_cast<EncodeMethod>(&ExtendedEncoder::answer));
+  }
+
+ protected:
+  virtual const Term* answer(const Term* t) { return encoded_arg(t, 0); }
+};
+
+class AnsweringEncoder : public ExtendedEncoder {
+ public:
+  AnsweringEncoder(TermManager* src, TermManager* dst) : ExtendedEncoder(src, dst), target(*dst) {}
+
+ protected:
+  const Term* answer(const Term* /*t*/) override { return target.make_true(); }
+
+ private:
+  TermManager& target;
+};
+
+TEST_P(DispatchTest, EncodesByARowThatADerivedEncoderSets) {
+  ExtendedEncoder extended(&src, &dst);
+  EXPECT_EQ(extended.get_bv_encoding(src.make_fp_isinf(y), &side), bv(0, 32));
+  EXPECT_FALSE(encoder.supports(SymbolTag::fp_isnegative));
+  EXPECT_TRUE(extended.supports(SymbolTag::fp_isnegative));
+  EXPECT_EQ(extended.get_bv_encoding(src.make_fp_isnegative(y), &side), bv(0, 32));
+}
+
+TEST_P(DispatchTest, HonoursAVirtualMethodInARow) {
+  AnsweringEncoder answering(&src, &dst);
+  EXPECT_EQ(answering.get_bv_encoding(src.make_fp_isinf(y), &side), dst.make_true());
 }
 
 TEST_P(DispatchTest, EncodesTheIntegersOfConversionsAsBitVectorLeaves) {
   const Term* v = bv_variable("v", 16);
-  EXPECT_EQ(calls_for(src.make_fp_from_sbv(8, 23, rm, v)), "bv_constant from_sbv");
-  EXPECT_EQ(calls_for(src.make_fp_from_ubv(8, 23, rm, v)), "bv_constant from_ubv");
+  const Term* w = bv_variable("w", 16);
+  encode(src.make_fp_from_sbv(8, 23, rm, v));
+  encode(src.make_fp_from_ubv(8, 23, rm, w));
+  Terms waiting;
+  EXPECT_TRUE(encoder.get_new_bv_terms(waiting));
+  EXPECT_EQ(waiting, (Terms{v, w}));
 }
 
 TEST_P(DispatchTest, TriesTheLeavesInTheOrderOfTheirSorts) {
-  EXPECT_EQ(calls_for(rounding_variable("r")), "rounding");
-  EXPECT_EQ(calls_for(src.make_fprounding_away()), "rounding");
-  EXPECT_EQ(calls_for(bv_variable("v", 4)), "bv_constant");
-  EXPECT_EQ(calls_for(src.make_bv_number(3, 4)), "bv_constant");
-  EXPECT_EQ(calls_for(y), "number");
-  EXPECT_EQ(calls_for(x), "constant");
-  EXPECT_EQ(calls_for(bool_variable("b")), "constant");
+  EXPECT_EQ(name_of(encode(rounding_variable("r"))), ".fp.r1");
+  EXPECT_EQ(name_of(encode(bv_variable("v", 4))), ".fp.bv1");
+  EXPECT_EQ(name_of(encode(src.make_bv_number(3, 4))), ".fp.bv2");
+  EXPECT_EQ(encode(y), bv(0, 32));
+  EXPECT_EQ(name_of(encode(x)), ".fp.f3");
+}
+
+TEST_P(DispatchTest, RefusesTheModeThatHasNoCode) {
+  EXPECT_THROW(encode(src.make_fprounding_away()), std::invalid_argument);
 }
 
 TEST_P(DispatchTest, EncodesAKindWithoutARowAsALeafAfterItsArguments) {
   const Term* v = bv_variable("v", 4);
-  EXPECT_EQ(calls_for(src.make_bv_not(v)), "bv_constant bv_constant");
+  EXPECT_EQ(name_of(encode(src.make_bv_not(v))), ".fp.bv2");
+  EXPECT_EQ(name_of(encoder.get_cached(v)), ".fp.bv1");
+  // A Boolean is no leaf of the encoder, which finds no format for it.
   const Term* atom = src.make_fp_isnan(x);
-  EXPECT_EQ(calls_for(src.make_not(atom)), "constant isnan constant");
+  EXPECT_THROW(encode(src.make_not(atom)), std::invalid_argument);
+  EXPECT_NE(encoder.get_cached(atom), nullptr);
 }
 
 }  // namespace

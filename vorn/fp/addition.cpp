@@ -67,7 +67,9 @@ const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
   debug_track_term(nan, "add_nan");
   debug_track_term(add_sub_sign, "add_add_sub_sign");
 
-  const Term* rounded = enc_round_sum(rm, fmt, nan, inf, sign, res_exp, mant_res);
+  Unrounded value{nan, inf, sign, res_exp, mant_res};
+  value.may_underflow = false;  // the exponent is that of an operand and two more
+  const Term* rounded = enc_round(rm, fmt, value);
   const Term* result = enc_add_zero_result(rm, fmt, x, y, rounded);
   debug_track_term(rm, "add_sub_arg0");
   debug_track_term(x, "add_sub_arg1");
@@ -162,11 +164,6 @@ const Term* FpBvEncoder::enc_add_significands(format fmt, const Addends& in,
   const Term* mant_res = enc_make_term_ite(positive, addres, mgr.make_bv_neg(addres));
   debug_track_term(mant_res, "add_mant_res");
   return mant_res;
-}
-
-const Term* FpBvEncoder::enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
-                                       const Term* sign, const Term* exp, const Term* mant) {
-  return enc_do_rounding(rm, fmt, nan, inf, sign, exp, mant, 0);
 }
 
 const Term* FpBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const Term* /*x*/,

@@ -24,7 +24,10 @@ const Term* FpBvEncoder::encode_le(const Term* t) {
   return enc_fp_comparison(t, FpComp::less_or_equal);
 }
 
+void FpBvEncoder::debug_track_comparison(const Term* /*t*/) {}
+
 const Term* FpBvEncoder::enc_fp_comparison(const Term* t, FpComp kind) {
+  if (debug) debug_track_comparison(t);
   TermManager& mgr = *dst_mgr;
   const Symbol* symbol = t->get_symbol();
   format fmt{};

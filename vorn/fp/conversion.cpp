@@ -36,22 +36,21 @@ const Term* FpBvEncoder::encode_cast(const Term* t) {
   debug_track_term(inf, "cast_inf1");
   debug_track_term(nan, "cast_nan1");
 
-  const Term* result = enc_cast_finish(rm, from, to, nan, inf, sign, exp, mant);
+  const Unrounded value{nan, inf, sign, exp, mant, to.e < from.e};
+  const Term* result = enc_cast_finish(rm, from, to, value);
   debug_track_term(rm, "cast_arg0");
   debug_track_term(x, "cast_arg1");
   debug_track_term(result, "cast_result");
   return result;
 }
 
-const Term* FpBvEncoder::enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                                         const Term* inf, const Term* sign, const Term* exp,
-                                         const Term* mant) {
-  if (to.e < from.e || to.m < from.m) {
-    return enc_do_rounding(rm, to, nan, inf, sign, exp, mant, 0);
-  }
+const Term* FpBvEncoder::enc_cast_finish(const Term* rm, format from, format to,
+                                         const Unrounded& value) {
+  if (to.e < from.e || to.m < from.m) return enc_round(rm, to, value);
+  const Term* mant = value.mant;
   if (to.m > from.m) mant = dst_mgr->make_bv_concat(mant, bv(0, to.m - from.m));
-  exp = dst_mgr->make_bv_sign_extend(to.e - from.e, exp);
-  return enc_pack_and_bias(to, nan, inf, sign, exp, mant, nullptr);
+  const Term* exp = dst_mgr->make_bv_sign_extend(to.e - from.e, value.exp);
+  return enc_pack_and_bias(to, value.nan, value.inf, value.sign, exp, mant, nullptr);
 }
 
 const Term* FpBvEncoder::encode_from_sbv(const Term* t) {
@@ -67,7 +66,7 @@ const Term* FpBvEncoder::encode_from_sbv(const Term* t) {
   const Term* mag = enc_make_term_ite(positive, v, mgr.make_bv_neg(v));
   const Term* exp = bv(w - 1, exponent_width(w));
   const Term* z = bv(0, 1);
-  return enc_do_rounding(rm, fmt, z, z, sign, exp, mag, 0);
+  return enc_round(rm, fmt, {z, z, sign, exp, mag});
 }
 
 const Term* FpBvEncoder::encode_from_ubv(const Term* t) {
@@ -78,7 +77,7 @@ const Term* FpBvEncoder::encode_from_ubv(const Term* t) {
   const Term* v = encoded_arg(t, 1);
   const Term* exp = bv(w - 1, exponent_width(w));
   const Term* z = bv(0, 1);
-  return enc_do_rounding(rm, fmt, z, z, z, exp, v, 0);
+  return enc_round(rm, fmt, {z, z, z, exp, v});
 }
 
 }  // namespace vorn::fp

@@ -26,7 +26,9 @@ const Term* FpBvEncoder::encode_div(const Term* t) {
   const Term* by_zero = mgr.make_bv_and(mgr.make_bv_not(x.zero), y.zero);
   const Term* not_nan = mgr.make_bv_not(nan);
   const Term* inf = mgr.make_bv_and(not_nan, mgr.make_bv_or(by_zero, x.inf));
-  const Term* rounded = enc_do_rounding(rm, fmt, nan, inf, sign, exp, mant, 2);
+  Unrounded value{nan, inf, sign, exp, mant};
+  value.lead_limit = 1;  // the quotient has m + 4 significant bits of m + 5, or all of them
+  const Term* rounded = enc_round(rm, fmt, value);
 
   const Term* finite_by_inf = mgr.make_bv_and(mgr.make_bv_not(inf), y.inf);
   const Term* of_zero = mgr.make_bv_and(x.zero, mgr.make_bv_not(y.zero));

@@ -7,7 +7,9 @@
 
 namespace vorn::fp {
 
-FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
+FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst, 2) {}
+
+FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst, std::size_t mode_width)
     : src_mgr(src),
       dst_mgr(dst),
       logger(nullptr),
@@ -40,10 +42,10 @@ FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst)
   for (const DispatchRow& row : rows)
     dispatch.insert(row);
 
-  rm_even_bv = seed_rounding_mode(0, src_mgr->make_fprounding_even());
-  rm_zero_bv = seed_rounding_mode(1, src_mgr->make_fprounding_zero());
-  rm_plus_inf_bv = seed_rounding_mode(2, src_mgr->make_fprounding_plus_inf());
-  rm_minus_inf_bv = seed_rounding_mode(3, src_mgr->make_fprounding_minus_inf());
+  rm_even_bv = seed_rounding_mode(0, mode_width, src_mgr->make_fprounding_even());
+  rm_zero_bv = seed_rounding_mode(1, mode_width, src_mgr->make_fprounding_zero());
+  rm_plus_inf_bv = seed_rounding_mode(2, mode_width, src_mgr->make_fprounding_plus_inf());
+  rm_minus_inf_bv = seed_rounding_mode(3, mode_width, src_mgr->make_fprounding_minus_inf());
 
   rounding_counter = const_counter = ite_counter = spare_counter = 1;
   static_cast<void>(own.release());
@@ -53,10 +55,14 @@ FpBvEncoder::~FpBvEncoder() {
   if (logger != nullptr && own_logger) delete logger;
 }
 
-const Term* FpBvEncoder::seed_rounding_mode(int code, const Term* mode) {
-  const Term* number = dst_mgr->make_bv_number(code, 2);
+const Term* FpBvEncoder::seed_rounding_mode(int code, std::size_t width, const Term* mode) {
+  const Term* number = dst_mgr->make_bv_number(code, width);
   cache.insert({mode, number});
   return number;
+}
+
+void FpBvEncoder::set_method(SymbolTag::tag kind, EncodeMethod method) {
+  dispatch.insert({kind, method})->value.second = method;
 }
 
 void FpBvEncoder::set_logger(Logger* l) {
@@ -83,16 +89,14 @@ void FpBvEncoder::debug_track_term(const Term* t, const char* name) {
   if (!debug || t == nullptr) return;
   const DataType* type = t->get_symbol()->get_output_type();
   const Term* c = dst_mgr->make_constant(dst_mgr->make_unique_symbol(name, type));
-  side_constraints.push_back(type == dst_mgr->get_bool_type() ? dst_mgr->make_iff(t, c)
-                                                              : dst_mgr->make_equal(t, c));
+  const bool is_bool = type == dst_mgr->get_bool_type();
+  add_side_constraint(is_bool ? dst_mgr->make_iff(t, c) : dst_mgr->make_equal(t, c));
 }
 
-void FpBvEncoder::debug_track_pair(const char* prefix, const char* part, const Term* x,
-                                   const Term* y) {
+void FpBvEncoder::debug_track_part(const char* prefix, const char* part, std::size_t number,
+                                   const Term* t) {
   if (!debug) return;
-  const std::string label = std::string(prefix) + part;
-  debug_track_term(x, (label + "1").c_str());
-  debug_track_term(y, (label + "2").c_str());
+  debug_track_term(t, (std::string(prefix) + part + std::to_string(number)).c_str());
 }
 
 }  // namespace vorn::fp

@@ -94,36 +94,61 @@ class VORN_EXPORT FpBvEncoder {
   using format = IEEEFloat::format;
   using EncodeMethod = const Term* (FpBvEncoder::*)(const Term*);
 
+  // What is virtual from here on is a stage that IeeeBvEncoder replaces.
+
+  // The object (encoder.cpp) ----------------------------------------------------------------------
+
+  /// As in public, with rounding modes as codes of `mode_width` bits, at least 2.
+  FpBvEncoder(TermManager* src, TermManager* dst, std::size_t mode_width);
+  /// Makes the number `code` of `width` bits the encoding of the rounding mode `mode`.
+  const Term* seed_rounding_mode(int code, std::size_t width, const Term* mode);
+  /// Makes `method` encode the terms of this kind, in place of any other.
+  void set_method(SymbolTag::tag kind, EncodeMethod method);
+  /// Adds a Boolean term of the target to the constraints of this call.
+  void add_side_constraint(const Term* c) { side_constraints.push_back(c); }
+
   // Leaves (leaves.cpp) -------------------------------------------------------------------------
 
-  /// A rounding mode: its 2-bit code, or a fresh 2-bit constant for a variable. Throws
-  /// std::invalid_argument for roundNearestTiesToAway, which has no code.
+  /// A constant named ".", prefix, and the counter, which moves on.
+  const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
+  /// The constant that stands for the variable `t`, named in the same way: a fresh one.
+  virtual const Term* make_leaf(const Term* t, const char* prefix, std::int32_t* counter,
+                                const DataType* type);
+  /// A rounding mode: its code, or a constant as wide for a variable. Throws std::invalid_argument
+  /// for roundNearestTiesToAway, which has no code of 2 bits.
   virtual const Term* encode_rounding(const Term* t);
-  /// A floating-point variable: a fresh constant, constrained to be a non-NaN value or the
-  /// canonical NaN.
-  virtual const Term* encode_constant(const Term* t);
+  /// A floating-point variable: a constant, constrained to be no NaN but the canonical one.
+  const Term* encode_constant(const Term* t);
   /// A bit-vector term: a fresh constant of its width; the term is listed for the owner.
-  virtual const Term* encode_bv_constant(const Term* t);
+  const Term* encode_bv_constant(const Term* t);
   /// A floating-point literal: its bits.
-  virtual const Term* encode_number(const Term* t);
+  const Term* encode_number(const Term* t);
 
   // Operations, one for each row of the dispatch table -------------------------------------------
 
-  virtual const Term* encode_equality(const Term* t);
-  virtual const Term* encode_fp_equal(const Term* t);
-  virtual const Term* encode_lt(const Term* t);
-  virtual const Term* encode_le(const Term* t);
-  virtual const Term* encode_neg(const Term* t);
-  virtual const Term* encode_add(const Term* t);
-  virtual const Term* encode_sub(const Term* t);
-  virtual const Term* encode_mul(const Term* t);
-  virtual const Term* encode_div(const Term* t);
-  virtual const Term* encode_cast(const Term* t);
-  virtual const Term* encode_from_sbv(const Term* t);
-  virtual const Term* encode_from_ubv(const Term* t);
-  virtual const Term* encode_isnan(const Term* t);
-  virtual const Term* encode_isinf(const Term* t);
-  virtual const Term* encode_iszero(const Term* t);
+  const Term* encode_equality(const Term* t);
+  const Term* encode_fp_equal(const Term* t);
+  const Term* encode_lt(const Term* t);
+  const Term* encode_le(const Term* t);
+  const Term* encode_neg(const Term* t);
+  const Term* encode_add(const Term* t);
+  const Term* encode_sub(const Term* t);
+  const Term* encode_mul(const Term* t);
+  const Term* encode_div(const Term* t);
+  const Term* encode_cast(const Term* t);
+  const Term* encode_from_sbv(const Term* t);
+  const Term* encode_from_ubv(const Term* t);
+  const Term* encode_isnan(const Term* t);
+  const Term* encode_isinf(const Term* t);
+  const Term* encode_iszero(const Term* t);
+
+  // Terms of the target (view.cpp) ----------------------------------------------------------------
+
+  /// A number of `width` bits, from its value, or of either sign in two's complement.
+  const Term* bv(std::uint64_t value, std::size_t width);
+  const Term* bv_signed(const QNumber& value, std::size_t width);
+  /// Bits of a bit-vector term.
+  std::size_t width_of(const Term* t) const;
 
   // Fields and classes of a packed value t of width 1 + e + m (view.cpp) --------------------------
 
@@ -146,28 +171,19 @@ class VORN_EXPORT FpBvEncoder {
   /// itself where the manager simplifies it away.
   virtual const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b);
   /// A fresh constant that is values[i] where conds[i] holds. The conditions must exclude each
-  /// other and cover every case.
-  virtual const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
-                                         const std::vector<const Term*>& values);
+  /// other and cover every case. Called by the base's circuits only.
+  const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
+                                 const std::vector<const Term*>& values);
 
   // Comparison (comparison.cpp) -------------------------------------------------------------------
 
   const Term* enc_fp_comparison(const Term* t, FpComp kind);
 
-  // Rounding (rounding.cpp, packing.cpp) ----------------------------------------------------------
-  //
-  // Slots passed as `const Term**` are read and replaced. `sign`, `is_nan` and `is_inf` have 1 bit;
-  // `exp` is signed and `mant` has W bits, the top one of weight 2^exp.
+  // Normalisation (normalisation.cpp) -------------------------------------------------------------
 
-  /// The packed value of format `fmt` nearest to the exact result in mode `rm`. `exp` and `mant`
-  /// may have any width. `max_shift` bounds the leading zeros that normalisation looks for; 0 means
-  /// no bound.
-  virtual const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
-                                      const Term* is_inf, const Term* sign, const Term* exp,
-                                      const Term* mant, std::uint64_t max_shift);
-  /// Widens `exp` so that the stages below cannot overflow it, and `mant` to at least its width.
-  void enc_widen(format fmt, const Term** exp, const Term** mant);
-  /// Brings the leading one of `mant` to its top and lowers `exp` to match; widths stay.
+  /// Brings the leading one of `mant`, whose top bit has the weight 2^exp, to its top and lowers
+  /// `exp` (signed) to match; widths stay. `max_shift` bounds the leading zeros that are looked
+  /// for; 0 means no bound.
   void enc_normalization_shift(format fmt, const Term** exp, const Term** mant,
                                std::uint64_t max_shift);
   void enc_normalization_shift_const(format fmt, const Term** exp, const Term** mant,
@@ -175,36 +191,63 @@ class VORN_EXPORT FpBvEncoder {
   void enc_normalization_shift_linear(format fmt, const Term** exp, const Term** mant,
                                       std::uint64_t max_shift);
   virtual void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant);
-  /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
-  /// exponent to -bias. The bits shifted out are lost.
-  virtual void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
-  /// Replaces `mant` by its rounded m + 1 bits, raises `exp` if that carried to 2.0, and, where
-  /// there were bits to round, sets `correction`.
-  virtual void enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
-                                  const Term** mant, const Term** correction);
-  /// Turns an exponent that is too large into infinity or, where `correction` asks for it, keeps
-  /// the request to saturate; narrows `exp` to e bits.
-  virtual void enc_round_exponent(format fmt, const Term* is_nan, const Term* mant,
-                                  const Term** exp, const Term** is_inf, const Term** correction);
-  /// The packed value of an e-bit unbiased exponent and an (m + 1)-bit significand, m >= 2;
-  /// `correction` may be null.
-  virtual const Term* enc_pack_and_bias(format fmt, const Term* is_nan, const Term* is_inf,
-                                        const Term* sign, const Term* exp, const Term* mant,
-                                        const Term* correction);
 
-  /// What one rounding mode does: whether to increment the kept bits, and the correction bit.
+  // Rounding modes (rounding_choice.cpp) ----------------------------------------------------------
+
+  /// What a rounding mode does, one bit each: whether to increment the kept bits, and the
+  /// correction bit, 1 where an overflow gives the largest finite magnitude.
   struct RoundingChoice {
     const Term* increment;
     const Term* correction;
   };
-  /// The choice of a constant mode, from the first bit below the kept ones, the last kept bit and
-  /// whether anything else is below.
+  /// The choice of a constant mode, from the sign, the first bit below the kept ones, the last kept
+  /// bit and whether anything else is below; one bit each.
   RoundingChoice enc_rounding_choice(const Term* mode, const Term* sign, const Term* round,
                                      const Term* least, const Term* sticky);
   /// The choice of `rm`, constant or not.
-  virtual void enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                   const Term* least, const Term* sticky, const Term** increment,
-                                   const Term** correction);
+  virtual RoundingChoice enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                             const Term* least, const Term* sticky);
+
+  // Rounding (rounding.cpp, packing.cpp) ----------------------------------------------------------
+
+  /// A value on its way to rounding, and what is known of it that may save gates.
+  struct Unrounded {
+    const Term* nan;  // flags and sign of 1 bit
+    const Term* inf;
+    const Term* sign;
+    const Term* exp;             // signed, any width
+    const Term* mant;            // any width, its top bit of weight 2^exp
+    bool may_underflow = true;   // whether exp may lie below that of the smallest normal number
+    std::size_t lead_limit = 0;  // bound on the leading zeros of mant; 0: none
+  };
+  /// The packed value of format `fmt` nearest to `value` in mode `rm`.
+  virtual const Term* enc_round(const Term* rm, format fmt, const Unrounded& value);
+
+  // What follows are the base's stages of enc_round. Slots passed as `const Term**` are read and
+  // replaced; `sign`, `is_nan` and `is_inf` have 1 bit, `exp` and `mant` are as in Unrounded.
+
+  /// All stages; `max_shift` as in normalisation.
+  const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan, const Term* is_inf,
+                              const Term* sign, const Term* exp, const Term* mant,
+                              std::uint64_t max_shift);
+  /// Widens `exp` so that the stages below cannot overflow it, and `mant` to at least its width.
+  void enc_widen(format fmt, const Term** exp, const Term** mant);
+  /// Shifts a result below the smallest normal exponent into the subnormal range and sets its
+  /// exponent to -bias. The bits shifted out are lost.
+  void enc_denormalization_shift(format fmt, const Term** exp, const Term** mant);
+  /// Replaces `mant` by its rounded m + 1 bits, raises `exp` if that carried to 2.0, and, where
+  /// there were bits to round, sets `correction`.
+  void enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
+                          const Term** mant, const Term** correction);
+  /// Turns an exponent that is too large into infinity or, where `correction` asks for it, keeps
+  /// the request to saturate; narrows `exp` to e bits.
+  void enc_round_exponent(format fmt, const Term* is_nan, const Term* mant, const Term** exp,
+                          const Term** is_inf, const Term** correction);
+  /// The packed value of an e-bit unbiased exponent and an (m + 1)-bit significand, m >= 2;
+  /// `correction` may be null.
+  const Term* enc_pack_and_bias(format fmt, const Term* is_nan, const Term* is_inf,
+                                const Term* sign, const Term* exp, const Term* mant,
+                                const Term* correction);
 
   // Arithmetic and conversion ---------------------------------------------------------------------
 
@@ -241,9 +284,6 @@ class VORN_EXPORT FpBvEncoder {
   /// lowest bit is the sticky bit of what was lost.
   virtual const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
                                     const Term** sticky);
-  /// Rounds a sum, whose exponent is never below that of the smallest normal number.
-  virtual const Term* enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
-                                    const Term* sign, const Term* exp, const Term* mant);
   /// The magnitude of the sum in m + 6 bits, and the sign of the difference.
   const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign);
   /// The final result, once the sign of an exact zero is chosen.
@@ -261,54 +301,52 @@ class VORN_EXPORT FpBvEncoder {
                                    const Term** exp);
   /// Rounds an unpacked value of format `from` into the format `to`, or packs it where nothing
   /// needs rounding.
-  virtual const Term* enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                                      const Term* inf, const Term* sign, const Term* exp,
-                                      const Term* mant);
+  virtual const Term* enc_cast_finish(const Term* rm, format from, format to,
+                                      const Unrounded& value);
 
   // Debugging -------------------------------------------------------------------------------------
 
   /// In debug mode, ties a non-null `t` to a fresh constant called `name`.
   void debug_track_term(const Term* t, const char* name);
-  /// The same for a part of both operands: "<prefix><part>1" and "<prefix><part>2".
-  void debug_track_pair(const char* prefix, const char* part, const Term* x, const Term* y);
+  /// The same for a part of an operand, called "<prefix><part><number>".
+  void debug_track_part(const char* prefix, const char* part, std::size_t number, const Term* t);
+  /// In debug mode, tracks what the comparison `t` reads, before it is built: nothing.
+  virtual void debug_track_comparison(const Term* t);
 
   /// The cached encoding of argument i of t.
   const Term* encoded_arg(const Term* t, std::size_t i) const { return get_cached(t->get_arg(i)); }
 
  private:
-  friend class IeeeBvEncoder;  // replaces stages and shares all other members
-
   using DispatchRow = std::pair<SymbolTag::tag, EncodeMethod>;
   using DispatchTable = hsh::Hashtable<DispatchRow, hsh::GetKey_pair<DispatchRow>, SymbolTag::tag>;
   static_assert(sizeof(DispatchTable::Node) == 32, "link, tag and a two-word method pointer");
 
-  const Term* bv(std::uint64_t value, std::size_t width);
-  const Term* bv_signed(const QNumber& value, std::size_t width);
-  std::size_t width_of(const Term* t) const;
   void enc_test_fields(const Term* t, format fmt, const Term** at_max, const Term** no_fraction);
-  const Term* make_fresh_constant(const char* prefix, std::int32_t* counter, const DataType* type);
   void constrain_nan(const Term* k, format fmt);
-  /// ite(c[0], v[0], ite(c[1], v[1], ... v[n-1])).
-  const Term* enc_ite_chain(const std::vector<const Term*>& conds,
-                            const std::vector<const Term*>& values);
   const Term* find_ite_constant(const Term* ite) const;
   const Term* make_ite_constant(const Term* ite);
-  const Term* seed_rounding_mode(int code, const Term* mode);
   bool push_missing_args(const Term* t);
   const Term* encode(const Term* t);
 
-  TermManager* src_mgr;             // manager of the input, borrowed
-  TermManager* dst_mgr;             // manager of the encodings, borrowed
+  // Protected are the members that circuits of derived encoders read. The order is fixed.
+ protected:
+  TermManager* src_mgr;  // manager of the input, borrowed
+  TermManager* dst_mgr;  // manager of the encodings, borrowed
+
+ private:
   Logger* logger;                   // diagnostic output
   bool own_logger;                  // whether `logger` is the encoder's to delete
   bool debug;                       // whether debug_track_term does anything
   const TerminationTest* termtest;  // kept for the owner, borrowed
+  DispatchTable dispatch;           // kind of a symbol to the method that encodes it
 
-  DispatchTable dispatch;                     // kind of a symbol to the method that encodes it
-  const Term* rm_even_bv;                     // codes of the rounding modes, 2 bits each: 0
-  const Term* rm_zero_bv;                     // 1
-  const Term* rm_plus_inf_bv;                 // 2
-  const Term* rm_minus_inf_bv;                // 3
+ protected:
+  const Term* rm_even_bv;       // codes of the rounding modes, all of one width: 0
+  const Term* rm_zero_bv;       // 1
+  const Term* rm_plus_inf_bv;   // 2
+  const Term* rm_minus_inf_bv;  // 3
+
+ private:
   TermMap cache;                              // term to encoding, kept from call to call
   std::vector<const Term*> side_constraints;  // of the current call
   TermMap ite_cache;                    // if-then-else to its fresh constant, of the current call
@@ -316,10 +354,14 @@ class VORN_EXPORT FpBvEncoder {
   std::vector<const Term*> trail;       // terms in the order in which they entered the cache
   std::ostringstream name_buf;          // where fresh names are put together
 
-  std::int32_t rounding_counter;          // next number of a ".fp.r" name
-  std::int32_t const_counter;             // of a ".fp.f" or ".fp.bv" name: they share it
-  std::int32_t ite_counter;               // of a ".fp.i" name
-  std::int32_t spare_counter;             // of a name that only a derived encoder makes
+  std::int32_t rounding_counter;  // next number of a ".fp.r" name
+  std::int32_t const_counter;     // of a ".fp.f" or ".fp.bv" name: they share it
+  std::int32_t ite_counter;       // of a ".fp.i" name
+
+ protected:
+  std::int32_t spare_counter;  // of a name that only a derived encoder makes
+
+ private:
   std::vector<const Term*> new_bv_terms;  // for get_new_bv_terms
 };
 

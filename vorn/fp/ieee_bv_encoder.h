@@ -32,42 +32,44 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// `src` owns the terms to read, `dst` those to build; both are borrowed and may be the same.
   IeeeBvEncoder(TermManager* src, TermManager* dst);
 
-  /// As in FpBvEncoder.
+  /// As in FpBvEncoder, which has no operation that the theory leaves open.
   const Term* get_choice(const Term* t) const override;
 
  protected:
-  const Term* encode_rounding(const Term* t) override;
-  const Term* encode_constant(const Term* t) override;
-  const Term* encode_fp_equal(const Term* t) override;
-  const Term* encode_lt(const Term* t) override;
-  const Term* encode_le(const Term* t) override;
-  const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b) override;
-  const Term* enc_make_term_cond(const std::vector<const Term*>& conds,
-                                 const std::vector<const Term*>& values) override;
+  // Stages of the base that are replaced, and why -------------------------------------------------
 
-  const Term* enc_do_rounding(const Term* rm, format fmt, const Term* is_nan, const Term* is_inf,
-                              const Term* sign, const Term* exp, const Term* mant,
-                              std::uint64_t max_shift) override;
-  const Term* enc_round_sum(const Term* rm, format fmt, const Term* nan, const Term* inf,
-                            const Term* sign, const Term* exp, const Term* mant) override;
+  /// There is a fifth mode, and three of the eight codes of 3 bits stand for none.
+  const Term* encode_rounding(const Term* t) override;
+  /// What is asserted again after a retraction has to be the same formula.
+  const Term* make_leaf(const Term* t, const char* prefix, std::int32_t* counter,
+                        const DataType* type) override;
+  /// An encoding is to be a function of its leaves, and side constraints to speak of leaves only.
+  const Term* enc_make_term_ite(const Term* c, const Term* a, const Term* b) override;
+  /// The base's bisection has too few bits for a wide exponent beside a short significand.
   void enc_normalization_shift_log(format fmt, const Term** exp, const Term** mant) override;
-  void enc_select_rounding(const Term* rm, const Term* sign, const Term* round, const Term* least,
-                           const Term* sticky, const Term** increment,
-                           const Term** correction) override;
+  /// There is a fifth mode.
+  RoundingChoice enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
+                                     const Term* least, const Term* sticky) override;
+  /// The base loses the bits that a subnormal result shifts out, and its exponent can wrap.
+  const Term* enc_round(const Term* rm, format fmt, const Unrounded& value) override;
+  /// One shifter that collects the sticky bit is smaller than the base's two, and serves m = 1.
   const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
                             const Term** sticky) override;
+  /// The base takes the sign of a zero sum from the mode alone, even that of -0 + -0.
   const Term* enc_add_zero_result(const Term* rm, format fmt, const Term* x, const Term* y,
                                   const Term* rounded) override;
+  /// The base's two bits are too few for the exponents of normalised subnormals where m is large.
   std::size_t enc_div_extension(format fmt) const override;
-  const Term* enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                              const Term* inf, const Term* sign, const Term* exp,
-                              const Term* mant) override;
+  /// The base packs a subnormal without normalising it where the exponent grows.
+  const Term* enc_cast_finish(const Term* rm, format from, format to,
+                              const Unrounded& value) override;
+  /// The base has no labels for comparisons.
+  void debug_track_comparison(const Term* t) override;
 
  private:
-  // Operations beyond the base, one for each further row of the dispatch table
-  // ----------------------
+  // Operations beyond the base, one for each further row of the dispatch table --------------------
 
-  // Classes and choices (ieee_selection.cpp)
+  // Classes and choices (ieee/selection.cpp)
   const Term* encode_isnormal(const Term* t);
   const Term* encode_issubnormal(const Term* t);
   const Term* encode_isnegative(const Term* t);
@@ -78,12 +80,12 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   const Term* encode_max(const Term* t);
   const Term* enc_select(const Term* t, bool larger);
 
-  // Arithmetic (ieee_fma.cpp, ieee_sqrt.cpp, ieee_remainder.cpp)
+  // Arithmetic (ieee/fma.cpp, ieee/sqrt.cpp, ieee/remainder.cpp)
   const Term* encode_fma(const Term* t);
   const Term* encode_sqrt(const Term* t);
   const Term* encode_rem(const Term* t);
 
-  // Integers (ieee_integers.cpp)
+  // Integers (ieee/integers.cpp)
   const Term* encode_round_to_integral(const Term* t);
   const Term* encode_to_sbv(const Term* t);
   const Term* encode_to_ubv(const Term* t);
@@ -94,13 +96,8 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// In debug mode, tracks an operand and its parts: "<prefix>arg<number>", "<prefix>exp<number>",
   /// and so on.
   void enc_track_operand(const char* prefix, std::size_t number, const Operand& x);
-  /// In debug mode, tracks what a comparison reads.
-  void enc_track_comparison(const Term* t);
   /// The format of argument i of t.
   format arg_format(const Term* t, std::size_t i) const;
-  /// The constant of a leaf or a choice: made once, named by prefix and counter.
-  const Term* get_leaf(const Term* t, const char* prefix, std::int32_t* counter,
-                       const DataType* type);
 
   /// A finite magnitude rounded to an integer below 2^w.
   struct Integral {
@@ -134,23 +131,12 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// a modulo b, for a at least as wide as b; b's width.
   const Term* enc_reduce(const Term* a, const Term* b);
 
-  /// A value on its way through rounding.
-  struct Unrounded {
-    const Term* nan;  // flags and sign of 1 bit
-    const Term* inf;
-    const Term* sign;
-    const Term* exp;         // signed, any width
-    const Term* mant;        // any width, its top bit of weight 2^exp
-    bool may_underflow;      // whether exp may lie below that of the smallest normal number
-    std::size_t lead_limit;  // bound on the leading zeros of mant; 0: none
-  };
   /// A significand whose leading one is at the top, or as near to it as the exponent range allows,
   /// and the exponent field that belongs to it if its top bit is set (signed, E bits).
   struct Scaled {
     const Term* mant;
     const Term* field;
   };
-  const Term* enc_round_exact(const Term* rm, format fmt, const Unrounded& value);
   Scaled enc_scale(format fmt, const Unrounded& value);
   const Term* enc_assemble(format fmt, const Unrounded& value, const Term* overflow,
                            const Term* saturates, const Term* body);
@@ -171,7 +157,7 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// n copies of a 1-bit term.
   const Term* enc_mask(const Term* bit, std::size_t n);
 
-  const Term* rm_away_bv;
+  const Term* rm_away_bv;                                       // code 4
   TermMap leaves;                                               // constants of leaves and choices
   std::unordered_map<const Symbol*, const Term*> zero_choices;  // of fp.min and fp.max
 };

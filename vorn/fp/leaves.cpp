@@ -1,20 +1,24 @@
 // Leaves: rounding modes, variables and literals.
 //
-// A rounding mode is a 2-bit code, and each of the four codes is a mode, so a variable needs no
-// constraint. A floating-point variable is free but for its NaNs: they are reduced to one pattern,
-// so that equality of values is equality of bits.
+// A rounding mode is a code. With 2 bits each of the four codes is a mode, so a variable needs no
+// constraint; an encoder that asks for more bits adds one. A floating-point variable is free but
+// for its NaNs: they are reduced to one pattern, so that equality of values is equality of bits.
 #include <stdexcept>
 
 #include "vorn/fp/fp_bv_encoder.h"
 
 namespace vorn::fp {
 
-/// A constant named ".", prefix, and the counter, which moves on.
 const Term* FpBvEncoder::make_fresh_constant(const char* prefix, std::int32_t* counter,
                                              const DataType* type) {
   name_buf.str("");
   name_buf << '.' << prefix << (*counter)++;
   return dst_mgr->make_constant(dst_mgr->make_unique_symbol(name_buf.str(), type));
+}
+
+const Term* FpBvEncoder::make_leaf(const Term* /*t*/, const char* prefix, std::int32_t* counter,
+                                   const DataType* type) {
+  return make_fresh_constant(prefix, counter, type);
 }
 
 const Term* FpBvEncoder::encode_rounding(const Term* t) {
@@ -24,17 +28,16 @@ const Term* FpBvEncoder::encode_rounding(const Term* t) {
   if (src_mgr->is_fprounding_plus_inf(s)) return rm_plus_inf_bv;
   if (src_mgr->is_fprounding_minus_inf(s)) return rm_minus_inf_bv;
   if (src_mgr->is_fprounding_away(s)) {
-    // A fresh constant would stand for any of the four modes, and never for this one.
+    // A constant would stand for any of the four modes, and never for this one.
     throw std::invalid_argument("roundNearestTiesToAway is not supported by the base encoder");
   }
-  return make_fresh_constant("fp.r", &rounding_counter, dst_mgr->get_bv_type(2));
+  return make_leaf(t, "fp.r", &rounding_counter, rm_even_bv->get_type());
 }
 
 const Term* FpBvEncoder::encode_constant(const Term* t) {
   format fmt{};
   src_mgr->is_fp_type(t->get_symbol()->get_output_type(), &fmt.e, &fmt.m);
-  const std::size_t width = fmt.m + fmt.e + 1;
-  const Term* k = make_fresh_constant("fp.f", &const_counter, dst_mgr->get_bv_type(width));
+  const Term* k = make_leaf(t, "fp.f", &const_counter, dst_mgr->get_bv_type(fmt.width()));
   constrain_nan(k, fmt);
   return k;
 }
@@ -48,7 +51,7 @@ void FpBvEncoder::constrain_nan(const Term* k, format fmt) {
   nan.self_nan();
   const Term* pattern = dst_mgr->make_bv_number(nan.get_bits(), width);
   const Term* canonical = dst_mgr->make_equal(k, pattern);
-  side_constraints.push_back(dst_mgr->make_or(no_nan, canonical));
+  add_side_constraint(dst_mgr->make_or(no_nan, canonical));
 }
 
 const Term* FpBvEncoder::encode_bv_constant(const Term* t) {

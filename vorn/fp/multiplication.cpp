@@ -28,7 +28,7 @@ const Term* FpBvEncoder::encode_mul(const Term* t) {
   const Term* zero_inf = mgr.make_bv_and(x.zero, y.inf);
   const Term* invalid = mgr.make_bv_or(zero_inf, mgr.make_bv_and(x.inf, y.zero));
   const Term* nan = mgr.make_bv_or(x.nan, mgr.make_bv_or(y.nan, invalid));
-  const Term* result = enc_do_rounding(rm, fmt, nan, inf, sign, exp, mant, 0);
+  const Term* result = enc_round(rm, fmt, {nan, inf, sign, exp, mant});
   debug_track_term(rm, "mul_arg0");
   debug_track_term(x.packed, "mul_arg1");
   debug_track_term(y.packed, "mul_arg2");

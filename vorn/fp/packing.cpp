@@ -1,4 +1,5 @@
-// The last stages of rounding: cut the significand, check the exponent, pack.
+// Base encoder only: the last stages of its rounding. Cut the significand, check the exponent,
+// pack.
 //
 // They talk to each other through the correction bit: 1 where, in this rounding mode and with this
 // sign, an overflow gives the largest finite magnitude instead of infinity. Packing makes it from
@@ -6,46 +7,6 @@
 #include "vorn/fp/fp_bv_encoder.h"
 
 namespace vorn::fp {
-
-FpBvEncoder::RoundingChoice FpBvEncoder::enc_rounding_choice(const Term* mode, const Term* sign,
-                                                             const Term* round, const Term* least,
-                                                             const Term* sticky) {
-  TermManager& mgr = *dst_mgr;
-  const Term* never = mgr.make_bv_number(0, 1);
-  if (mode == rm_even_bv) {
-    return {mgr.make_bv_and(round, mgr.make_bv_or(least, sticky)), never};
-  }
-  if (mode == rm_zero_bv) return {never, mgr.make_bv_number(1, 1)};
-  const Term* inexact = mgr.make_bv_or(round, sticky);
-  if (mode == rm_plus_inf_bv) return {mgr.make_bv_and(mgr.make_bv_not(sign), inexact), sign};
-  return {mgr.make_bv_and(sign, inexact), mgr.make_bv_not(sign)};
-}
-
-void FpBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                      const Term* least, const Term* sticky, const Term** increment,
-                                      const Term** correction) {
-  for (const Term* mode : {rm_even_bv, rm_zero_bv, rm_plus_inf_bv, rm_minus_inf_bv}) {
-    if (rm != mode) continue;
-    const RoundingChoice choice = enc_rounding_choice(mode, sign, round, least, sticky);
-    *increment = choice.increment;
-    *correction = choice.correction;
-    return;
-  }
-  const RoundingChoice even = enc_rounding_choice(rm_even_bv, sign, round, least, sticky);
-  const RoundingChoice zero = enc_rounding_choice(rm_zero_bv, sign, round, least, sticky);
-  const RoundingChoice plus = enc_rounding_choice(rm_plus_inf_bv, sign, round, least, sticky);
-  const RoundingChoice minus = enc_rounding_choice(rm_minus_inf_bv, sign, round, least, sticky);
-  const Term* is_even = dst_mgr->make_equal(rm, rm_even_bv);
-  const Term* is_zero = dst_mgr->make_equal(rm, rm_zero_bv);
-  const Term* is_plus = dst_mgr->make_equal(rm, rm_plus_inf_bv);
-
-  const Term* inc = enc_make_term_ite(is_plus, plus.increment, minus.increment);
-  inc = enc_make_term_ite(is_zero, zero.increment, inc);
-  *increment = enc_make_term_ite(is_even, even.increment, inc);
-  const Term* cor = enc_make_term_ite(is_plus, plus.correction, minus.correction);
-  cor = enc_make_term_ite(is_zero, zero.correction, cor);
-  *correction = enc_make_term_ite(is_even, even.correction, cor);
-}
 
 void FpBvEncoder::enc_round_mantissa(const Term* rm, format fmt, const Term* sign, const Term** exp,
                                      const Term** mant, const Term** correction) {
@@ -72,11 +33,11 @@ void FpBvEncoder::enc_round_mantissa(const Term* rm, format fmt, const Term* sig
   debug_track_term(chop, "round_mant_after_chop");
   debug_track_term(least, "round_rounding_least");
 
-  const Term* increment = nullptr;
-  enc_select_rounding(rm, sign, round, least, sticky, &increment, correction);
+  const RoundingChoice choice = enc_select_rounding(rm, sign, round, least, sticky);
+  *correction = choice.correction;
   const Term* wide_chop = mgr.make_bv_zero_extend(1, chop);
-  const Term* sum = mgr.make_bv_add(wide_chop, mgr.make_bv_zero_extend(K, increment));
-  debug_track_term(increment, "round_increment");
+  const Term* sum = mgr.make_bv_add(wide_chop, mgr.make_bv_zero_extend(K, choice.increment));
+  debug_track_term(choice.increment, "round_increment");
   debug_track_term(*correction, "out_correction_bit");
 
   const Term* overflow = mgr.make_bv_extract(K, K, sum);  // the significand reached 2.0

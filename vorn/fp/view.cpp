@@ -5,6 +5,8 @@
 // clauses that define it, which keeps the encodings of large formulas flat.
 #include "vorn/fp/fp_bv_encoder.h"
 
+#include <iterator>
+
 #include "vorn/terms/bv_number.h"
 
 namespace vorn::fp {
@@ -100,12 +102,17 @@ void FpBvEncoder::enc_unpack_operands(const Term* t, format fmt, const char* pre
     o->nan = enc_is_nan(o->packed, fmt);
   for (Operand* o : operands)
     o->zero = enc_is_zero(o->packed, fmt);
-  debug_track_pair(prefix, "exp", x->exp, y->exp);
-  debug_track_pair(prefix, "sign", x->sign, y->sign);
-  debug_track_pair(prefix, "mant", x->mant, y->mant);
-  debug_track_pair(prefix, "inf", x->inf, y->inf);
-  debug_track_pair(prefix, "nan", x->nan, y->nan);
-  debug_track_pair(prefix, "zero", x->zero, y->zero);
+
+  const auto track = [&](const char* part, const Term* Operand::*member) {
+    for (std::size_t i = 0; i < std::size(operands); ++i)
+      debug_track_part(prefix, part, i + 1, operands[i]->*member);
+  };
+  track("exp", &Operand::exp);
+  track("sign", &Operand::sign);
+  track("mant", &Operand::mant);
+  track("inf", &Operand::inf);
+  track("nan", &Operand::nan);
+  track("zero", &Operand::zero);
 }
 
 const Term* FpBvEncoder::enc_make_ite(const Term* c, const Term* a, const Term* b) {
@@ -137,31 +144,25 @@ const Term* FpBvEncoder::enc_make_term_ite(const Term* c, const Term* a, const T
   if (const Term* known = find_ite_constant(t)) return known;
   const Term* k = make_ite_constant(t);
   const Term* not_c = mgr.make_not(c);
-  side_constraints.push_back(mgr.make_or(not_c, mgr.make_equal(k, a)));
-  side_constraints.push_back(mgr.make_or(c, mgr.make_equal(k, b)));
+  add_side_constraint(mgr.make_or(not_c, mgr.make_equal(k, a)));
+  add_side_constraint(mgr.make_or(c, mgr.make_equal(k, b)));
   return k;
-}
-
-const Term* FpBvEncoder::enc_ite_chain(const std::vector<const Term*>& conds,
-                                       const std::vector<const Term*>& values) {
-  const Term* chain = nullptr;
-  for (std::size_t i = values.size(); i-- > 0;) {
-    chain = chain == nullptr ? values[i] : dst_mgr->make_term_ite(conds[i], values[i], chain);
-  }
-  return chain;
 }
 
 const Term* FpBvEncoder::enc_make_term_cond(const std::vector<const Term*>& conds,
                                             const std::vector<const Term*>& values) {
   TermManager& mgr = *dst_mgr;
-  const Term* chain = enc_ite_chain(conds, values);
+  // ite(c[0], v[0], ite(c[1], v[1], ... v[n-1]))
+  const Term* chain = values.back();
+  for (std::size_t i = values.size() - 1; i-- > 0;)
+    chain = mgr.make_term_ite(conds[i], values[i], chain);
   if (!mgr.is_term_ite(chain->get_symbol(), nullptr)) return chain;
   if (const Term* known = find_ite_constant(chain)) return known;
   const Term* k = make_ite_constant(chain);
   // Each clause speaks of its own condition only: callers pass conditions that exclude each other.
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Term* not_cond = mgr.make_not(conds[i]);
-    side_constraints.push_back(mgr.make_or(not_cond, mgr.make_equal(k, values[i])));
+    add_side_constraint(mgr.make_or(not_cond, mgr.make_equal(k, values[i])));
   }
   return k;
 }

@@ -1,8 +1,8 @@
-// The exact encoder's leaves and if-then-else, and the stages of single operations that it
-// replaces.
+// Exact encoder: the object, its leaves and if-then-else, and the stages of single operations that
+// it replaces.
 #include <algorithm>
 #include <bit>
-#include <string>
+#include <utility>
 
 #include "vorn/fp/ieee_bv_encoder.h"
 
@@ -14,15 +14,9 @@ constexpr int kAway = static_cast<int>(IEEEFloat::rounding_mode::nearest_away);
 
 }  // namespace
 
-IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(src, dst) {
-  const Term** const codes[] = {&rm_even_bv, &rm_zero_bv, &rm_plus_inf_bv, &rm_minus_inf_bv,
-                                &rm_away_bv};
-  for (int code = 0; code <= kAway; ++code) {
-    const Term* mode = src->make_fprounding(static_cast<IEEEFloat::rounding_mode>(code));
-    const Term* number = dst->make_bv_number(code, kModeWidth);
-    *codes[code] = number;
-    cache.insert({mode, number})->value.second = number;
-  }
+IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst)
+    : FpBvEncoder(src, dst, kModeWidth),
+      rm_away_bv(seed_rounding_mode(kAway, kModeWidth, src->make_fprounding_away())) {
   using Encoder = IeeeBvEncoder;
   const std::pair<SymbolTag::tag, const Term* (Encoder::*)(const Term*)> rows[] = {
       {SymbolTag::fp_to_sbv, &Encoder::encode_to_sbv},
@@ -41,7 +35,7 @@ IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst) : FpBvEncoder(s
       {SymbolTag::fp_ispositive, &Encoder::encode_ispositive},
   };
   for (const auto& [kind, method] : rows)
-    dispatch.insert({kind, static_cast<EncodeMethod>(method)});
+    set_method(kind, static_cast<EncodeMethod>(method));
 }
 
 FpBvEncoder::format IeeeBvEncoder::arg_format(const Term* t, std::size_t i) const {
@@ -63,38 +57,21 @@ FpBvEncoder::Operand IeeeBvEncoder::enc_unpack(const Term* t, std::size_t i) {
 }
 
 void IeeeBvEncoder::enc_track_operand(const char* prefix, std::size_t number, const Operand& x) {
-  if (!debug) return;
   const std::pair<const char*, const Term*> parts[] = {
       {"arg", x.packed}, {"exp", x.exp}, {"sign", x.sign}, {"mant", x.mant},
       {"inf", x.inf},    {"nan", x.nan}, {"zero", x.zero}};
   for (const auto& [part, value] : parts)
-    debug_track_term(value, (prefix + std::string(part) + std::to_string(number)).c_str());
+    debug_track_part(prefix, part, number, value);
 }
 
-void IeeeBvEncoder::enc_track_comparison(const Term* t) {
-  if (!debug) return;
+void IeeeBvEncoder::debug_track_comparison(const Term* t) {
   enc_track_operand("compare_", 1, enc_unpack(t, 0));
   enc_track_operand("compare_", 2, enc_unpack(t, 1));
   debug_track_term(dst_mgr->make_bv_ult(encoded_arg(t, 0), encoded_arg(t, 1)), "compare_ult");
 }
 
-const Term* IeeeBvEncoder::encode_fp_equal(const Term* t) {
-  enc_track_comparison(t);
-  return FpBvEncoder::encode_fp_equal(t);
-}
-
-const Term* IeeeBvEncoder::encode_lt(const Term* t) {
-  enc_track_comparison(t);
-  return FpBvEncoder::encode_lt(t);
-}
-
-const Term* IeeeBvEncoder::encode_le(const Term* t) {
-  enc_track_comparison(t);
-  return FpBvEncoder::encode_le(t);
-}
-
-const Term* IeeeBvEncoder::get_leaf(const Term* t, const char* prefix, std::int32_t* counter,
-                                    const DataType* type) {
+const Term* IeeeBvEncoder::make_leaf(const Term* t, const char* prefix, std::int32_t* counter,
+                                     const DataType* type) {
   if (const TermMap::Node* known = leaves.find(t)) return known->value.second;
   const Term* k = make_fresh_constant(prefix, counter, type);
   leaves.insert({t, k});
@@ -118,32 +95,17 @@ const Term* IeeeBvEncoder::get_choice(const Term* t) const {
   }
 }
 
-const Term* IeeeBvEncoder::encode_constant(const Term* t) {
-  format fmt{};
-  src_mgr->is_fp_type(t->get_symbol()->get_output_type(), &fmt.e, &fmt.m);
-  const DataType* type = dst_mgr->get_bv_type(fmt.width());
-  const Term* k = get_leaf(t, "fp.f", &const_counter, type);
-  constrain_nan(k, fmt);
-  return k;
-}
-
 const Term* IeeeBvEncoder::encode_rounding(const Term* t) {
-  IEEEFloat::rounding_mode mode{};
-  if (src_mgr->is_fprounding(t->get_symbol(), &mode)) {
-    return dst_mgr->make_bv_number(static_cast<int>(mode), kModeWidth);
+  if (src_mgr->is_fprounding_away(t->get_symbol())) return rm_away_bv;
+  const Term* code = FpBvEncoder::encode_rounding(t);
+  if (dst_mgr->get_number(code->get_symbol()) == nullptr) {
+    add_side_constraint(dst_mgr->make_bv_ule(code, rm_away_bv));
   }
-  const Term* k = get_leaf(t, "fp.r", &rounding_counter, dst_mgr->get_bv_type(kModeWidth));
-  side_constraints.push_back(dst_mgr->make_bv_ule(k, rm_away_bv));
-  return k;
+  return code;
 }
 
 const Term* IeeeBvEncoder::enc_make_term_ite(const Term* c, const Term* a, const Term* b) {
   return dst_mgr->make_term_ite(c, a, b);
-}
-
-const Term* IeeeBvEncoder::enc_make_term_cond(const std::vector<const Term*>& conds,
-                                              const std::vector<const Term*>& values) {
-  return enc_ite_chain(conds, values);
 }
 
 void IeeeBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp,
@@ -165,12 +127,6 @@ const Term* IeeeBvEncoder::enc_add_align(format /*fmt*/, const Term* small, cons
   *sticky = dst_mgr->make_bv_extract(0, 0, aligned);
   debug_track_term(aligned, "add_aligned");
   return aligned;
-}
-
-const Term* IeeeBvEncoder::enc_round_sum(const Term* rm, format fmt, const Term* nan,
-                                         const Term* inf, const Term* sign, const Term* exp,
-                                         const Term* mant) {
-  return enc_round_exact(rm, fmt, {nan, inf, sign, exp, mant, false, 0});
 }
 
 /// A sum is zero only if it is exact. Of zeros of one sign it keeps that sign, which is the sign it
@@ -202,17 +158,15 @@ std::size_t IeeeBvEncoder::enc_div_extension(format fmt) const {
   return needed - fmt.e;
 }
 
-const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format to, const Term* nan,
-                                           const Term* inf, const Term* sign, const Term* exp,
-                                           const Term* mant) {
+const Term* IeeeBvEncoder::enc_cast_finish(const Term* rm, format from, format to,
+                                           const Unrounded& value) {
   TermManager& mgr = *dst_mgr;
-  const Unrounded value{nan, inf, sign, exp, mant, to.e < from.e, 0};
-  if (to.e != from.e || to.m < from.m) return enc_round_exact(rm, to, value);
+  if (to.e != from.e || to.m < from.m) return enc_round(rm, to, value);
   // One exponent range: every value keeps its field, and its fraction gets zeros below.
-  const Term* biased = mgr.make_bv_add(exp, mgr.make_bv_number(to.bias(), to.e));
-  const Term* hidden = mgr.make_bv_extract(from.m, from.m, mant);
+  const Term* biased = mgr.make_bv_add(value.exp, mgr.make_bv_number(to.bias(), to.e));
+  const Term* hidden = mgr.make_bv_extract(from.m, from.m, value.mant);
   const Term* field = mgr.make_bv_and(enc_mask(hidden, to.e), biased);
-  const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, mant);
+  const Term* fraction = mgr.make_bv_extract(from.m - 1, 0, value.mant);
   if (to.m > from.m) fraction = mgr.make_bv_concat(fraction, bv(0, to.m - from.m));
   debug_track_term(field, "cast_field");
   debug_track_term(fraction, "cast_fraction");

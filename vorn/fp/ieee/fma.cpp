@@ -40,7 +40,7 @@ const Term* IeeeBvEncoder::encode_fma(const Term* t) {
   debug_track_term(nan, "fma_nan");
   debug_track_term(inf, "fma_inf");
   debug_track_term(sign, "fma_sign");
-  const Term* result = enc_round_exact(rm, fmt, {nan, inf, sign, sum.exp, sum.mant, true, 0});
+  const Term* result = enc_round(rm, fmt, {nan, inf, sign, sum.exp, sum.mant, true, 0});
   debug_track_term(result, "fma_result");
   return result;
 }

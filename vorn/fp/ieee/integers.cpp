@@ -41,9 +41,7 @@ IeeeBvEncoder::Integral IeeeBvEncoder::enc_integral(const Term* rm, format fmt, 
   debug_track_term(round, "integral_rounding_bit");
   debug_track_term(sticky, "integral_sticky_bit");
 
-  const Term* increment = nullptr;
-  const Term* correction = nullptr;
-  enc_select_rounding(rm, x.sign, round, least, sticky, &increment, &correction);
+  const Term* increment = enc_select_rounding(rm, x.sign, round, least, sticky).increment;
   debug_track_term(increment, "integral_increment");
   const Term* value =
       mgr.make_bv_add(mgr.make_bv_zero_extend(1, integer), mgr.make_bv_zero_extend(w, increment));
@@ -63,7 +61,7 @@ const Term* IeeeBvEncoder::encode_round_to_integral(const Term* t) {
   const Integral integral = enc_integral(rm, fmt, x, m);
   const Term* exp = bv(m, static_cast<std::size_t>(std::bit_width(m)) + 1);
   const Unrounded value{x.nan, x.inf, x.sign, exp, integral.value, false, 0};
-  const Term* rounded = enc_round_exact(rm, fmt, value);
+  const Term* rounded = enc_round(rm, fmt, value);
   const Term* whole = mgr.make_equal(integral.too_large, bv(1, 1));
   const Term* result = enc_make_term_ite(whole, x.packed, rounded);
   debug_track_term(result, "integral_result");
@@ -103,7 +101,7 @@ const Term* IeeeBvEncoder::enc_to_integer(const Term* t, bool is_signed) {
   outside = mgr.make_bv_or(outside, beyond);
   debug_track_term(bits, "to_int_bits");
   debug_track_term(outside, "to_int_outside");
-  const Term* open = get_leaf(t, "fp.u", &spare_counter, mgr.get_bv_type(w));
+  const Term* open = make_leaf(t, "fp.u", &spare_counter, mgr.get_bv_type(w));
   const Term* result = enc_make_term_ite(mgr.make_equal(outside, bv(1, 1)), open, bits);
   debug_track_term(result, "to_int_result");
   return result;

@@ -57,7 +57,7 @@ const Term* IeeeBvEncoder::encode_rem(const Term* t) {
   debug_track_term(sign, "rem_sign");
   debug_track_term(nan, "rem_nan");
   const Term* never = bv(0, 1);
-  const Term* rounded = enc_round_exact(rm_even_bv, fmt, {nan, never, sign, exp, mant, false, 0});
+  const Term* rounded = enc_round(rm_even_bv, fmt, {nan, never, sign, exp, mant, false, 0});
 
   const Term* is_number = mgr.make_equal(nan, bv(0, 1));
   const Term* unreached = mgr.make_or(far, mgr.make_equal(y.inf, bv(1, 1)));

@@ -13,14 +13,7 @@
 
 namespace vorn::fp {
 
-const Term* IeeeBvEncoder::enc_do_rounding(const Term* rm, format fmt, const Term* is_nan,
-                                           const Term* is_inf, const Term* sign, const Term* exp,
-                                           const Term* mant, std::uint64_t max_shift) {
-  const std::size_t lead_limit = max_shift == 0 ? 0 : max_shift - 1;
-  return enc_round_exact(rm, fmt, {is_nan, is_inf, sign, exp, mant, true, lead_limit});
-}
-
-const Term* IeeeBvEncoder::enc_round_exact(const Term* rm, format fmt, const Unrounded& value) {
+const Term* IeeeBvEncoder::enc_round(const Term* rm, format fmt, const Unrounded& value) {
   TermManager& mgr = *dst_mgr;
   const auto [e, m] = fmt;
   debug_track_term(value.exp, "scale_exp_before");
@@ -36,9 +29,7 @@ const Term* IeeeBvEncoder::enc_round_exact(const Term* rm, format fmt, const Unr
   debug_track_term(sticky, "round_sticky_bit");
   debug_track_term(round, "round_rounding_bit");
   debug_track_term(least, "round_rounding_least");
-  const Term* increment = nullptr;
-  const Term* correction = nullptr;
-  enc_select_rounding(rm, value.sign, round, least, sticky, &increment, &correction);
+  const auto [increment, correction] = enc_select_rounding(rm, value.sign, round, least, sticky);
   debug_track_term(increment, "round_increment");
   debug_track_term(correction, "round_correction_bit");
 
@@ -127,19 +118,15 @@ const Term* IeeeBvEncoder::enc_assemble(format fmt, const Unrounded& value, cons
   return mgr.make_bv_concat(sign, magnitude);
 }
 
-void IeeeBvEncoder::enc_select_rounding(const Term* rm, const Term* sign, const Term* round,
-                                        const Term* least, const Term* sticky,
-                                        const Term** increment, const Term** correction) {
-  if (rm == rm_away_bv) {
-    *increment = round;
-    *correction = bv(0, 1);
-    return;
-  }
-  FpBvEncoder::enc_select_rounding(rm, sign, round, least, sticky, increment, correction);
-  if (dst_mgr->get_number(rm->get_symbol()) != nullptr) return;
+FpBvEncoder::RoundingChoice IeeeBvEncoder::enc_select_rounding(const Term* rm, const Term* sign,
+                                                               const Term* round, const Term* least,
+                                                               const Term* sticky) {
+  if (rm == rm_away_bv) return {round, bv(0, 1)};
+  const RoundingChoice other = FpBvEncoder::enc_select_rounding(rm, sign, round, least, sticky);
+  if (dst_mgr->get_number(rm->get_symbol()) != nullptr) return other;
   const Term* away = dst_mgr->make_equal(rm, rm_away_bv);
-  *increment = enc_make_term_ite(away, round, *increment);
-  *correction = enc_make_term_ite(away, bv(0, 1), *correction);
+  const Term* increment = enc_make_term_ite(away, round, other.increment);
+  return {increment, enc_make_term_ite(away, bv(0, 1), other.correction)};
 }
 
 // Shifts and counts -----------------------------------------------------------------------------

@@ -39,8 +39,7 @@ const Term* IeeeBvEncoder::encode_sqrt(const Term* t) {
   // digits than exponents have roots below the normal numbers.
   const bool may_underflow = fmt.e < 63 && m + 2 > (std::uint64_t{1} << (fmt.e - 1));
   const Term* digits = mgr.make_bv_concat(root, inexact);
-  const Term* result =
-      enc_round_exact(rm, fmt, {nan, x.inf, x.sign, half, digits, may_underflow, 1});
+  const Term* result = enc_round(rm, fmt, {nan, x.inf, x.sign, half, digits, may_underflow, 1});
   debug_track_term(result, "sqrt_result");
   return result;
 }
