@@ -23,10 +23,8 @@ inline std::uint64_t count_values(const DataType* type) {
       return 2;
     case DataType::Kind::rounding_mode:
       return 5;
-    case DataType::Kind::bit_vector:
-      return std::uint64_t{1} << type->get_width();
-    case DataType::Kind::floating_point:
-      break;
+    default:
+      return std::uint64_t{1} << type->get_value_width();
   }
   return std::uint64_t{1} << (1 + type->get_e() + type->get_m());
 }

@@ -21,7 +21,7 @@ OptionalFloat represent(const IEEEFloat& value, Format f) {
 // Formats ---------------------------------------------------------------------------------------
 
 Format format_of(const Term* t) {
-  return {t->get_type()->get_e(), t->get_type()->get_m()};
+  return t->get_type()->get_format();
 }
 
 std::uint64_t bias_of(Format f) {

@@ -44,7 +44,7 @@ class Substitution {
     if (std::ranges::equal(args, t->get_args())) return t;
     if (t->get_tag() == SymbolTag::fp_from_bits) {
       // Bits that have become known make a literal, as they do where they are written out.
-      return make_float_from_bits(mgr, {t->get_type()->get_e(), t->get_type()->get_m()}, args[0]);
+      return make_float_from_bits(mgr, t->get_type()->get_format(), args[0]);
     }
     return mgr.rebuild(t, args);
   }

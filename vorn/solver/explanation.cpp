@@ -15,17 +15,6 @@ namespace {
 
 enum class Inputs : std::uint8_t { variables, literals };
 
-std::size_t width_of(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::floating_point:
-      return 1 + type->get_e() + type->get_m();
-    case DataType::Kind::bit_vector:
-      return type->get_width();
-    default:
-      return 1;
-  }
-}
-
 /// One operation's circuit in a manager of its own, and the values in it.
 class Circuit {
  public:
@@ -64,8 +53,8 @@ class Circuit {
     for (fp::Tie& tie : fp::find_ties(target, constraints, is_input)) {
       const QNumber& value = evaluator.evaluate(tie.value);
       known.emplace(tie.constant, value);
-      intermediates.push_back(
-          {std::move(tie.label), tie.occurrence, width_of(tie.constant->get_type()), value});
+      intermediates.push_back({std::move(tie.label), tie.occurrence,
+                               tie.constant->get_type()->get_value_width(), value});
     }
     return intermediates;
   }
@@ -105,7 +94,7 @@ class Circuit {
                            Inputs inputs) {
     if (manager.is_fprounding_type(type)) return semantics::make_literal(manager, type, value);
     const Term* arg = manager.make_constant(manager.make_unique_symbol(".operand", type));
-    const std::size_t width = width_of(type);
+    const std::size_t width = type->get_value_width();
     if (inputs == Inputs::literals) {
       encoder->define_encoding(arg, target.make_bv_number(value, width));
       return arg;

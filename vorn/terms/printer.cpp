@@ -54,8 +54,9 @@ std::string bv_literal(const QNumber& value, std::size_t width) {
   return "#x" + std::string(width / 4 - digits.size(), '0') + digits;
 }
 
-std::string fp_literal(const QNumber& bits, std::size_t e, std::size_t m) {
-  const IEEEFloat value = IEEEFloat::from_bits({e, m}, bits);
+std::string fp_literal(const QNumber& bits, IEEEFloat::format f) {
+  const auto [e, m] = f;
+  const IEEEFloat value = IEEEFloat::from_bits(f, bits);
   const std::string sort = " " + std::to_string(e) + " " + std::to_string(m + 1) + ")";
   const char* sign = value.is_sign_set() ? "-" : "+";
   if (value.is_nan()) return "(_ NaN" + sort;
@@ -188,7 +189,7 @@ std::string quote_symbol(const std::string& name) {
 
 std::string literal_text(const QNumber& value, const DataType* type) {
   if (type->get_kind() == DataType::Kind::bit_vector) return bv_literal(value, type->get_width());
-  return fp_literal(value, type->get_e(), type->get_m());
+  return fp_literal(value, type->get_format());
 }
 
 std::string head_text(const Symbol* symbol) {
