@@ -284,6 +284,17 @@ TEST(TermManager, TheNanLiteralIsTheCanonicalPattern) {
   EXPECT_NE(mgr.make_fp_nan(3, 4), mgr.make_fp_number(QNumber(0b01111000), 3, 4));
 }
 
+TEST(TermManager, AFloatIsItsLiteralAndEveryNanIsTheOne) {
+  TermManager mgr;
+  const IEEEFloat::format f = {3, 4};
+  for (int bits = 0; bits < 256; ++bits) {
+    const IEEEFloat value = IEEEFloat::from_bits(f, QNumber(bits));
+    const Term* literal =
+        value.is_nan() ? mgr.make_fp_nan(3, 4) : mgr.make_fp_number(QNumber(bits), 3, 4);
+    EXPECT_EQ(mgr.make_fp_number(value), literal) << bits;
+  }
+}
+
 // Symbol kinds
 // --------------------------------------------------------------------------------------
 
