@@ -14,34 +14,10 @@
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/operations.h"
+#include "vorn/terms/simple_symbol.h"
 
 namespace vorn {
 namespace {
-
-/// Whether `name` needs no quoting (SMT-LIB 2.6, section 3.1, simple symbols).
-bool is_simple_symbol(const std::string& name) {
-  static constexpr std::string_view kReserved[] = {
-      "!", "_", "as", "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall", "let", "match",
-      "NUMERAL", "par", "STRING", "true", "false",
-      // Command names are reserved too.
-      "assert", "check-sat", "check-sat-assuming", "declare-const", "declare-datatype",
-      "declare-datatypes", "declare-fun", "declare-sort", "define-const", "define-fun",
-      "define-fun-rec", "define-funs-rec", "define-sort", "echo", "exit", "get-assertions",
-      "get-assignment", "get-info", "get-model", "get-option", "get-proof", "get-unsat-assumptions",
-      "get-unsat-core", "get-value", "pop", "push", "reset", "reset-assertions", "set-info",
-      "set-logic", "set-option"};
-  static constexpr std::string_view kPunctuation = "~!@$%^&*_-+=<>.?/";
-  if (name.empty() || (name[0] >= '0' && name[0] <= '9')) return false;
-  for (const std::string_view word : kReserved) {
-    if (name == word) return false;
-  }
-  for (const char c : name) {
-    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    const bool digit = c >= '0' && c <= '9';
-    if (!letter && !digit && kPunctuation.find(c) == std::string_view::npos) return false;
-  }
-  return true;
-}
 
 std::string binary(const QNumber& value, std::size_t width) {
   const std::string digits = value.to_string(2);
