@@ -4,25 +4,14 @@
 #include <string>
 
 #include "vorn/terms/operations.h"
+#include "vorn/terms/post_order.h"
 
 namespace vorn::solver {
 
 const Term* Translator::translate(const Term* formula, std::vector<const Term*>* constraints) {
-  std::vector<const Term*> stack{formula};
-  while (!stack.empty()) {
-    const Term* t = stack.back();
-    if (find(t) != nullptr) {
-      stack.pop_back();
-      continue;
-    }
-    const std::size_t depth = stack.size();
-    for (const Term* arg : t->get_args()) {
-      if (find(arg) == nullptr) stack.push_back(arg);
-    }
-    if (stack.size() > depth) continue;
-    stack.pop_back();
-    finish(t, constraints);
-  }
+  walk_post_order<ArgumentOrder::last_to_first>(
+      formula, [this](const Term* t) { return find(t) != nullptr; },
+      [&](const Term* t) { finish(t, constraints); });
   return find(formula);
 }
 

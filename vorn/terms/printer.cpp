@@ -14,7 +14,9 @@
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/operations.h"
+#include "vorn/terms/post_order.h"
 #include "vorn/terms/simple_symbol.h"
+#include "vorn/terms/term_set.h"
 
 namespace vorn {
 namespace {
@@ -74,9 +76,7 @@ std::string leaf_text(const Symbol* symbol) {
 class Printer {
  public:
   explicit Printer(const Term* root) {
-    count_uses(root);
-    for (const Term* t : post_order) {
-      if (uses[t] < 2 || t == root) continue;
+    for (const Term* t : find_shared(list_post_order({&root, 1}))) {
       std::string definition = print(t);
       names[t] = fresh_name();
       ++bindings;
@@ -93,22 +93,19 @@ class Printer {
     std::size_t next = 0;
   };
 
-  void count_uses(const Term* root) {
-    std::vector<Visit> stack{{root}};
-    while (!stack.empty()) {
-      Visit& top = stack.back();
-      if (top.next < top.term->get_arity()) {
-        const Term* arg = top.term->get_arg(top.next++);
-        if (arg->get_arity() == 0) {
-          taken.insert(arg->get_symbol()->get_name());
-        } else if (uses[arg]++ == 0) {
-          stack.push_back({arg});
-        }
-      } else {
-        post_order.push_back(top.term);
-        stack.pop_back();
+  /// The operations among all terms, in post-order, that occur more than once. Notes the names of
+  /// constants.
+  std::vector<const Term*> find_shared(std::vector<const Term*> terms) {
+    TermSet used;
+    TermSet shared;
+    for (const Term* t : terms) {
+      if (t->get_arity() == 0) taken.insert(t->get_symbol()->get_name());
+      for (const Term* arg : t->get_args()) {
+        if (!used.insert(arg)) shared.insert(arg);
       }
     }
+    std::erase_if(terms, [&](const Term* t) { return t->get_arity() == 0 || !shared.contains(t); });
+    return terms;
   }
 
   /// A name that no constant of the term has.
@@ -141,9 +138,7 @@ class Printer {
     return out;
   }
 
-  std::unordered_map<const Term*, std::size_t> uses;
   std::unordered_map<const Term*, std::string> names;
-  std::vector<const Term*> post_order;
   std::unordered_set<std::string> taken;  // names of constants
   std::size_t counter = 0;
   std::size_t bindings = 0;
