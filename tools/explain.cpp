@@ -19,10 +19,11 @@
 #include "tools/script.h"
 #include "tools/solve.h"
 #include "vorn/semantics/evaluator.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/explanation.h"
 #include "vorn/terms/engine.h"
-#include "vorn/terms/printer.h"
 #include "vorn/terms/post_order.h"
+#include "vorn/terms/printer.h"
 
 namespace vorn::tools {
 namespace {
@@ -122,9 +123,9 @@ std::vector<Table> make_tables(TermManager& manager, const FirstCheck& check,
   };
   const auto open_value = [&](const Term* t, std::span<const QNumber> /*values*/) {
     QNumber value = model_value(t);
-    const DataType* type = t->get_type();
-    if (type->get_kind() != DataType::Kind::floating_point) return value;
-    return QNumber(value.test_bit(type->get_e() + type->get_m()) ? 1 : 0);
+    if (!semantics::is_selection(t)) return value;
+    const IEEEFloat zero = IEEEFloat::from_bits(t->get_type()->get_format(), value);
+    return QNumber(zero.is_sign_set() ? 1 : 0);
   };
   semantics::Evaluator model(manager, model_value, open_value);
   std::vector<Table> tables;

@@ -8,6 +8,7 @@
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/fp/labels.h"
 #include "vorn/semantics/evaluator.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/terms/bv_number.h"
 
 namespace vorn::solver {
@@ -130,11 +131,8 @@ class Circuit {
 
 /// The choice that gives the operation that value.
 QNumber choice_for(const Term* operation, const QNumber& value) {
-  const DataType* type = operation->get_type();
-  if (type->get_kind() != DataType::Kind::floating_point) return value;
-  // Two bits, for the two ways in which zeros of different sign can stand.
-  const bool negative = value.test_bit(type->get_e() + type->get_m());
-  return QNumber(negative ? 3 : 0);
+  if (!semantics::is_selection(operation)) return value;
+  return semantics::make_zero_choice(operation->get_type(), value);
 }
 
 Explanation explain(TermManager& manager, const Term* operation, std::span<const QNumber> operands,

@@ -1,6 +1,7 @@
 // Models: what the SAT solver or the local search found, its check, and the values that it gives.
 #include <stdexcept>
 
+#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/congruences.h"
 #include "vorn/solver/solver.h"
@@ -51,7 +52,7 @@ QNumber Solver::value_of(const Term* constant) const {
 /// What the model makes of an application that the theory leaves open. A conversion that is not
 /// encoded, be it that rewriting dropped it, has the value of one that is, if the arguments agree.
 QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
-  const bool selects = t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max;
+  const bool selects = semantics::is_selection(t);
   const Term* witness = selects ? t : encoded_form(t);
   const Term* choice = back_end->encoder->get_choice(witness);
   const auto found = model.find(choice);
