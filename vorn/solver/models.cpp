@@ -57,11 +57,7 @@ QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
   const Term* choice = back_end->encoder->get_choice(witness);
   const auto found = model.find(choice);
   const QNumber own = found == model.end() ? QNumber() : found->second;
-  if (selects) {
-    const DataType* type = t->get_type();
-    const bool negative_first = values[0].test_bit(type->get_e() + type->get_m());
-    return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
-  }
+  if (selects) return semantics::get_chosen_sign(own, t->get_type(), values[0]);
   const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
   if (back_end->encoder->get_cached(witness) == nullptr) {
     const auto known = open_conversions.find(key);
@@ -86,7 +82,7 @@ bool Solver::model_holds() {
   // What was encoded comes first: its conversions decide for those that rewriting dropped.
   for (const Term* assertion : get_encoded_assertions())
     evaluator.evaluate(assertion);
-  for (const Term* assertion : get_assertions()) {
+  for (const Term* assertion : assertions.get_items()) {
     if (evaluator.evaluate(assertion).sign() == 0) holds = false;
   }
   return holds;
