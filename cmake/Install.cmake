@@ -73,7 +73,8 @@ set(included_headers
     smt2/symbol_table.h
     smt2/token_stream.h
     smt2/value.h
-    semantics/application.h)
+    semantics/application.h
+    utils/trail.h)
 foreach(header ${public_headers} ${included_headers})
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES vorn/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vorn/${folder}

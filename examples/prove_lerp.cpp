@@ -20,7 +20,7 @@ class Floats {
   const Term* number(int value) {
     vorn::IEEEFloat rounded({8, 23}, vorn::IEEEFloat::rounding_mode::nearest_even);
     rounded.self_round(value);
-    return terms.make_fp_number(rounded.get_bits(), 8, 23);
+    return terms.make_fp_number(rounded);
   }
   const Term* add(const Term* a, const Term* b) { return terms.make_fp_add(rne, a, b); }
   const Term* sub(const Term* a, const Term* b) { return terms.make_fp_sub(rne, a, b); }

@@ -82,7 +82,7 @@ class Explorer {
   const Term* number(int value) {
     vorn::IEEEFloat rounded({8, 23}, vorn::IEEEFloat::rounding_mode::nearest_even);
     rounded.self_round(value);
-    return terms.make_fp_number(rounded.get_bits(), 8, 23);
+    return terms.make_fp_number(rounded);
   }
 
   vorn::TermManager terms;

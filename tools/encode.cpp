@@ -93,7 +93,7 @@ void write_clauses(std::ostream& out, const TermManager& manager, const FirstChe
     const DataType* type = constant->get_type();
     const Term* encoding = check.engine->get_encoding(constant);
     const auto bits = circuits.get_bits(encoding);
-    map.constants.push_back({name, type, map_bits(bits, solver::get_width(type), cnf)});
+    map.constants.push_back({name, type, map_bits(bits, type->get_value_width(), cnf)});
   }
   for (const Term* choice : check.encoding.choices) {
     const DataType* type = choice == nullptr ? nullptr : choice->get_type();
@@ -154,7 +154,7 @@ Picture draw_operation(TermManager& manager, const EncodeOptions& options) {
       encoder->define_encoding(arg, arg);
     } else if (type->get_kind() == DataType::Kind::floating_point &&
                !manager.is_number(arg, nullptr)) {
-      const DataType* bits = manager.get_bv_type(1 + type->get_e() + type->get_m());
+      const DataType* bits = manager.get_bv_type(type->get_value_width());
       encoder->define_encoding(arg, manager.make_constant(manager.make_unique_symbol("in", bits)));
     }
   }

@@ -11,7 +11,6 @@
 #include <span>
 #include <sstream>
 #include <stdexcept>
-#include <unordered_set>
 #include <utility>
 
 #include "tools/explain_table.h"
@@ -20,8 +19,10 @@
 #include "tools/script.h"
 #include "tools/solve.h"
 #include "vorn/semantics/evaluator.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/explanation.h"
 #include "vorn/terms/engine.h"
+#include "vorn/terms/post_order.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::tools {
@@ -76,29 +77,6 @@ void compare(Table& table, const solver::Explanation& explanation, const QNumber
       fmt::format("IEEE 754 has {} here, {}", digits_text(exact, table.result.width, 16), value));
 }
 
-/// Operations below the formulas, each once, operands before what is done with them.
-std::vector<const Term*> find_operations(std::span<const Term* const> formulas) {
-  std::vector<const Term*> operations;
-  std::unordered_set<const Term*> seen;
-  std::vector<std::pair<const Term*, std::size_t>> stack;  // with the next argument to visit
-  const auto visit = [&](const Term* t) {
-    if (seen.insert(t).second) stack.emplace_back(t, 0);
-  };
-  for (const Term* formula : formulas) {
-    visit(formula);
-    while (!stack.empty()) {
-      auto& [t, next] = stack.back();
-      if (next < t->get_arity()) {
-        visit(t->get_arg(next++));
-        continue;
-      }
-      if (solver::is_explainable(t)) operations.push_back(t);
-      stack.pop_back();
-    }
-  }
-  return operations;
-}
-
 void print(const ExplainOptions& options, std::string_view answer,
            const std::vector<Table>& tables) {
   if (options.json) {
@@ -145,13 +123,14 @@ std::vector<Table> make_tables(TermManager& manager, const FirstCheck& check,
   };
   const auto open_value = [&](const Term* t, std::span<const QNumber> /*values*/) {
     QNumber value = model_value(t);
-    const DataType* type = t->get_type();
-    if (type->get_kind() != DataType::Kind::floating_point) return value;
-    return QNumber(value.test_bit(type->get_e() + type->get_m()) ? 1 : 0);
+    if (!semantics::is_selection(t)) return value;
+    const IEEEFloat zero = IEEEFloat::from_bits(t->get_type()->get_format(), value);
+    return QNumber(zero.is_sign_set() ? 1 : 0);
   };
   semantics::Evaluator model(manager, model_value, open_value);
   std::vector<Table> tables;
-  for (const Term* operation : find_operations(check.encoding.assertions)) {
+  for (const Term* operation : list_post_order(check.encoding.assertions)) {
+    if (!solver::is_explainable(operation)) continue;
     std::vector<QNumber> operands;
     for (const Term* arg : operation->get_args())
       operands.push_back(model.evaluate(arg));

@@ -38,18 +38,10 @@ Row make_row(std::string label, const DataType* type, const QNumber& value, std:
   return row;
 }
 
+/// A rounding mode of the base encoder, which has four, takes one bit less.
 std::size_t width_of(const DataType* type, solver::EncoderKind encoder) {
-  switch (type->get_kind()) {
-    case DataType::Kind::boolean:
-      return 1;
-    case DataType::Kind::rounding_mode:
-      return encoder == solver::EncoderKind::base ? 2 : 3;
-    case DataType::Kind::floating_point:
-      return 1 + type->get_e() + type->get_m();
-    case DataType::Kind::bit_vector:
-      break;
-  }
-  return type->get_width();
+  const bool is_mode = type->get_kind() == DataType::Kind::rounding_mode;
+  return type->get_value_width() - (is_mode && encoder == solver::EncoderKind::base ? 1 : 0);
 }
 
 std::string shown_label(const Row& row) {

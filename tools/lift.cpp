@@ -19,6 +19,7 @@
 #include "tools/solve.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/semantics/evaluator.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/terms/printer.h"
 
@@ -114,10 +115,8 @@ class Model {
   /// What the model makes of an application that the theory leaves open.
   QNumber choose(const Term* t, std::span<const QNumber> operands) {
     const QNumber& own = choices[positions.at(t)];
-    if (t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max) {
-      const DataType* type = t->get_type();
-      const bool negative_first = operands[0].test_bit(type->get_e() + type->get_m());
-      return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
+    if (semantics::is_selection(t)) {
+      return semantics::get_chosen_sign(own, t->get_type(), operands[0]);
     }
     const auto [first, is_new] = results.emplace(
         std::pair(t->get_symbol(), std::vector(operands.begin(), operands.end())), own);

@@ -17,10 +17,6 @@ using fp::Reading;
 constexpr const char* kModes[] = {"RNE, to nearest even", "RTZ, toward zero", "RTP, toward +oo",
                                   "RTN, toward -oo", "RNA, to nearest away from zero"};
 
-IEEEFloat::format format_of(const DataType* type) {
-  return {type->get_e(), type->get_m()};
-}
-
 bool is_float(const DataType* type) {
   return type->get_kind() == DataType::Kind::floating_point;
 }
@@ -64,7 +60,7 @@ std::string digits_text(const QNumber& value, std::size_t width, int base) {
 
 std::string bits_text(const DataType* type, const QNumber& value, std::size_t width) {
   std::string digits = digits_text(value, width, 2);
-  return is_float(type) ? float_bits(format_of(type), digits) : digits;
+  return is_float(type) ? float_bits(type->get_format(), digits) : digits;
 }
 
 std::string value_text(const DataType* type, const QNumber& value, bool is_signed) {
@@ -74,7 +70,7 @@ std::string value_text(const DataType* type, const QNumber& value, bool is_signe
     case DataType::Kind::rounding_mode:
       return mode_text(value);
     case DataType::Kind::floating_point:
-      return float_text(format_of(type), value);
+      return float_text(type->get_format(), value);
     case DataType::Kind::bit_vector:
       break;
   }
@@ -101,7 +97,7 @@ const DataType* IntermediateReader::source() const {
 /// The format that is rounded to: the operands' where the result is none.
 IEEEFloat::format IntermediateReader::target_format() const {
   const DataType* type = explanation.operation->get_type();
-  return format_of(is_float(type) ? type : source());
+  return (is_float(type) ? type : source())->get_format();
 }
 
 /// The sort of a packed float; null where the value is none.
@@ -109,7 +105,7 @@ const DataType* IntermediateReader::float_type(Reading reading, std::size_t widt
   const DataType* type = nullptr;
   if (reading == Reading::source) type = source();
   if (reading == Reading::target) type = explanation.operation->get_type();
-  return type != nullptr && is_float(type) && format_of(type).width() == width ? type : nullptr;
+  return type != nullptr && is_float(type) && type->get_format().width() == width ? type : nullptr;
 }
 
 std::string IntermediateReader::bits(std::size_t i) const {
@@ -118,7 +114,7 @@ std::string IntermediateReader::bits(std::size_t i) const {
   std::string digits = digits_text(value.value, value.width, 2);
   const IEEEFloat::format target = target_format();
   if (const DataType* type = float_type(label.reading, value.width)) {
-    return float_bits(format_of(type), digits);
+    return float_bits(type->get_format(), digits);
   }
   switch (label.reading) {
     case Reading::magnitude:

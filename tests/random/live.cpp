@@ -9,20 +9,18 @@ void LiveCommands::execute(const Command& command) {
     case Kind::declare:
     case Kind::define:
     case Kind::assertion:
-      commands.push_back(command);
+      commands.add(command);
       break;
     case Kind::push:
-      levels.insert(levels.end(), command.levels, commands.size());
+      for (std::size_t i = 0; i < command.levels; ++i)
+        commands.push();
       break;
     case Kind::pop:
-      for (std::size_t i = 0; i < command.levels; ++i) {
-        commands.resize(levels.back());
-        levels.pop_back();
-      }
+      for (std::size_t i = 0; i < command.levels; ++i)
+        commands.pop();
       break;
     case Kind::reset_assertions:
       commands.clear();
-      levels.clear();
       break;
     case Kind::check:
     case Kind::check_assuming:
@@ -31,7 +29,7 @@ void LiveCommands::execute(const Command& command) {
 }
 
 Script LiveCommands::at(const Command& check) const {
-  Script script = commands;
+  Script script = commands.get_items();
   for (const Expression& assumption : check.terms)
     script.push_back(make_assertion(assumption));
   return script;
@@ -39,7 +37,7 @@ Script LiveCommands::at(const Command& check) const {
 
 std::vector<std::string> LiveCommands::get_declared() const {
   std::vector<std::string> names;
-  for (const Command& command : commands) {
+  for (const Command& command : commands.get_items()) {
     if (command.kind == Kind::declare) names.push_back(command.name);
   }
   return names;
@@ -47,7 +45,7 @@ std::vector<std::string> LiveCommands::get_declared() const {
 
 std::vector<std::string> LiveCommands::get_defined() const {
   std::vector<std::string> names;
-  for (const Command& command : commands) {
+  for (const Command& command : commands.get_items()) {
     if (command.kind == Kind::define && command.parameters.empty()) names.push_back(command.name);
     if (command.kind != Kind::assertion) continue;
     for (const Expression* e : nodes_of(command.terms[0])) {

@@ -2,11 +2,11 @@
 #ifndef VORN_TESTS_RANDOM_LIVE_H
 #define VORN_TESTS_RANDOM_LIVE_H
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "tests/random/script.h"
+#include "vorn/utils/trail.h"
 
 namespace vorn::random {
 
@@ -22,8 +22,7 @@ class LiveCommands {
   std::vector<std::string> get_defined() const;
 
  private:
-  Script commands;
-  std::vector<std::size_t> levels;  // number of commands at each push
+  Trail<Command> commands;
 };
 
 }  // namespace vorn::random

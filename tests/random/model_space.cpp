@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <span>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "tests/random/random.h"
 #include "tests/random/session.h"
 #include "vorn/semantics/evaluator.h"
+#include "vorn/terms/post_order.h"
 
 namespace vorn::random {
 namespace {
@@ -91,13 +91,7 @@ class ModelSpace {
 
   /// Finds the constants that occur, and the literals, which are good candidates for values.
   void collect() {
-    std::set<const Term*> seen;
-    std::vector<const Term*> stack = assertions;
-    while (!stack.empty()) {
-      const Term* t = stack.back();
-      stack.pop_back();
-      if (!seen.insert(t).second) continue;
-      stack.insert(stack.end(), t->get_args().begin(), t->get_args().end());
+    for (const Term* t : list_post_order(assertions)) {
       QNumber literal;
       if (mgr.is_number(t, &literal)) {
         literals[t->get_type()].push_back(literal);

@@ -82,7 +82,7 @@ class RandomTerms {
         number.self_round(QNumber(pick(9) - 4) / QNumber(2));
         break;
     }
-    return mgr.make_fp_number(number.get_bits(), f.e, f.m);
+    return mgr.make_fp_number(number);
   }
 
   const Term* leaf(IEEEFloat::format f) {

@@ -8,12 +8,12 @@
 #include <span>
 #include <sstream>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "vorn/semantics/evaluator.h"
 #include "vorn/smt2/interpreter.h"
 #include "vorn/solver/solver.h"
+#include "vorn/terms/post_order.h"
 
 namespace vorn::rewrite {
 
@@ -23,28 +23,18 @@ inline std::uint64_t count_values(const DataType* type) {
       return 2;
     case DataType::Kind::rounding_mode:
       return 5;
-    case DataType::Kind::bit_vector:
-      return std::uint64_t{1} << type->get_width();
-    case DataType::Kind::floating_point:
-      break;
+    default:
+      return std::uint64_t{1} << type->get_value_width();
   }
-  return std::uint64_t{1} << (1 + type->get_e() + type->get_m());
 }
 
 /// The uninterpreted constants of a term.
 inline std::vector<const Term*> find_constants(const TermManager& mgr, const Term* root) {
   std::vector<const Term*> found;
-  std::unordered_set<const Term*> seen{root};
-  std::vector<const Term*> stack{root};
-  while (!stack.empty()) {
-    const Term* t = stack.back();
-    stack.pop_back();
+  for (const Term* t : list_post_order({&root, 1})) {
     const bool is_leaf = t->get_arity() == 0 && t->get_tag() == SymbolTag::none;
     if (is_leaf && !mgr.is_number(t, nullptr) && !mgr.is_fprounding(t->get_symbol(), nullptr)) {
       found.push_back(t);
-    }
-    for (const Term* arg : t->get_args()) {
-      if (seen.insert(arg).second) stack.push_back(arg);
     }
   }
   return found;

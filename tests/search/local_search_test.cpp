@@ -138,7 +138,7 @@ TEST_P(Operations, HaveTheValuesOfExactArithmetic) {
       const DataType* type = program->get_term(slot)->get_type();
       const bool is_mode = type->get_kind() == DataType::Kind::rounding_mode;
       const std::uint64_t value = is_mode ? random() % 5 : draw_bits(random, GetParam());
-      const std::size_t width = WordProgram::get_width(type);
+      const std::size_t width = type->get_value_width();
       program->set_value(slot, value & (~std::uint64_t{0} >> (64 - width)));
     }
     program->run(all);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/smt2/session.h"
+#include "vorn/terms/simple_symbol.h"
 
 namespace vorn::smt2 {
 namespace {
@@ -170,6 +171,46 @@ TEST(Interpreter, SortDefinitionsTakeParameters) {
   EXPECT_EQ(s.error("(define-sort Bool () Bool)"), "1:14: the sort 'Bool' is already defined");
   EXPECT_EQ(s.error("(define-sort H (X X) Bool)"), "1:19: 'X' is bound twice");
   EXPECT_EQ(s.error("(define-sort H () (H))"), "1:20: unknown sort 'H'");
+}
+
+/// The commands of SMT-LIB 2.6, section 3.9, and define-const, which came later.
+TEST(Interpreter, NamesOfCommandsPrintBetweenBars) {
+  for (const std::string name : {"assert",
+                                 "check-sat",
+                                 "check-sat-assuming",
+                                 "declare-const",
+                                 "declare-datatype",
+                                 "declare-datatypes",
+                                 "declare-fun",
+                                 "declare-sort",
+                                 "define-const",
+                                 "define-fun",
+                                 "define-fun-rec",
+                                 "define-funs-rec",
+                                 "define-sort",
+                                 "echo",
+                                 "exit",
+                                 "get-assertions",
+                                 "get-assignment",
+                                 "get-info",
+                                 "get-model",
+                                 "get-option",
+                                 "get-proof",
+                                 "get-unsat-core",
+                                 "get-value",
+                                 "get-unsat-assumptions",
+                                 "pop",
+                                 "push",
+                                 "reset",
+                                 "reset-assertions",
+                                 "set-info",
+                                 "set-logic",
+                                 "set-option"}) {
+    EXPECT_FALSE(is_simple_symbol(name)) << name;
+    Session s;
+    EXPECT_EQ(s.error("(" + name + " 0 0 0 0 0)").find("unknown command"), std::string::npos)
+        << name;
+  }
 }
 
 TEST(Interpreter, NamesAreDeclaredOnce) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "vorn/terms/simple_symbol.h"
+
 namespace vorn::smt2 {
 namespace {
 
@@ -53,6 +55,23 @@ TEST(Lexer, ReadsEveryKindOfToken) {
   expect_token("\"a (;| b\"", Kind::string, "a (;| b");
   expect_token("\"\"", Kind::string, "");
   expect_token("\"say \"\"yes\"\"\"", Kind::string, "say \"\"yes\"\"");
+}
+
+TEST(Lexer, ReadsAsASymbolWhatIsPrintedWithoutBars) {
+  for (int c = 0; c < 256; ++c) {
+    for (const std::string& word :
+         {std::string(1, static_cast<char>(c)), std::string("a") + static_cast<char>(c) + "b"}) {
+      if (vorn::is_reserved_word(word)) continue;
+      bool is_symbol = false;
+      try {
+        const std::vector<Token> tokens = tokens_of(word);
+        is_symbol = tokens[0].is(Kind::symbol) && tokens[0].raw == word;
+      } catch (const ScriptError&) {
+        is_symbol = false;
+      }
+      EXPECT_EQ(is_symbol, is_simple_symbol(word)) << word;
+    }
+  }
 }
 
 TEST(Lexer, EndsAgainAndAgain) {

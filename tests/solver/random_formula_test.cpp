@@ -69,8 +69,7 @@ class RandomFormula {
   }
 
   const Term* canonical(int bits) {
-    const IEEEFloat f = IEEEFloat::from_bits({kE, kM}, QNumber(bits));
-    return f.is_nan() ? mgr.make_fp_nan(kE, kM) : mgr.make_fp_number(f.get_bits(), kE, kM);
+    return mgr.make_fp_number(IEEEFloat::from_bits({kE, kM}, QNumber(bits)));
   }
 
   const Term* atom(int depth = 2) {

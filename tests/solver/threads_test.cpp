@@ -19,7 +19,7 @@ QNumber add_thirds_and_sevenths(int variant) {
   const auto literal = [&](int denominator) {
     IEEEFloat value(kFormat, IEEEFloat::rounding_mode::nearest_even);
     value.self_round(QNumber(1) / QNumber(denominator));
-    return terms.make_fp_number(value.get_bits(), kFormat.e, kFormat.m);
+    return terms.make_fp_number(value);
   };
   const Term* x =
       terms.make_constant(terms.make_unique_symbol("x", terms.get_fp_type(kFormat.e, kFormat.m)));

@@ -114,17 +114,8 @@ class Reference {
     return result.get_bits();
   }
 
-  QNumber nan() const {
-    IEEEFloat result(fmt, Mode::nearest_even);
-    result.self_nan();
-    return result.get_bits();
-  }
-
-  QNumber inf(bool negative) const {
-    IEEEFloat result(fmt, Mode::nearest_even);
-    result.self_inf(negative);
-    return result.get_bits();
-  }
+  QNumber nan() const { return IEEEFloat::make_nan(fmt).get_bits(); }
+  QNumber inf(bool negative) const { return IEEEFloat::make_inf(fmt, negative).get_bits(); }
 
   Format fmt;
 };
@@ -298,13 +289,8 @@ template <typename To, typename From>
 template <typename Real, typename Bits>
 struct Machine {
   static IEEEFloat lift(Real x) {
-    if (std::isnan(x)) return nan();
+    if (std::isnan(x)) return IEEEFloat::make_nan(fmt());
     return IEEEFloat::from_bits(fmt(), QNumber::from_mpz(mpz_class(std::bit_cast<Bits>(x))));
-  }
-  static IEEEFloat nan() {
-    IEEEFloat result(fmt(), Mode::nearest_even);
-    result.self_nan();
-    return result;
   }
   static Format fmt() { return sizeof(Real) == 4 ? Format{8, 23} : Format{11, 52}; }
 

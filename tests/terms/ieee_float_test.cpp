@@ -120,6 +120,33 @@ TEST(IEEEFloat, InfinitiesAndZerosHaveTheirPatterns) {
   }
 }
 
+TEST(IEEEFloat, SpecialValuesAreMadeAsTheyAreAssigned) {
+  for (const Format f : {Format{2, 1}, Format{3, 4}, Format{11, 52}, Format{70, 9}}) {
+    IEEEFloat x(f, Mode::nearest_even);
+    x.self_nan();
+    EXPECT_EQ(IEEEFloat::make_nan(f).get_bits(), x.get_bits()) << f;
+    for (const bool negative : {false, true}) {
+      x.self_inf(negative);
+      EXPECT_EQ(IEEEFloat::make_inf(f, negative).get_bits(), x.get_bits()) << f;
+      x.self_zero(negative);
+      EXPECT_EQ(IEEEFloat::make_zero(f, negative).get_bits(), x.get_bits()) << f;
+    }
+    EXPECT_EQ(IEEEFloat::make_zero(f, true).get_format(), f);
+  }
+}
+
+TEST(IEEEFloat, TheLargestValueIsNextToInfinity) {
+  for (const Format f : {Format{2, 1}, Format{3, 4}, Format{11, 52}, Format{70, 9}}) {
+    for (const bool negative : {false, true}) {
+      const IEEEFloat largest = IEEEFloat::make_largest(f, negative);
+      EXPECT_EQ(largest.get_bits() + 1, IEEEFloat::make_inf(f, negative).get_bits()) << f;
+      EXPECT_TRUE(largest.is_normal());
+      EXPECT_EQ(largest.is_sign_set(), negative);
+    }
+  }
+  EXPECT_EQ(IEEEFloat::make_largest({3, 4}, true).get_value(), QNumber(-31) / QNumber(2));
+}
+
 TEST(IEEEFloat, EveryPatternOfASmallFormatIsReadAsItsFieldsSay) {
   const Format f = {3, 4};
   for (int bits = 0; bits < 256; ++bits) {

@@ -56,6 +56,15 @@ TEST(TermManager, SortTestsStoreWidthsUnlessNull) {
   EXPECT_FALSE(mgr.is_bool_type(mgr.get_bv_type(1)));
 }
 
+TEST(TermManager, EverySortSaysHowWideItsValuesAre) {
+  TermManager mgr;
+  EXPECT_EQ(mgr.get_bool_type()->get_value_width(), 1U);
+  EXPECT_EQ(mgr.get_fprounding_type()->get_value_width(), 3U);
+  EXPECT_EQ(mgr.get_bv_type(77)->get_value_width(), 77U);
+  EXPECT_EQ(mgr.get_fp_type(5, 10)->get_value_width(), 16U);
+  EXPECT_EQ(mgr.get_fp_type(5, 10)->get_format(), (IEEEFloat::format{5, 10}));
+}
+
 TEST(TermManager, WidthsGoFrom1To2ToThe20) {
   TermManager mgr;
   const std::size_t most = std::size_t{1} << 20;
@@ -273,6 +282,17 @@ TEST(TermManager, TheNanLiteralIsTheCanonicalPattern) {
   TermManager mgr;
   EXPECT_EQ(mgr.make_fp_nan(3, 4), mgr.make_fp_number(QNumber(0b11110001), 3, 4));
   EXPECT_NE(mgr.make_fp_nan(3, 4), mgr.make_fp_number(QNumber(0b01111000), 3, 4));
+}
+
+TEST(TermManager, AFloatIsItsLiteralAndEveryNanIsTheOne) {
+  TermManager mgr;
+  const IEEEFloat::format f = {3, 4};
+  for (int bits = 0; bits < 256; ++bits) {
+    const IEEEFloat value = IEEEFloat::from_bits(f, QNumber(bits));
+    const Term* literal =
+        value.is_nan() ? mgr.make_fp_nan(3, 4) : mgr.make_fp_number(QNumber(bits), 3, 4);
+    EXPECT_EQ(mgr.make_fp_number(value), literal) << bits;
+  }
 }
 
 // Symbol kinds

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "vorn/terms/post_order.h"
 #include "vorn/terms/qnumber.h"
 
 namespace vorn::bv {
@@ -166,24 +167,11 @@ std::span<const Lit> BitBlaster::blast_bits(const Term* t) {
 }
 
 std::span<const Lit> BitBlaster::blast(const Term* root) {
-  std::vector<const Term*> stack = {root};
-  while (!stack.empty()) {
-    const Term* t = stack.back();
-    if (find(t) != nullptr) {
-      stack.pop_back();
-      continue;
-    }
-    if (t->get_tag() == SymbolTag::none) {
-      blast_leaf(t);
-      continue;
-    }
-    if (find_circuit(t->get_tag()) == nullptr) reject(t);
-    const std::size_t height = stack.size();
-    for (const Term* arg : t->get_args()) {
-      if (find(arg) == nullptr) stack.push_back(arg);
-    }
-    if (stack.size() == height) blast_operation(t);
-  }
+  walk_post_order<ArgumentOrder::last_to_first>(
+      root, [this](const Term* t) { return find(t) != nullptr; },
+      [this](const Term* t) {
+        t->get_tag() == SymbolTag::none ? blast_leaf(t) : blast_operation(t);
+      });
   return {find(root), get_width(root)};
 }
 
@@ -212,12 +200,14 @@ void BitBlaster::blast_leaf(const Term* t) {
 
 /// An operation whose operands are done.
 void BitBlaster::blast_operation(const Term* t) {
+  const Circuit circuit = find_circuit(t->get_tag());
+  if (circuit == nullptr) reject(t);
   Operands operands = {t->get_symbol(), {}};
   assert(t->get_arity() <= operands.args.size());
   for (std::size_t i = 0; i < t->get_arity(); ++i) {
     operands.args[i] = {find(t->get_arg(i)), get_width(t->get_arg(i))};
   }
-  const Bits bits = find_circuit(t->get_tag())(circuits, operands);
+  const Bits bits = circuit(circuits, operands);
   assert(bits.size() == get_width(t));
   store(t, bits);
 }

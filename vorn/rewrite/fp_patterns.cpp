@@ -21,7 +21,7 @@ OptionalFloat represent(const IEEEFloat& value, Format f) {
 // Formats ---------------------------------------------------------------------------------------
 
 Format format_of(const Term* t) {
-  return {t->get_type()->get_e(), t->get_type()->get_m()};
+  return t->get_type()->get_format();
 }
 
 std::uint64_t bias_of(Format f) {
@@ -53,17 +53,6 @@ std::optional<Mode> mode_literal(const TermManager& mgr, const Term* t) {
   Mode mode{};
   if (!mgr.is_fprounding(t->get_symbol(), &mode)) return std::nullopt;
   return mode;
-}
-
-const Term* make_float(TermManager& mgr, const IEEEFloat& value) {
-  const auto [e, m] = value.get_format();
-  return value.is_nan() ? mgr.make_fp_nan(e, m) : mgr.make_fp_number(value.get_bits(), e, m);
-}
-
-IEEEFloat make_zero(Format f, bool negative) {
-  IEEEFloat zero(f, Mode::nearest_even);
-  zero.self_zero(negative);
-  return zero;
 }
 
 IEEEFloat make_one(Format f) {
@@ -105,7 +94,7 @@ const Term* narrowed(TermManager& mgr, const Term* t, Format f) {
   if (const auto value = float_literal(t)) {
     const auto same = represent(*value, f);
     if (!same) return nullptr;
-    result = make_float(mgr, *same);
+    result = mgr.make_fp_number(*same);
   } else if (const auto integer = converted_integer(t)) {
     if (!is_exact(*integer, f) || !is_exact(*integer, format_of(t))) return nullptr;
     result = integer->is_signed ? mgr.make_fp_from_sbv(f.e, f.m, t->get_arg(0), integer->bits)

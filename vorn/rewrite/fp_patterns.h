@@ -46,9 +46,6 @@ class OptionalFloat {
 bool is_float(const Term* t);
 OptionalFloat float_literal(const Term* t);
 std::optional<Mode> mode_literal(const TermManager& mgr, const Term* t);
-/// The literal; a NaN is the canonical one.
-const Term* make_float(TermManager& mgr, const IEEEFloat& value);
-IEEEFloat make_zero(Format f, bool negative = false);
 IEEEFloat make_one(Format f);
 bool is_one(const IEEEFloat& value);
 

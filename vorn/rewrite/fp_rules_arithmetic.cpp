@@ -94,7 +94,7 @@ const Term* mul_by_power(TermManager& mgr, const Term* t) {
   for (const auto& [x, c] :
        {std::pair(t->get_arg(1), t->get_arg(2)), std::pair(t->get_arg(2), t->get_arg(1))}) {
     const auto reciprocal = exact_reciprocal(c);
-    if (reciprocal) return mgr.make_fp_div(t->get_arg(0), x, make_float(mgr, *reciprocal));
+    if (reciprocal) return mgr.make_fp_div(t->get_arg(0), x, mgr.make_fp_number(*reciprocal));
   }
   return nullptr;
 }
@@ -106,7 +106,7 @@ const Term* div_by_itself(TermManager& mgr, const Term* t) {
   const Term* invalid =
       mgr.make_or(mgr.make_or(mgr.make_fp_isnan(x), mgr.make_fp_isinf(x)), mgr.make_fp_iszero(x));
   const Format f = format_of(t);
-  return mgr.make_term_ite(invalid, mgr.make_fp_nan(f.e, f.m), make_float(mgr, make_one(f)));
+  return mgr.make_term_ite(invalid, mgr.make_fp_nan(f.e, f.m), mgr.make_fp_number(make_one(f)));
 }
 
 /// x - x is an exact zero, whose sign the mode decides, or NaN for NaN and infinities.
@@ -116,7 +116,8 @@ const Term* sub_itself(TermManager& mgr, const Term* t) {
   const Format f = format_of(t);
   const Term* zero =
       mgr.make_term_ite(mgr.make_equal(t->get_arg(0), mgr.make_fprounding_minus_inf()),
-                        make_float(mgr, make_zero(f, true)), make_float(mgr, make_zero(f)));
+                        mgr.make_fp_number(IEEEFloat::make_zero(f, true)),
+                        mgr.make_fp_number(IEEEFloat::make_zero(f, false)));
   return mgr.make_term_ite(mgr.make_or(mgr.make_fp_isnan(x), mgr.make_fp_isinf(x)),
                            mgr.make_fp_nan(f.e, f.m), zero);
 }

@@ -1,7 +1,6 @@
 // Rules for the tests of classes: what is asked of a result is asked of the operands.
 #include "vorn/rewrite/fp_patterns.h"
 #include "vorn/rewrite/fp_rules.h"
-#include "vorn/terms/bv_number.h"
 
 namespace vorn::rewrite {
 namespace {
@@ -105,10 +104,11 @@ const Term* class_of_integer(TermManager& mgr, const Term* t) {
 const Term* class_of_bits(TermManager& mgr, const Term* t) {
   const Term* x = t->get_arg(0);
   if (!has_tag(x, T::fp_from_bits)) return nullptr;
-  const auto [e, m] = format_of(x);
+  const Format f = format_of(x);
+  const auto [e, m] = f;
   const Term* bits = x->get_arg(0);
   const Term* exponent = mgr.make_bv_extract(e + m - 1, m, bits);
-  const Term* at_max = mgr.make_equal(exponent, mgr.make_bv_number(BVNumber::all_ones(e), e));
+  const Term* at_max = mgr.make_equal(exponent, mgr.make_bv_number(f.max_exponent(), e));
   const Term* at_min = mgr.make_equal(exponent, mgr.make_bv_number(0, e));
   const Term* no_fraction =
       mgr.make_equal(mgr.make_bv_extract(m - 1, 0, bits), mgr.make_bv_number(0, m));

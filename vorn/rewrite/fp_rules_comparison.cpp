@@ -166,7 +166,7 @@ const Term* compare_widening_with_literal(TermManager& mgr, const Term* t) {
     const Term* x = narrowed(mgr, t->get_arg(1 - i), f);
     const bool is_lower = i == 0;
     const Term* neighbour =
-        make_float(mgr, ieee_cast(f, is_lower ? Mode::plus_inf : Mode::minus_inf, *c));
+        mgr.make_fp_number(ieee_cast(f, is_lower ? Mode::plus_inf : Mode::minus_inf, *c));
     return is_lower ? mgr.make_fp_le(neighbour, x) : mgr.make_fp_le(x, neighbour);
   }
   return nullptr;

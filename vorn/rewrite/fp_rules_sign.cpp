@@ -44,7 +44,7 @@ const Term* sum_with_negation(TermManager& mgr, const Term* t) {
 const Term* sub_of_literal(TermManager& mgr, const Term* t) {
   const auto c = float_literal(t->get_arg(2));
   if (!c) return nullptr;
-  return mgr.make_fp_add(t->get_arg(0), t->get_arg(1), make_float(mgr, ieee_neg(*c)));
+  return mgr.make_fp_add(t->get_arg(0), t->get_arg(1), mgr.make_fp_number(ieee_neg(*c)));
 }
 
 /// Two negations leave the sign of the product and its magnitude alone.

@@ -51,7 +51,7 @@ LocalSearch::LocalSearch(WordProgram compiled, std::uint64_t seed)
   }
   for (const Slot slot : program.get_constants()) {
     const DataType* type = program.get_term(slot)->get_type();
-    Variable v{slot, WordProgram::get_width(type), 0, {}, {}, {}};
+    Variable v{slot, type->get_value_width(), 0, {}, {}, {}};
     v.is_mode = type->get_kind() == DataType::Kind::rounding_mode;
     if (type->get_kind() == DataType::Kind::floating_point) v.fraction_width = type->get_m();
     for (const Slot literal : program.get_literals()) {

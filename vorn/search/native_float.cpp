@@ -139,8 +139,9 @@ std::optional<std::uint64_t> apply_in(SymbolTag::tag tag, std::span<const std::u
 
 std::uint8_t find_native_format(const DataType* type) {
   if (!kHasNativeFloats || type->get_kind() != DataType::Kind::floating_point) return 0;
-  if (type->get_e() == 8 && type->get_m() == 23) return 32;
-  if (type->get_e() == 11 && type->get_m() == 52) return 64;
+  const IEEEFloat::format f = type->get_format();
+  if (f == IEEEFloat::format{8, 23}) return 32;
+  if (f == IEEEFloat::format{11, 52}) return 64;
   return 0;
 }
 

@@ -41,12 +41,16 @@ bool is_float(const DataType* type) {
   return type->get_kind() == DataType::Kind::floating_point;
 }
 
+/// The pattern of the positive infinity.
+std::uint64_t infinity_of(IEEEFloat::format f) {
+  return ((std::uint64_t{1} << f.e) - 1) << f.m;
+}
+
 /// Whether a pattern of a float sort is a NaN.
 bool is_nan(std::uint64_t bits, const DataType* type) {
-  const std::uint64_t infinity = ((std::uint64_t{1} << type->get_e()) - 1) << type->get_m();
-  const std::uint64_t magnitude =
-      bits & ((std::uint64_t{1} << (type->get_e() + type->get_m())) - 1);
-  return magnitude > infinity;
+  const IEEEFloat::format f = type->get_format();
+  const std::uint64_t magnitude = bits & ((std::uint64_t{1} << (f.e + f.m)) - 1);
+  return magnitude > infinity_of(f);
 }
 
 /// At least 1, the cost of the next value.
@@ -71,20 +75,6 @@ std::int64_t order_of(std::uint64_t bits, std::size_t width) {
 std::uint64_t bits_of_order(std::int64_t order, std::size_t width) {
   if (order >= 0) return static_cast<std::uint64_t>(order);
   return static_cast<std::uint64_t>(-order) | std::uint64_t{1} << (width - 1);
-}
-
-std::size_t WordProgram::get_width(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::boolean:
-      return 1;
-    case DataType::Kind::rounding_mode:
-      return 3;
-    case DataType::Kind::bit_vector:
-      return type->get_width();
-    case DataType::Kind::floating_point:
-      break;
-  }
-  return 1 + type->get_e() + type->get_m();
 }
 
 // Construction --------------------------------------------------------------------------------
@@ -151,7 +141,7 @@ std::optional<WordProgram> WordProgram::compile(const TermManager& manager,
     }
     if (stack.size() > depth) continue;
     stack.pop_back();
-    if (get_width(t->get_type()) > kWordBits || slots.size() == limit) return std::nullopt;
+    if (t->get_type()->get_value_width() > kWordBits || slots.size() == limit) return std::nullopt;
     slots.emplace(t, program.add(manager, t, args));
   }
   for (const Term* f : formulas)
@@ -314,7 +304,7 @@ WordProgram::Cost WordProgram::find_cost(const Node& node, bool holds) const {
 float WordProgram::measure_atom(const Node& node) const {
   const std::uint64_t x = arg(node, 0);
   const DataType* type = node.term->get_arg(0)->get_type();
-  const std::size_t width = get_width(type);
+  const std::size_t width = type->get_value_width();
   if (!is_float(type)) {
     if (node.arity != 2) return kElsewhere;
     const std::uint64_t y = arg(node, 1);
@@ -327,7 +317,7 @@ float WordProgram::measure_atom(const Node& node) const {
     if (is_nan(x, type) || is_nan(y, type)) return kNotANumber;
     return measure(find_distance(order, order_of(y, width)));
   }
-  const std::int64_t infinity = ((std::int64_t{1} << type->get_e()) - 1) << type->get_m();
+  const auto infinity = static_cast<std::int64_t>(infinity_of(type->get_format()));
   switch (node.term->get_tag()) {
     case T::fp_iszero:
     case T::fp_isnegative:

@@ -39,9 +39,6 @@ class WordProgram {
                                             std::span<const Term* const> formulas,
                                             std::size_t limit);
 
-  /// Bits of a value of this sort.
-  static std::size_t get_width(const DataType* type);
-
   /// The slots of the formulas, of uninterpreted constants, and of literals.
   std::span<const Slot> get_roots() const { return roots; }
   std::span<const Slot> get_constants() const { return constants; }

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "vorn/terms/post_order.h"
+
 namespace vorn::semantics {
 namespace {
 
@@ -13,23 +15,9 @@ bool is_true(const QNumber& value) {
 }  // namespace
 
 const QNumber& Evaluator::evaluate(const Term* root) {
-  std::vector<const Term*> stack{root};
-  while (!stack.empty()) {
-    const Term* t = stack.back();
-    if (values.contains(t)) {
-      stack.pop_back();
-      continue;
-    }
-    bool ready = true;
-    for (const Term* a : t->get_args()) {
-      if (values.contains(a)) continue;
-      stack.push_back(a);
-      ready = false;
-    }
-    if (!ready) continue;
-    stack.pop_back();
-    values.emplace(t, t->get_arity() == 0 ? leaf(t) : apply(t));
-  }
+  walk_post_order<ArgumentOrder::last_to_first>(
+      root, [this](const Term* t) { return values.contains(t); },
+      [this](const Term* t) { values.emplace(t, t->get_arity() == 0 ? leaf(t) : apply(t)); });
   return values.at(root);
 }
 

@@ -1,17 +1,15 @@
 #include "vorn/semantics/open_terms.h"
 
-#include <cstddef>
-#include <unordered_set>
-
+#include "vorn/terms/ieee_float.h"
 #include "vorn/terms/operations.h"
+#include "vorn/terms/post_order.h"
 
 namespace vorn::semantics {
 namespace {
 
-struct Visit {
-  const Term* term;
-  std::size_t next = 0;
-};
+bool is_negative(const DataType* type, const QNumber& value) {
+  return IEEEFloat::from_bits(type->get_format(), value).is_sign_set();
+}
 
 }  // namespace
 
@@ -24,24 +22,22 @@ bool is_conversion(const Term* t) {
   return is_open(t) && t->get_type()->get_kind() == DataType::Kind::bit_vector;
 }
 
+bool is_selection(const Term* t) {
+  return is_open(t) && t->get_type()->get_kind() == DataType::Kind::floating_point;
+}
+
 std::vector<const Term*> find_open_terms(std::span<const Term* const> formulas) {
-  std::vector<const Term*> found;
-  std::unordered_set<const Term*> seen;
-  std::vector<Visit> stack;
-  for (const Term* formula : formulas) {
-    if (seen.insert(formula).second) stack.push_back({formula});
-    while (!stack.empty()) {
-      Visit& top = stack.back();
-      if (top.next < top.term->get_arity()) {
-        const Term* arg = top.term->get_arg(top.next++);
-        if (seen.insert(arg).second) stack.push_back({arg});
-        continue;
-      }
-      if (is_open(top.term)) found.push_back(top.term);
-      stack.pop_back();
-    }
-  }
+  std::vector<const Term*> found = list_post_order(formulas);
+  std::erase_if(found, [](const Term* t) { return !is_open(t); });
   return found;
+}
+
+QNumber get_chosen_sign(const QNumber& choice, const DataType* type, const QNumber& first) {
+  return QNumber(choice.test_bit(is_negative(type, first) ? 1 : 0) ? 1 : 0);
+}
+
+QNumber make_zero_choice(const DataType* type, const QNumber& zero) {
+  return QNumber(is_negative(type, zero) ? 0b11 : 0b00);
 }
 
 }  // namespace vorn::semantics

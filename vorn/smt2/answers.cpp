@@ -97,7 +97,7 @@ void Interpreter::get_assertions(Parser& parser, const Token& command) {
   parser.close_command();
   check_flag(parser, command, ":produce-assertions");
   std::string text = "(";
-  for (const Assertion& assertion : assertions) {
+  for (const Assertion& assertion : assertions.get_items()) {
     if (text.size() > 1) text += "\n ";
     text += collapse(assertion.text);
   }

@@ -80,7 +80,7 @@ void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
   parser.close_command();
   last_answer.reset();
   ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
-  assertions.push_back({formula.text, script, formula.term});
+  assertions.add({formula.text, script, formula.term});
 }
 
 /// The number of levels; one when none is given.
@@ -91,13 +91,13 @@ std::uint32_t Interpreter::read_count(Parser& parser) {
 void Interpreter::push(Parser& parser, const Token& command) {
   const std::uint32_t count = read_count(parser);
   parser.close_command();
-  if (count > kMaxLevels - levels.size()) {
+  if (count > kMaxLevels - assertions.get_level()) {
     parser.fail(command.position,
                 fmt::format("push {}: no more than {} levels can be open", count, kMaxLevels));
   }
   last_answer.reset();
   for (std::uint32_t i = 0; i < count; ++i) {
-    levels.push_back(assertions.size());
+    assertions.push();
     symbols.push();
     ask_engine(parser, command.position, [&] { engine.push(); });
   }
@@ -106,15 +106,13 @@ void Interpreter::push(Parser& parser, const Token& command) {
 void Interpreter::pop(Parser& parser, const Token& command) {
   const std::uint32_t count = read_count(parser);
   parser.close_command();
-  if (count > levels.size()) {
-    parser.fail(command.position,
-                fmt::format("pop {}: the number of open levels is {}", count, levels.size()));
+  if (count > assertions.get_level()) {
+    parser.fail(command.position, fmt::format("pop {}: the number of open levels is {}", count,
+                                              assertions.get_level()));
   }
   last_answer.reset();
   for (std::uint32_t i = 0; i < count; ++i) {
-    assertions.erase(assertions.begin() + static_cast<std::ptrdiff_t>(levels.back()),
-                     assertions.end());
-    levels.pop_back();
+    assertions.pop();
     symbols.pop();
     ask_engine(parser, command.position, [&] { engine.pop(); });
   }
@@ -138,7 +136,6 @@ void Interpreter::reset_assertions(Parser& parser, const Token& command) {
   parser.close_command();
   assertions.clear();
   assumptions.clear();
-  levels.clear();
   symbols.clear_levels();
   last_answer.reset();
   ask_engine(parser, command.position, [&] { engine.reset_assertions(); });

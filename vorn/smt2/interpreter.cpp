@@ -128,7 +128,7 @@ std::string Interpreter::get_state_script() const {
     text += fmt::format("(declare-const {} {})\n", d.constant->to_string(),
                         d.constant->get_type()->to_string());
   }
-  for (const std::vector<Assertion>* formulas : {&assertions, &assumptions}) {
+  for (const std::vector<Assertion>* formulas : {&assertions.get_items(), &assumptions}) {
     for (const Assertion& formula : *formulas)
       text += fmt::format("(assert {})\n", formula.term->to_string());
   }

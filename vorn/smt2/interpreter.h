@@ -26,6 +26,7 @@
 #include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/trail.h"
 #include "vorn/version.h"
 
 namespace vorn::smt2 {
@@ -142,8 +143,7 @@ class VORN_EXPORT Interpreter {
   InterpreterOptions options;
   SymbolTable symbols;
   std::shared_ptr<const std::string> script;  // what is being executed
-  std::vector<Assertion> assertions;
-  std::vector<std::size_t> levels;     // number of assertions at each push
+  Trail<Assertion> assertions;
   std::vector<Assertion> assumptions;  // of the last check
   std::optional<Answer> last_answer;   // of the assertions as they stand
   std::uint64_t checks = 0;

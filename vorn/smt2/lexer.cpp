@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "vorn/terms/simple_symbol.h"
+
 namespace vorn::smt2 {
 namespace {
 
@@ -24,8 +26,7 @@ constexpr auto classify_characters() {
   };
   set(" \t\r\n", CharClass::blank);
   set("();", CharClass::bracket);
-  set("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", CharClass::symbol);
-  set("~!@$%^&*_-+=<>.?/", CharClass::symbol);
+  set(kSymbolLetters, CharClass::symbol);
   set("0123456789", CharClass::digit);
   set("#:\"|", CharClass::word_only);
   return table;

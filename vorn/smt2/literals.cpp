@@ -57,17 +57,11 @@ const Term* make_bv_decimal(TermManager& mgr, std::string_view name, std::size_t
   return mgr.make_bv_number(value, width);
 }
 
-const Term* make_float(TermManager& mgr, const IEEEFloat& value) {
-  const IEEEFloat::format f = value.get_format();
-  return value.is_nan() ? mgr.make_fp_nan(f.e, f.m)
-                        : mgr.make_fp_number(value.get_bits(), f.e, f.m);
-}
-
 const Term* make_float_from_bits(TermManager& mgr, IEEEFloat::format f, const Term* bits) {
   // Built first in any case: the constructor checks the width.
   const Term* result = mgr.make_fp_from_bits(f.e, f.m, bits);
   QNumber value;
-  return mgr.is_number(bits, &value) ? make_float(mgr, IEEEFloat::from_bits(f, value)) : result;
+  return mgr.is_number(bits, &value) ? mgr.make_fp_number(IEEEFloat::from_bits(f, value)) : result;
 }
 
 const Term* make_float_from_fields(TermManager& mgr, const Term* sign, const Term* exponent,
@@ -84,7 +78,7 @@ const Term* make_float_from_fields(TermManager& mgr, const Term* sign, const Ter
   QNumber s, x, y;
   if (mgr.is_number(sign, &s) && mgr.is_number(exponent, &x) && mgr.is_number(fraction, &y)) {
     const QNumber bits = BVNumber::bv_concat(s, BVNumber::bv_concat(x, y, m), e + m);
-    return make_float(mgr, IEEEFloat::from_bits({e, m}, bits));
+    return mgr.make_fp_number(IEEEFloat::from_bits({e, m}, bits));
   }
   const Term* bits = mgr.make_bv_concat(sign, mgr.make_bv_concat(exponent, fraction));
   return mgr.make_fp_from_bits(e, m, bits);
@@ -96,7 +90,7 @@ const Term* make_float_from_real(TermManager& mgr, IEEEFloat::format f, const Te
   const auto rounded = [&](IEEEFloat::rounding_mode mode) {
     IEEEFloat value(f, mode);
     value.self_round(real);
-    return make_float(mgr, value);
+    return mgr.make_fp_number(value);
   };
   mgr.get_fp_type(f.e, f.m);
   if (!mgr.is_fprounding_type(rm->get_type())) {

@@ -84,10 +84,10 @@ std::string Interpreter::info(Parser& parser, const Token& key) const {
                        interactive ? "continued-execution" : "immediate-exit");
   }
   if (key.text == ":assertion-stack-levels") {
-    return fmt::format("(:assertion-stack-levels {})", levels.size());
+    return fmt::format("(:assertion-stack-levels {})", assertions.get_level());
   }
   if (key.text == ":all-statistics") {
-    return fmt::format("(:assertions {} :check-sat {} :terms {})", assertions.size(), checks,
+    return fmt::format("(:assertions {} :check-sat {} :terms {})", assertions.get_size(), checks,
                        mgr.get_term_count());
   }
   if (key.text == ":reason-unknown") {

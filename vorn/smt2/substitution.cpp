@@ -6,11 +6,12 @@
 #include <vector>
 
 #include "vorn/smt2/literals.h"
+#include "vorn/terms/post_order.h"
 
 namespace vorn::smt2 {
 namespace {
 
-/// Rebuilds terms bottom-up from a stack of its own, each shared subterm once.
+/// Rebuilds terms bottom-up, each shared subterm once.
 class Substitution {
  public:
   explicit Substitution(TermManager& manager) : mgr(manager) {}
@@ -18,21 +19,9 @@ class Substitution {
   void map(const Term* from, const Term* to) { images.emplace(from, to); }
 
   const Term* apply(const Term* root) {
-    std::vector<const Term*> stack{root};
-    while (!stack.empty()) {
-      const Term* t = stack.back();
-      if (images.contains(t)) {
-        stack.pop_back();
-        continue;
-      }
-      const std::size_t before = stack.size();
-      for (const Term* arg : t->get_args()) {
-        if (!images.contains(arg)) stack.push_back(arg);
-      }
-      if (stack.size() != before) continue;
-      images.emplace(t, rebuilt(t));
-      stack.pop_back();
-    }
+    walk_post_order<ArgumentOrder::last_to_first>(
+        root, [this](const Term* t) { return images.contains(t); },
+        [this](const Term* t) { images.emplace(t, rebuilt(t)); });
     return images.at(root);
   }
 
@@ -44,7 +33,7 @@ class Substitution {
     if (std::ranges::equal(args, t->get_args())) return t;
     if (t->get_tag() == SymbolTag::fp_from_bits) {
       // Bits that have become known make a literal, as they do where they are written out.
-      return make_float_from_bits(mgr, {t->get_type()->get_e(), t->get_type()->get_m()}, args[0]);
+      return make_float_from_bits(mgr, t->get_type()->get_format(), args[0]);
     }
     return mgr.rebuild(t, args);
   }

@@ -1,6 +1,5 @@
 #include "vorn/smt2/symbol_table.h"
 
-#include <algorithm>
 #include <cassert>
 
 namespace vorn::smt2 {
@@ -8,20 +7,21 @@ namespace vorn::smt2 {
 void SymbolTable::declare(std::string_view name, const Term* constant) {
   define(name, {{}, constant});
   declarations.push_back({std::string(name), constant});
+  changes.add({Change::Kind::declaration, {}});
 }
 
 void SymbolTable::define(std::string_view name, const Function& function) {
   const bool fresh = functions.try_emplace(std::string(name), function).second;
   assert(fresh);
   static_cast<void>(fresh);
-  function_trail.emplace_back(name);
+  changes.add({Change::Kind::function, std::string(name)});
 }
 
 void SymbolTable::define_sort(std::string_view name, const SortDefinition& definition) {
   const bool fresh = sorts.try_emplace(std::string(name), definition).second;
   assert(fresh);
   static_cast<void>(fresh);
-  sort_trail.emplace_back(name);
+  changes.add({Change::Kind::sort, std::string(name)});
 }
 
 const Function* SymbolTable::find(std::string_view name) const {
@@ -36,6 +36,7 @@ const SortDefinition* SymbolTable::find_sort(std::string_view name) const {
 
 void SymbolTable::add_label(std::string_view name, const Term* term) {
   labels.push_back({std::string(name), term});
+  changes.add({Change::Kind::label, {}});
 }
 
 void SymbolTable::append_terms(std::vector<const Term*>* terms) const {
@@ -45,33 +46,43 @@ void SymbolTable::append_terms(std::vector<const Term*>* terms) const {
   }
 }
 
-SymbolTable::Mark SymbolTable::get_mark() const {
-  return {function_trail.size(), sort_trail.size(), declarations.size(), labels.size()};
+void SymbolTable::undo(const Change& change) {
+  switch (change.kind) {
+    case Change::Kind::function:
+      functions.erase(change.name);
+      break;
+    case Change::Kind::sort:
+      sorts.erase(change.name);
+      break;
+    case Change::Kind::declaration:
+      declarations.pop_back();
+      break;
+    case Change::Kind::label:
+      labels.pop_back();
+      break;
+  }
 }
 
-void SymbolTable::retract(const Mark& mark) {
-  for (; function_trail.size() > mark.functions; function_trail.pop_back()) {
-    functions.erase(function_trail.back());
-  }
-  for (; sort_trail.size() > mark.sorts; sort_trail.pop_back())
-    sorts.erase(sort_trail.back());
-  declarations.resize(std::min(declarations.size(), mark.declarations));
-  labels.resize(std::min(labels.size(), mark.labels));
+void SymbolTable::retract(Mark mark) {
+  changes.retract(mark, [this](const Change& change) { undo(change); });
 }
 
 void SymbolTable::push() {
-  levels.push_back(get_mark());
+  changes.push();
 }
 
 void SymbolTable::pop() {
-  assert(!levels.empty());
-  if (!global) retract(levels.back());
-  levels.pop_back();
+  if (global) {
+    changes.merge();
+  } else {
+    changes.pop([this](const Change& change) { undo(change); });
+  }
 }
 
 void SymbolTable::clear_levels() {
-  levels.clear();
-  if (!global) retract({});
+  while (get_level() != 0)
+    changes.merge();
+  if (!global) retract(0);
 }
 
 void SymbolTable::clear() {

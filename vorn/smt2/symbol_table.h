@@ -17,6 +17,7 @@
 #include "vorn/smt2/value.h"
 #include "vorn/terms/term.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/trail.h"
 
 namespace vorn::smt2 {
 
@@ -67,7 +68,7 @@ class VORN_EXPORT SymbolTable {
   bool is_empty() const { return functions.empty() && sorts.empty(); }
   /// Whether names outlive the levels in which they came; the table must be empty.
   void set_global(bool on) { global = on; }
-  std::size_t get_level() const { return levels.size(); }
+  std::size_t get_level() const { return changes.get_level(); }
   void push();
   /// Forgets what came since the last push, of which there must be one.
   void pop();
@@ -77,12 +78,10 @@ class VORN_EXPORT SymbolTable {
   void clear();
 
   /// A point in time within a level.
-  struct Mark {
-    std::size_t functions, sorts, declarations, labels;
-  };
-  Mark get_mark() const;
+  using Mark = std::size_t;
+  Mark get_mark() const { return changes.get_size(); }
   /// Forgets what came since then, which is within the current level.
-  void retract(const Mark& mark);
+  void retract(Mark mark);
 
  private:
   struct StringHash {
@@ -91,13 +90,21 @@ class VORN_EXPORT SymbolTable {
   };
   template <class T>
   using Table = std::unordered_map<std::string, T, StringHash, std::equal_to<>>;
+  /// Something that came: the function or sort of that name, or the last of a list.
+  struct Change {
+    enum class Kind : std::uint8_t { function, sort, declaration, label };
+
+    Kind kind;
+    std::string name;
+  };
+
+  void undo(const Change& change);
+
   Table<Function> functions;
   Table<SortDefinition> sorts;
-  std::vector<std::string> function_trail;
-  std::vector<std::string> sort_trail;
   std::vector<Declaration> declarations;
   std::vector<Declaration> labels;
-  std::vector<Mark> levels;
+  Trail<Change> changes;
   bool global = false;
 };
 

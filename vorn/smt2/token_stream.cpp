@@ -5,16 +5,12 @@
 #include <charconv>
 #include <utility>
 
+#include "vorn/terms/simple_symbol.h"
+
 namespace vorn::smt2 {
 
 bool is_reserved_word(const Token& token) {
-  static constexpr std::string_view kWords[] = {
-      "!",      "_",   "as",  "BINARY",  "DECIMAL", "exists", "HEXADECIMAL",
-      "forall", "let", "par", "NUMERAL", "STRING",  "match"};
-  for (const std::string_view word : kWords) {
-    if (token.is_word(word)) return true;
-  }
-  return false;
+  return token.is(Token::Kind::symbol) && vorn::is_reserved_word(token.text);
 }
 
 TokenStream::TokenStream(std::string_view text, std::string file, Position start)

@@ -30,8 +30,8 @@ void Solver::enter_assumptions(std::span<const Term* const> assumed) {
   push();
   in_assumptions = true;
   for (const Term* formula : assumed) {
-    assumptions.push_back({translate(formula, levels.back())});
-    levels.back().assertions.push_back(formula);
+    assumptions.push_back({translate(formula)});
+    assertions.add(formula);
   }
 }
 
@@ -97,7 +97,7 @@ bool Solver::try_shortly() {
 /// Whether this check has a local search, which is prepared when it is first wanted.
 bool Solver::has_local_search() {
   if (may_search_locally && !back_end->local_search) {
-    back_end->local_search = search::LocalSearch::prepare(mgr, get_assertions(),
+    back_end->local_search = search::LocalSearch::prepare(mgr, assertions.get_items(),
                                                           static_cast<std::uint64_t>(options.seed));
     may_search_locally = back_end->local_search.has_value();
   }
@@ -131,8 +131,8 @@ Answer Solver::search() {
                   sat.get_variable_count(), sat.get_clause_count()));
   if (back_end->circuits->recorder != nullptr) write_cnf();
   for (int conflicts = kFirstConflicts;; conflicts *= 2) {
-    for (const Level& level : levels) {
-      if (level.activation != 0) sat.assume(level.activation);
+    for (const int activation : activations) {
+      if (activation != 0) sat.assume(activation);
     }
     for (const Assumption& assumption : assumptions) {
       if (assumption.literal != 0) sat.assume(assumption.literal);
@@ -163,9 +163,10 @@ Answer Solver::give_up(const char* reason) {
 
 /// Hands what is new to the SAT solver.
 void Solver::write_clauses() {
-  write_level(levels.front(), true);
-  for (std::size_t i = 1; i < levels.size(); ++i)
-    write_level(levels[i], options.is_traced());
+  for (std::size_t level = 0; level <= conjuncts.get_level(); ++level) {
+    for (; written < conjuncts.get_size(level); ++written)
+      write_conjunct(conjuncts.get_items()[written], level);
+  }
   BackEnd::Circuits& circuits = *back_end->circuits;
   for (Assumption& assumption : assumptions) {
     const bv::Lit lit = circuits.blaster.blast_bool(assumption.translated);
@@ -177,18 +178,17 @@ void Solver::write_clauses() {
   }
 }
 
-void Solver::write_level(Level& level, bool permanent) {
+void Solver::write_conjunct(const Term* conjunct, std::size_t level) {
   BackEnd::Circuits& circuits = *back_end->circuits;
-  for (; level.written < level.conjuncts.size(); ++level.written) {
-    const bv::Lit lit = circuits.blaster.blast_bool(level.conjuncts[level.written]);
-    if (permanent) {
-      circuits.cnf.assert_true(lit);
-      continue;
-    }
-    if (level.activation == 0) level.activation = circuits.sat->new_variable();
-    const int holds = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
-    circuits.sat->add_clause({-level.activation, holds});
+  const bv::Lit lit = circuits.blaster.blast_bool(conjunct);
+  if (level == 0 || options.is_traced()) {
+    circuits.cnf.assert_true(lit);
+    return;
   }
+  int& activation = activations[level];
+  if (activation == 0) activation = circuits.sat->new_variable();
+  const int holds = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
+  circuits.sat->add_clause({-activation, holds});
 }
 
 /// Leaves behind all that was written; what is alive is written again by the next search. When
@@ -196,10 +196,8 @@ void Solver::write_level(Level& level, bool permanent) {
 /// the work is shared out evenly.
 void Solver::replace_circuits(bool traced) {
   back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, traced);
-  for (Level& level : levels) {
-    level.written = 0;
-    level.activation = 0;
-  }
+  written = 0;
+  activations.assign(activations.size(), 0);
   has_garbage = false;
 }
 

@@ -15,7 +15,6 @@ namespace vorn::solver {
 namespace {
 
 constexpr std::uint32_t kVersion = 1;
-constexpr std::size_t kModeBits = 3;
 
 bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
@@ -131,7 +130,7 @@ MappedTerm read_constant(LineReader& line, std::uint64_t variables) {
   term.name = line.take_name();
   term.type = line.take_sort();
   term.bits = line.take_bits(variables);
-  const std::size_t width = get_width(term.type);
+  const std::size_t width = term.type->get_value_width();
   const bool is_mode = term.type->get_kind() == DataType::Kind::rounding_mode;
   if (term.bits.size() != width && !(is_mode && term.bits.size() + 1 == width)) {
     line.fail(fmt::format("symbol map: {} has {} bits, got {}", term.type->to_string(), width,
@@ -152,20 +151,6 @@ MappedTerm read_choice(TermManager& manager, LineReader& line, std::uint64_t var
 }
 
 }  // namespace
-
-std::size_t get_width(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::boolean:
-      return 1;
-    case DataType::Kind::rounding_mode:
-      return kModeBits;
-    case DataType::Kind::bit_vector:
-      return type->get_width();
-    case DataType::Kind::floating_point:
-      break;
-  }
-  return 1 + type->get_e() + type->get_m();
-}
 
 std::string line_symbol(std::string_view name) {
   std::string text = "|";

@@ -45,7 +45,9 @@ inline constexpr int kFalseBit = -kTrueBit;
 struct MappedTerm {
   std::string name;                // of a constant
   const DataType* type = nullptr;  // null where a choice has no constant, and no bits
-  std::vector<int> bits;           // most significant first
+  /// Most significant first, DataType::get_value_width of them; a rounding mode of the base encoder
+  /// has one less.
+  std::vector<int> bits;
 };
 
 /// Where the clauses keep the values of a script.
@@ -54,10 +56,6 @@ struct SymbolMap {
   std::vector<MappedTerm> constants;  // of the script
   std::vector<MappedTerm> choices;    // in the order of find_open_terms
 };
-
-/// The number of bits that the value of a sort takes in a map. Rounding modes of the base encoder
-/// have one less.
-VORN_EXPORT std::size_t get_width(const DataType* type);
 
 /// The symbol between bars, on one line.
 VORN_EXPORT std::string line_symbol(std::string_view name);

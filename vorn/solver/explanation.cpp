@@ -8,6 +8,7 @@
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/fp/labels.h"
 #include "vorn/semantics/evaluator.h"
+#include "vorn/semantics/open_terms.h"
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/operations.h"
 
@@ -15,17 +16,6 @@ namespace vorn::solver {
 namespace {
 
 enum class Inputs : std::uint8_t { variables, literals };
-
-std::size_t width_of(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::floating_point:
-      return 1 + type->get_e() + type->get_m();
-    case DataType::Kind::bit_vector:
-      return type->get_width();
-    default:
-      return 1;
-  }
-}
 
 /// One operation's circuit in a manager of its own, and the values in it.
 class Circuit {
@@ -65,8 +55,8 @@ class Circuit {
     for (fp::Tie& tie : fp::find_ties(target, constraints, is_input)) {
       const QNumber& value = evaluator.evaluate(tie.value);
       known.emplace(tie.constant, value);
-      intermediates.push_back(
-          {std::move(tie.label), tie.occurrence, width_of(tie.constant->get_type()), value});
+      intermediates.push_back({std::move(tie.label), tie.occurrence,
+                               tie.constant->get_type()->get_value_width(), value});
     }
     return intermediates;
   }
@@ -106,7 +96,7 @@ class Circuit {
                            Inputs inputs) {
     if (manager.is_fprounding_type(type)) return semantics::make_literal(manager, type, value);
     const Term* arg = manager.make_constant(manager.make_unique_symbol(".operand", type));
-    const std::size_t width = width_of(type);
+    const std::size_t width = type->get_value_width();
     if (inputs == Inputs::literals) {
       encoder->define_encoding(arg, target.make_bv_number(value, width));
       return arg;
@@ -142,11 +132,8 @@ class Circuit {
 
 /// The choice that gives the operation that value.
 QNumber choice_for(const Term* operation, const QNumber& value) {
-  const DataType* type = operation->get_type();
-  if (type->get_kind() != DataType::Kind::floating_point) return value;
-  // Two bits, for the two ways in which zeros of different sign can stand.
-  const bool negative = value.test_bit(type->get_e() + type->get_m());
-  return QNumber(negative ? 3 : 0);
+  if (!semantics::is_selection(operation)) return value;
+  return semantics::make_zero_choice(operation->get_type(), value);
 }
 
 Explanation explain(TermManager& manager, const Term* operation, std::span<const QNumber> operands,

@@ -1,6 +1,7 @@
 // Models: what the SAT solver or the local search found, its check, and the values that it gives.
 #include <stdexcept>
 
+#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/congruences.h"
 #include "vorn/solver/solver.h"
@@ -51,16 +52,12 @@ QNumber Solver::value_of(const Term* constant) const {
 /// What the model makes of an application that the theory leaves open. A conversion that is not
 /// encoded, be it that rewriting dropped it, has the value of one that is, if the arguments agree.
 QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
-  const bool selects = t->get_tag() == SymbolTag::fp_min || t->get_tag() == SymbolTag::fp_max;
+  const bool selects = semantics::is_selection(t);
   const Term* witness = selects ? t : encoded_form(t);
   const Term* choice = back_end->encoder->get_choice(witness);
   const auto found = model.find(choice);
   const QNumber own = found == model.end() ? QNumber() : found->second;
-  if (selects) {
-    const DataType* type = t->get_type();
-    const bool negative_first = values[0].test_bit(type->get_e() + type->get_m());
-    return QNumber(own.test_bit(negative_first ? 1 : 0) ? 1 : 0);
-  }
+  if (selects) return semantics::get_chosen_sign(own, t->get_type(), values[0]);
   const OpenKey key{t->get_symbol(), {values.begin(), values.end()}};
   if (back_end->encoder->get_cached(witness) == nullptr) {
     const auto known = open_conversions.find(key);
@@ -85,7 +82,7 @@ bool Solver::model_holds() {
   // What was encoded comes first: its conversions decide for those that rewriting dropped.
   for (const Term* assertion : get_encoded_assertions())
     evaluator.evaluate(assertion);
-  for (const Term* assertion : get_assertions()) {
+  for (const Term* assertion : assertions.get_items()) {
     if (evaluator.evaluate(assertion).sign() == 0) holds = false;
   }
   return holds;

@@ -1,5 +1,6 @@
 #include "vorn/solver/solver.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <optional>
@@ -22,7 +23,7 @@ Solver::Solver(TermManager& manager, const Options& chosen)
     : mgr(manager),
       options(chosen),
       back_end(std::make_unique<BackEnd>(manager, chosen)),
-      levels(1) {}
+      activations(1) {}
 
 Solver::~Solver() = default;
 
@@ -38,16 +39,16 @@ void Solver::assert_formula(const Term* f) {
                                 f->get_type()->to_string());
   }
   leave_assumptions();
-  levels.back().conjuncts.push_back(translate(f, levels.back()));
-  levels.back().assertions.push_back(f);
+  conjuncts.add(translate(f));
+  assertions.add(f);
 }
 
 /// The translation of `f`, which belongs to the innermost level, as do the constraints beside it.
-const Term* Solver::translate(const Term* f, Level& level) {
+const Term* Solver::translate(const Term* f) {
   const Stopwatch watch(&statistics.translation_seconds);
   if (back_end->rewriter) f = back_end->rewriter->rewrite(f);
   // If a part of f is refused, what was translated before it stays in use: so do its constraints.
-  return back_end->translator.translate(f, &level.conjuncts);
+  return back_end->translator.translate(f, &conjuncts);
 }
 
 /// What stands for `t`, a part of an assertion, where the encoder sees it.
@@ -57,7 +58,7 @@ const Term* Solver::encoded_form(const Term* t) const {
 }
 
 std::vector<const Term*> Solver::get_encoded_assertions() const {
-  std::vector<const Term*> all = get_assertions();
+  std::vector<const Term*> all = assertions.get_items();
   for (const Term*& f : all)
     f = encoded_form(f);
   return all;
@@ -70,18 +71,23 @@ std::string Solver::describe_rewriting() const {
 void Solver::push() {
   leave_assumptions();
   back_end->translator.push();
-  levels.emplace_back();
+  assertions.push();
+  conjuncts.push();
+  activations.push_back(0);
 }
 
 void Solver::pop() {
   leave_assumptions();
-  if (levels.size() == 1) throw std::logic_error("pop without a matching push");
+  if (assertions.get_level() == 0) throw std::logic_error("pop without a matching push");
   back_end->translator.pop();
-  if (const int activation = levels.back().activation; activation != 0) {
+  if (const int activation = activations.back(); activation != 0) {
     back_end->circuits->sat->add_clause({-activation});
     has_garbage = true;
   }
-  levels.pop_back();
+  assertions.pop();
+  conjuncts.pop();
+  written = std::min(written, conjuncts.get_size());
+  activations.pop_back();
 }
 
 /// The level of the last check's assumptions stays while its model may be asked for.
@@ -97,7 +103,10 @@ void Solver::leave_assumptions() {
 
 void Solver::reset_assertions() {
   back_end = std::make_unique<BackEnd>(mgr, options);
-  levels.assign(1, Level());
+  assertions.clear();
+  conjuncts.clear();
+  written = 0;
+  activations.assign(1, 0);
   assumptions.clear();
   in_assumptions = false;
   has_model = false;
@@ -111,8 +120,8 @@ void Solver::reset_assertions() {
 void Solver::collect_garbage(std::span<const Term* const> kept) {
   leave_assumptions();
   std::vector<const Term*> roots(kept.begin(), kept.end());
-  for (const Level& level : levels)
-    roots.insert(roots.end(), level.assertions.begin(), level.assertions.end());
+  const std::vector<const Term*>& given = assertions.get_items();
+  roots.insert(roots.end(), given.begin(), given.end());
   back_end.reset();
   model.clear();
   open_conversions.clear();
@@ -122,11 +131,17 @@ void Solver::collect_garbage(std::span<const Term* const> kept) {
   back_end = std::make_unique<BackEnd>(mgr, options);
   has_garbage = false;
   rebuild_limit = kLeastRebuildLimit;
-  for (Level& level : levels) {
-    if (&level != &levels.front()) back_end->translator.push();
-    level = {std::move(level.assertions), {}};
-    for (const Term* f : level.assertions)
-      level.conjuncts.push_back(translate(f, level));
+  conjuncts.clear();
+  written = 0;
+  activations.assign(activations.size(), 0);
+  std::size_t next = 0;
+  for (std::size_t level = 0; level <= assertions.get_level(); ++level) {
+    if (level != 0) {
+      back_end->translator.push();
+      conjuncts.push();
+    }
+    for (; next < assertions.get_size(level); ++next)
+      conjuncts.add(translate(given[next]));
   }
 }
 
@@ -151,17 +166,10 @@ std::vector<std::size_t> Solver::get_unsat_assumptions() {
 
 // What leaves the solver ------------------------------------------------------------------------
 
-std::vector<const Term*> Solver::get_assertions() const {
-  std::vector<const Term*> all;
-  for (const Level& level : levels)
-    all.insert(all.end(), level.assertions.begin(), level.assertions.end());
-  return all;
-}
-
 Encoding Solver::encode(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
   Encoding encoding;
-  encoding.assertions = get_assertions();
+  encoding.assertions = assertions.get_items();
   encoding.open_terms = semantics::find_open_terms(encoding.assertions);
   // Models are checked against the assertions as given, so what they leave open has a constant even
   // where rewriting has dropped it.
@@ -169,11 +177,8 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
   for (const Term* t : encoding.open_terms)
     encoded_terms.push_back(encoded_form(t));
   for (const Term* t : encoded_terms)
-    back_end->translator.translate(t, &levels.back().conjuncts);
-  for (const Level& level : levels) {
-    encoding.conjuncts.insert(encoding.conjuncts.end(), level.conjuncts.begin(),
-                              level.conjuncts.end());
-  }
+    back_end->translator.translate(t, &conjuncts);
+  encoding.conjuncts = conjuncts.get_items();
   for (const Assumption& assumption : assumptions)
     encoding.conjuncts.push_back(assumption.translated);
   for (std::size_t i = 0; i < encoded_terms.size(); ++i) {
@@ -197,7 +202,7 @@ const Term* Solver::get_encoding(const Term* constant) const {
 void Solver::start_traces() {
   const std::vector<const Term*> open_terms = semantics::find_open_terms(get_encoded_assertions());
   for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
-    levels.back().conjuncts.push_back(f);
+    conjuncts.add(f);
   replace_circuits(true);
 }
 

@@ -35,6 +35,7 @@
 #include "vorn/utils/export.h"
 #include "vorn/utils/logger.h"
 #include "vorn/utils/termination_test.h"
+#include "vorn/utils/trail.h"
 
 namespace vorn::solver {
 
@@ -128,12 +129,6 @@ class VORN_EXPORT Solver : public Engine {
 
  private:
   struct BackEnd;
-  struct Level {
-    std::vector<const Term*> assertions;  // as given, assumptions among them
-    std::vector<const Term*> conjuncts;   // translated, and the constraints that go with them
-    std::size_t written = 0;              // conjuncts that are clauses already
-    int activation = 0;  // SAT variable that turns the level's clauses on; 0: none yet
-  };
   struct Assumption {
     const Term* translated;
     int literal = 0;  // in the SAT solver
@@ -153,10 +148,9 @@ class VORN_EXPORT Solver : public Engine {
 
   void leave_assumptions();
   void enter_assumptions(std::span<const Term* const> assumed);
-  std::vector<const Term*> get_assertions() const;
   void start_traces();
   void write_cnf() const;
-  const Term* translate(const Term* f, Level& level);
+  const Term* translate(const Term* f);
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
   Answer decide();
@@ -166,7 +160,7 @@ class VORN_EXPORT Solver : public Engine {
   bool try_assignments(std::uint64_t effort);
   Answer give_up(const char* reason);
   void write_clauses();
-  void write_level(Level& level, bool permanent);
+  void write_conjunct(const Term* conjunct, std::size_t level);
   void replace_circuits(bool traced = false);
   void read_model();
   void read_found_model();
@@ -181,7 +175,11 @@ class VORN_EXPORT Solver : public Engine {
   TermManager& mgr;
   Options options;
   std::unique_ptr<BackEnd> back_end;
-  std::vector<Level> levels;
+  Trail<const Term*> assertions;  // as given, assumptions among them
+  Trail<const Term*> conjuncts;   // translated, and the constraints that go with them
+  std::size_t written = 0;        // conjuncts that are clauses already
+  /// By level, the SAT variable that turns its clauses on; 0 for none yet.
+  std::vector<int> activations;
   std::vector<Assumption> assumptions;  // of the last check
   bool in_assumptions = false;          // the last level holds what belongs to them
   ShortSearch short_search;

@@ -4,40 +4,25 @@
 #include <string>
 
 #include "vorn/terms/operations.h"
+#include "vorn/terms/post_order.h"
 
 namespace vorn::solver {
 
-const Term* Translator::translate(const Term* formula, std::vector<const Term*>* constraints) {
-  std::vector<const Term*> stack{formula};
-  while (!stack.empty()) {
-    const Term* t = stack.back();
-    if (find(t) != nullptr) {
-      stack.pop_back();
-      continue;
-    }
-    const std::size_t depth = stack.size();
-    for (const Term* arg : t->get_args()) {
-      if (find(arg) == nullptr) stack.push_back(arg);
-    }
-    if (stack.size() > depth) continue;
-    stack.pop_back();
-    finish(t, constraints);
-  }
+const Term* Translator::translate(const Term* formula, Trail<const Term*>* constraints) {
+  walk_post_order<ArgumentOrder::last_to_first>(
+      formula, [this](const Term* t) { return find(t) != nullptr; },
+      [&](const Term* t) { finish(t, constraints); });
   return find(formula);
 }
 
 void Translator::push() {
-  marks.push_back({translated.size(), encoded.size()});
+  translated.push();
+  encoded.push();
 }
 
 void Translator::pop() {
-  const Mark mark = marks.back();
-  marks.pop_back();
-  for (; translated.size() > mark.translated; translated.pop_back()) {
-    translations.erase(translated.back());
-  }
-  for (; encoded.size() > mark.encoded; encoded.pop_back())
-    encoder.retract_upto(encoded.back());
+  translated.pop([this](const Term* t) { translations.erase(t); });
+  encoded.pop([this](const Term* t) { encoder.retract_upto(t); });
 }
 
 /// Whether `t` is a float or a rounding mode: what the encoder's cache keeps.
@@ -57,7 +42,7 @@ const Term* Translator::find(const Term* t) const {
 }
 
 /// Translates `t`, all of whose arguments are translated.
-void Translator::finish(const Term* t, std::vector<const Term*>* constraints) {
+void Translator::finish(const Term* t, Trail<const Term*>* constraints) {
   if (is_fp_term(t)) {
     if (t->get_tag() == SymbolTag::ite) {
       define(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));
@@ -79,10 +64,10 @@ void Translator::finish(const Term* t, std::vector<const Term*>* constraints) {
     translation = mgr.rebuild(t, args);
   }
   translations.insert({t, translation});
-  translated.push_back(t);
+  translated.add(t);
 }
 
-void Translator::encode(const Term* t, std::vector<const Term*>* constraints) {
+void Translator::encode(const Term* t, Trail<const Term*>* constraints) {
   if (t->get_arity() != 0 && !encoder.supports(t->get_tag())) {
     throw std::invalid_argument(std::string(find_operation(t->get_tag())->name) +
                                 " is not supported by this encoder");
@@ -91,7 +76,7 @@ void Translator::encode(const Term* t, std::vector<const Term*>* constraints) {
     if (encoder.get_cached(arg) == nullptr) define(arg, find(arg));
   }
   std::vector<const Term*> definitions;
-  encoded.push_back(t);
+  encoded.add(t);
   try {
     encoder.get_bv_encoding(t, &definitions);
   } catch (const std::invalid_argument& error) {
@@ -101,11 +86,12 @@ void Translator::encode(const Term* t, std::vector<const Term*>* constraints) {
                                 t->get_arg(t->get_arity() - 1)->get_type()->to_string() +
                                 " is not supported by this encoder (" + error.what() + ")");
   }
-  constraints->insert(constraints->end(), definitions.begin(), definitions.end());
+  for (const Term* definition : definitions)
+    constraints->add(definition);
 }
 
 void Translator::define(const Term* t, const Term* encoding) {
-  encoded.push_back(t);
+  encoded.add(t);
   encoder.define_encoding(t, encoding);
 }
 

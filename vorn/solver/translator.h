@@ -9,11 +9,10 @@
 #ifndef VORN_SOLVER_TRANSLATOR_H
 #define VORN_SOLVER_TRANSLATOR_H
 
-#include <vector>
-
 #include "vorn/fp/fp_bv_encoder.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
+#include "vorn/utils/trail.h"
 
 namespace vorn::solver {
 
@@ -26,32 +25,27 @@ class Translator {
   /// The translation of a Boolean term. The constraints that must hold beside it are appended to
   /// `constraints`; they stay in force until the level in which they were made is popped.
   /// Throws std::invalid_argument where the encoder does not support a term.
-  const Term* translate(const Term* formula, std::vector<const Term*>* constraints);
+  const Term* translate(const Term* formula, Trail<const Term*>* constraints);
 
   void push();
   /// Forgets what was translated since the matching push.
   void pop();
 
  private:
-  struct Mark {
-    std::size_t translated, encoded;
-  };
-
   bool is_fp_term(const Term* t) const;
   bool reads_fp(const Term* t) const;
   const Term* find(const Term* t) const;
-  void finish(const Term* t, std::vector<const Term*>* constraints);
-  void encode(const Term* t, std::vector<const Term*>* constraints);
+  void finish(const Term* t, Trail<const Term*>* constraints);
+  void encode(const Term* t, Trail<const Term*>* constraints);
   void define(const Term* t, const Term* encoding);
   const Term* read_bits(const Term* bits, std::size_t e, std::size_t m);
 
   TermManager& mgr;
   fp::FpBvEncoder& encoder;
 
-  TermMap translations;                 // of Boolean and bit-vector terms
-  std::vector<const Term*> translated;  // its keys in order
-  std::vector<const Term*> encoded;     // terms that entered the encoder's cache, in order
-  std::vector<Mark> marks;
+  TermMap translations;           // of Boolean and bit-vector terms
+  Trail<const Term*> translated;  // its keys
+  Trail<const Term*> encoded;     // terms that entered the encoder's cache
 };
 
 }  // namespace vorn::solver

@@ -8,24 +8,6 @@
 namespace vorn {
 namespace {
 
-IEEEFloat canonical_nan(IEEEFloat::format fmt) {
-  IEEEFloat result(fmt, IEEEFloat::rounding_mode::nearest_even);
-  result.self_nan();
-  return result;
-}
-
-IEEEFloat infinity(IEEEFloat::format fmt, bool negative) {
-  IEEEFloat result(fmt, IEEEFloat::rounding_mode::nearest_even);
-  result.self_inf(negative);
-  return result;
-}
-
-IEEEFloat zero(IEEEFloat::format fmt, bool negative) {
-  IEEEFloat result(fmt, IEEEFloat::rounding_mode::nearest_even);
-  result.self_zero(negative);
-  return result;
-}
-
 IEEEFloat rounded(IEEEFloat::format fmt, IEEEFloat::rounding_mode rm, bool negative,
                   const mpz_class& significand, const mpz_class& exponent, bool sticky) {
   IEEEFloat result(fmt, rm);
@@ -81,7 +63,7 @@ IEEEFloat add_below(IEEEFloat::format fmt, IEEEFloat::rounding_mode rm, const Fi
     sticky = true;
     if (a.negative != b.negative) sum -= sgn(sum);
   }
-  if (sum == 0) return zero(fmt, rm == IEEEFloat::rounding_mode::minus_inf);
+  if (sum == 0) return IEEEFloat::make_zero(fmt, rm == IEEEFloat::rounding_mode::minus_inf);
   return rounded(fmt, rm, sum < 0, abs(sum), exponent, sticky);
 }
 
@@ -92,16 +74,16 @@ IEEEFloat add_finite(IEEEFloat::format fmt, IEEEFloat::rounding_mode rm, const F
 
 /// The sum of two zeros (IEEE 754-2019, clause 6.3).
 IEEEFloat add_zeros(IEEEFloat::format fmt, IEEEFloat::rounding_mode rm, bool a, bool b) {
-  return zero(fmt, a == b ? a : rm == IEEEFloat::rounding_mode::minus_inf);
+  return IEEEFloat::make_zero(fmt, a == b ? a : rm == IEEEFloat::rounding_mode::minus_inf);
 }
 
 }  // namespace
 
 IEEEFloat ieee_add(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b) {
   const IEEEFloat::format fmt = a.get_format();
-  if (a.is_nan() || b.is_nan()) return canonical_nan(fmt);
+  if (a.is_nan() || b.is_nan()) return IEEEFloat::make_nan(fmt);
   const bool same_sign = a.is_sign_set() == b.is_sign_set();
-  if (a.is_inf() && b.is_inf() && !same_sign) return canonical_nan(fmt);
+  if (a.is_inf() && b.is_inf() && !same_sign) return IEEEFloat::make_nan(fmt);
   if (a.is_inf()) return a;
   if (b.is_inf()) return b;
   if (a.is_zero() && b.is_zero()) return add_zeros(fmt, rm, a.is_sign_set(), b.is_sign_set());
@@ -117,10 +99,10 @@ IEEEFloat ieee_sub(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFl
 IEEEFloat ieee_mul(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b) {
   const IEEEFloat::format fmt = a.get_format();
   const bool negative = a.is_sign_set() != b.is_sign_set();
-  if (a.is_nan() || b.is_nan()) return canonical_nan(fmt);
-  if ((a.is_inf() && b.is_zero()) || (a.is_zero() && b.is_inf())) return canonical_nan(fmt);
-  if (a.is_inf() || b.is_inf()) return infinity(fmt, negative);
-  if (a.is_zero() || b.is_zero()) return zero(fmt, negative);
+  if (a.is_nan() || b.is_nan()) return IEEEFloat::make_nan(fmt);
+  if ((a.is_inf() && b.is_zero()) || (a.is_zero() && b.is_inf())) return IEEEFloat::make_nan(fmt);
+  if (a.is_inf() || b.is_inf()) return IEEEFloat::make_inf(fmt, negative);
+  if (a.is_zero() || b.is_zero()) return IEEEFloat::make_zero(fmt, negative);
   return rounded(fmt, rm, negative, a.get_significand() * b.get_significand(),
                  a.get_exponent() + b.get_exponent(), false);
 }
@@ -128,10 +110,10 @@ IEEEFloat ieee_mul(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFl
 IEEEFloat ieee_div(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFloat& b) {
   const IEEEFloat::format fmt = a.get_format();
   const bool negative = a.is_sign_set() != b.is_sign_set();
-  if (a.is_nan() || b.is_nan()) return canonical_nan(fmt);
-  if ((a.is_inf() && b.is_inf()) || (a.is_zero() && b.is_zero())) return canonical_nan(fmt);
-  if (a.is_inf() || b.is_zero()) return infinity(fmt, negative);
-  if (b.is_inf() || a.is_zero()) return zero(fmt, negative);
+  if (a.is_nan() || b.is_nan()) return IEEEFloat::make_nan(fmt);
+  if ((a.is_inf() && b.is_inf()) || (a.is_zero() && b.is_zero())) return IEEEFloat::make_nan(fmt);
+  if (a.is_inf() || b.is_zero()) return IEEEFloat::make_inf(fmt, negative);
+  if (b.is_inf() || a.is_zero()) return IEEEFloat::make_zero(fmt, negative);
   const mpz_class scale(static_cast<unsigned long>(2 * fmt.m + 4));
   mpz_class q;
   mpz_class r;
@@ -144,11 +126,11 @@ IEEEFloat ieee_fma(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFl
                    const IEEEFloat& c) {
   const IEEEFloat::format fmt = a.get_format();
   const bool negative = a.is_sign_set() != b.is_sign_set();
-  if (a.is_nan() || b.is_nan() || c.is_nan()) return canonical_nan(fmt);
-  if ((a.is_inf() && b.is_zero()) || (a.is_zero() && b.is_inf())) return canonical_nan(fmt);
+  if (a.is_nan() || b.is_nan() || c.is_nan()) return IEEEFloat::make_nan(fmt);
+  if ((a.is_inf() && b.is_zero()) || (a.is_zero() && b.is_inf())) return IEEEFloat::make_nan(fmt);
   if (a.is_inf() || b.is_inf()) {
-    if (c.is_inf() && c.is_sign_set() != negative) return canonical_nan(fmt);
-    return infinity(fmt, negative);
+    if (c.is_inf() && c.is_sign_set() != negative) return IEEEFloat::make_nan(fmt);
+    return IEEEFloat::make_inf(fmt, negative);
   }
   if (c.is_inf()) return c;
   if (a.is_zero() || b.is_zero()) {
@@ -161,8 +143,8 @@ IEEEFloat ieee_fma(IEEEFloat::rounding_mode rm, const IEEEFloat& a, const IEEEFl
 
 IEEEFloat ieee_sqrt(IEEEFloat::rounding_mode rm, const IEEEFloat& a) {
   const IEEEFloat::format fmt = a.get_format();
-  if (a.is_nan() || a.is_zero()) return a.is_nan() ? canonical_nan(fmt) : a;
-  if (a.is_sign_set()) return canonical_nan(fmt);
+  if (a.is_nan() || a.is_zero()) return a.is_nan() ? IEEEFloat::make_nan(fmt) : a;
+  if (a.is_sign_set()) return IEEEFloat::make_nan(fmt);
   if (a.is_inf()) return a;
   // An even exponent, and twice the bits that rounding looks at.
   const mpz_class exponent = a.get_exponent();
@@ -176,7 +158,7 @@ IEEEFloat ieee_sqrt(IEEEFloat::rounding_mode rm, const IEEEFloat& a) {
 
 IEEEFloat ieee_rem(const IEEEFloat& a, const IEEEFloat& b) {
   const IEEEFloat::format fmt = a.get_format();
-  if (a.is_nan() || b.is_nan() || a.is_inf() || b.is_zero()) return canonical_nan(fmt);
+  if (a.is_nan() || b.is_nan() || a.is_inf() || b.is_zero()) return IEEEFloat::make_nan(fmt);
   if (a.is_zero() || b.is_inf()) return a;
   // With divisor and dividend on one scale, the dividend modulo twice the divisor tells whether the
   // integer quotient is odd.
@@ -201,17 +183,17 @@ IEEEFloat ieee_rem(const IEEEFloat& a, const IEEEFloat& b) {
   if (odd) rest -= divisor;
   const int half = cmp(2 * rest, divisor);
   if (half > 0 || (half == 0 && odd)) rest -= divisor;
-  if (rest == 0) return zero(fmt, a.is_sign_set());
+  if (rest == 0) return IEEEFloat::make_zero(fmt, a.is_sign_set());
   const bool negative = a.is_sign_set() != (rest < 0);
   return rounded(fmt, IEEEFloat::rounding_mode::nearest_even, {negative, abs(rest), exponent});
 }
 
 IEEEFloat ieee_round_to_integral(IEEEFloat::rounding_mode rm, const IEEEFloat& a) {
   const IEEEFloat::format fmt = a.get_format();
-  if (a.is_nan()) return canonical_nan(fmt);
+  if (a.is_nan()) return IEEEFloat::make_nan(fmt);
   if (a.is_inf() || a.is_zero() || a.get_exponent() >= 0) return a;
   const mpz_class magnitude = a.get_rounded_magnitude(rm);
-  if (magnitude == 0) return zero(fmt, a.is_sign_set());
+  if (magnitude == 0) return IEEEFloat::make_zero(fmt, a.is_sign_set());
   return rounded(fmt, rm, {a.is_sign_set(), magnitude, 0});
 }
 
@@ -233,11 +215,12 @@ std::optional<QNumber> ieee_to_integer(IEEEFloat::rounding_mode rm, const IEEEFl
 }
 
 IEEEFloat ieee_min(const IEEEFloat& a, const IEEEFloat& b, bool negative_zero) {
-  if (a.is_nan() && b.is_nan()) return canonical_nan(a.get_format());
+  if (a.is_nan() && b.is_nan()) return IEEEFloat::make_nan(a.get_format());
   if (a.is_nan()) return b;
   if (b.is_nan()) return a;
   if (a.is_zero() && b.is_zero()) {
-    return a.is_sign_set() == b.is_sign_set() ? a : zero(a.get_format(), negative_zero);
+    return a.is_sign_set() == b.is_sign_set() ? a
+                                              : IEEEFloat::make_zero(a.get_format(), negative_zero);
   }
   return is_lt(ieee_compare(a, b)) ? a : b;
 }
@@ -252,15 +235,15 @@ IEEEFloat ieee_abs(const IEEEFloat& a) {
 
 IEEEFloat ieee_neg(const IEEEFloat& a) {
   const IEEEFloat::format fmt = a.get_format();
-  if (a.is_nan()) return canonical_nan(fmt);
+  if (a.is_nan()) return IEEEFloat::make_nan(fmt);
   const QNumber sign = BVNumber::power_of_two(fmt.e + fmt.m);
   return IEEEFloat::from_bits(fmt, BVNumber::bv_xor(a.get_bits(), sign));
 }
 
 IEEEFloat ieee_cast(IEEEFloat::format to, IEEEFloat::rounding_mode rm, const IEEEFloat& a) {
-  if (a.is_nan()) return canonical_nan(to);
-  if (a.is_inf()) return infinity(to, a.is_sign_set());
-  if (a.is_zero()) return zero(to, a.is_sign_set());
+  if (a.is_nan()) return IEEEFloat::make_nan(to);
+  if (a.is_inf()) return IEEEFloat::make_inf(to, a.is_sign_set());
+  if (a.is_zero()) return IEEEFloat::make_zero(to, a.is_sign_set());
   return rounded(to, rm, a.is_sign_set(), a.get_significand(), a.get_exponent(), false);
 }
 

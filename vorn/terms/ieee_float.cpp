@@ -70,6 +70,30 @@ IEEEFloat IEEEFloat::from_bits(format f, const QNumber& bits) {
   return result;
 }
 
+IEEEFloat IEEEFloat::make_nan(format f) {
+  IEEEFloat result(f, rounding_mode::nearest_even);
+  result.self_nan();
+  return result;
+}
+
+IEEEFloat IEEEFloat::make_inf(format f, bool negative) {
+  IEEEFloat result(f, rounding_mode::nearest_even);
+  result.self_inf(negative);
+  return result;
+}
+
+IEEEFloat IEEEFloat::make_zero(format f, bool negative) {
+  IEEEFloat result(f, rounding_mode::nearest_even);
+  result.self_zero(negative);
+  return result;
+}
+
+IEEEFloat IEEEFloat::make_largest(format f, bool negative) {
+  IEEEFloat result(f, rounding_mode::nearest_even);
+  result.self_largest(negative);
+  return result;
+}
+
 QNumber IEEEFloat::quiet_nan_bits(format f) {
   return BVNumber::bv_concat(f.max_exponent(), BVNumber::power_of_two(f.m - 1), f.m);
 }
@@ -89,6 +113,10 @@ void IEEEFloat::self_inf(bool negative) {
 
 void IEEEFloat::self_zero(bool negative) {
   set(negative, QNumber(0), QNumber(0));
+}
+
+void IEEEFloat::self_largest(bool negative) {
+  set(negative, fmt.max_exponent() - 1, BVNumber::all_ones(fmt.m));
 }
 
 void IEEEFloat::self_round(const QNumber& value) {
@@ -120,7 +148,7 @@ void IEEEFloat::self_round(bool negative, const mpz_class& significand, const mp
     if (rounds_away(rm, negative, true, 1, true)) {
       self_inf(negative);
     } else {
-      set(negative, fmt.max_exponent() - 1, BVNumber::all_ones(fmt.m));
+      self_largest(negative);
     }
     return;
   }

@@ -47,16 +47,24 @@ class VORN_EXPORT IEEEFloat {
   /// The value of a bit pattern in [0, 2^(1+e+m)).
   static IEEEFloat from_bits(format f, const QNumber& bits);
 
-  /// The NaN that processors make by default: positive and quiet, fraction 10...0.
-  static QNumber quiet_nan_bits(format f);
-
-  // Assignment --------------------------------------------------------------------------------
+  // Special values ----------------------------------------------------------------------------
 
   /// The canonical NaN: sign 1, exponent all ones, fraction 0...01. It is the pattern that the
   /// encoders' packing and negation produce, so that equality of NaNs is equality of bits.
+  static IEEEFloat make_nan(format f);
+  static IEEEFloat make_inf(format f, bool negative);
+  static IEEEFloat make_zero(format f, bool negative);
+  /// The finite value of largest magnitude: (2 - 2^-m) * 2^bias, or its negation.
+  static IEEEFloat make_largest(format f, bool negative);
+  /// The NaN that processors make by default: positive and quiet, fraction 10...0.
+  static QNumber quiet_nan_bits(format f);
+
+  // Assignment: the special values as above, and rounding -------------------------------------
+
   void self_nan();
   void self_inf(bool negative);
   void self_zero(bool negative);
+  void self_largest(bool negative);
   /// The rational `value` rounded in this float's mode, overflow and underflow as IEEE 754-2019,
   /// clauses 4.3 and 7.4, have them. Zero becomes +0.
   void self_round(const QNumber& value);

@@ -14,34 +14,12 @@
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/operations.h"
+#include "vorn/terms/post_order.h"
+#include "vorn/terms/simple_symbol.h"
+#include "vorn/terms/term_set.h"
 
 namespace vorn {
 namespace {
-
-/// Whether `name` needs no quoting (SMT-LIB 2.6, section 3.1, simple symbols).
-bool is_simple_symbol(const std::string& name) {
-  static constexpr std::string_view kReserved[] = {
-      "!", "_", "as", "BINARY", "DECIMAL", "exists", "HEXADECIMAL", "forall", "let", "match",
-      "NUMERAL", "par", "STRING", "true", "false",
-      // Command names are reserved too.
-      "assert", "check-sat", "check-sat-assuming", "declare-const", "declare-datatype",
-      "declare-datatypes", "declare-fun", "declare-sort", "define-const", "define-fun",
-      "define-fun-rec", "define-funs-rec", "define-sort", "echo", "exit", "get-assertions",
-      "get-assignment", "get-info", "get-model", "get-option", "get-proof", "get-unsat-assumptions",
-      "get-unsat-core", "get-value", "pop", "push", "reset", "reset-assertions", "set-info",
-      "set-logic", "set-option"};
-  static constexpr std::string_view kPunctuation = "~!@$%^&*_-+=<>.?/";
-  if (name.empty() || (name[0] >= '0' && name[0] <= '9')) return false;
-  for (const std::string_view word : kReserved) {
-    if (name == word) return false;
-  }
-  for (const char c : name) {
-    const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    const bool digit = c >= '0' && c <= '9';
-    if (!letter && !digit && kPunctuation.find(c) == std::string_view::npos) return false;
-  }
-  return true;
-}
 
 std::string binary(const QNumber& value, std::size_t width) {
   const std::string digits = value.to_string(2);
@@ -54,8 +32,9 @@ std::string bv_literal(const QNumber& value, std::size_t width) {
   return "#x" + std::string(width / 4 - digits.size(), '0') + digits;
 }
 
-std::string fp_literal(const QNumber& bits, std::size_t e, std::size_t m) {
-  const IEEEFloat value = IEEEFloat::from_bits({e, m}, bits);
+std::string fp_literal(const QNumber& bits, IEEEFloat::format f) {
+  const auto [e, m] = f;
+  const IEEEFloat value = IEEEFloat::from_bits(f, bits);
   const std::string sort = " " + std::to_string(e) + " " + std::to_string(m + 1) + ")";
   const char* sign = value.is_sign_set() ? "-" : "+";
   if (value.is_nan()) return "(_ NaN" + sort;
@@ -102,9 +81,7 @@ std::string leaf_text(const Symbol* symbol) {
 class Printer {
  public:
   explicit Printer(const Term* root) {
-    count_uses(root);
-    for (const Term* t : post_order) {
-      if (uses[t] < 2 || t == root) continue;
+    for (const Term* t : find_shared(list_post_order({&root, 1}))) {
       std::string definition = print(t);
       names[t] = fresh_name();
       ++bindings;
@@ -121,22 +98,19 @@ class Printer {
     std::size_t next = 0;
   };
 
-  void count_uses(const Term* root) {
-    std::vector<Visit> stack{{root}};
-    while (!stack.empty()) {
-      Visit& top = stack.back();
-      if (top.next < top.term->get_arity()) {
-        const Term* arg = top.term->get_arg(top.next++);
-        if (arg->get_arity() == 0) {
-          taken.insert(arg->get_symbol()->get_name());
-        } else if (uses[arg]++ == 0) {
-          stack.push_back({arg});
-        }
-      } else {
-        post_order.push_back(top.term);
-        stack.pop_back();
+  /// The operations among all terms, in post-order, that occur more than once. Notes the names of
+  /// constants.
+  std::vector<const Term*> find_shared(std::vector<const Term*> terms) {
+    TermSet used;
+    TermSet shared;
+    for (const Term* t : terms) {
+      if (t->get_arity() == 0) taken.insert(t->get_symbol()->get_name());
+      for (const Term* arg : t->get_args()) {
+        if (!used.insert(arg)) shared.insert(arg);
       }
     }
+    std::erase_if(terms, [&](const Term* t) { return t->get_arity() == 0 || !shared.contains(t); });
+    return terms;
   }
 
   /// A name that no constant of the term has.
@@ -169,9 +143,7 @@ class Printer {
     return out;
   }
 
-  std::unordered_map<const Term*, std::size_t> uses;
   std::unordered_map<const Term*, std::string> names;
-  std::vector<const Term*> post_order;
   std::unordered_set<std::string> taken;  // names of constants
   std::size_t counter = 0;
   std::size_t bindings = 0;
@@ -193,7 +165,7 @@ std::string quote_symbol(const std::string& name) {
 
 std::string literal_text(const QNumber& value, const DataType* type) {
   if (type->get_kind() == DataType::Kind::bit_vector) return bv_literal(value, type->get_width());
-  return fp_literal(value, type->get_e(), type->get_m());
+  return fp_literal(value, type->get_format());
 }
 
 std::string head_text(const Symbol* symbol) {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "vorn/terms/post_order.h"
 #include "vorn/terms/printer.h"
+#include "vorn/terms/term_set.h"
 
 namespace vorn {
 namespace {
@@ -21,9 +23,9 @@ bool is_uninterpreted(const Term* t) {
 
 ScriptPrinter::ScriptPrinter(std::span<const Term* const> assertions)
     : formulas(assertions.begin(), assertions.end()) {
-  collect();
+  const TermSet shared = collect();
   name_constants();
-  name_operations();
+  name_operations(shared);
 }
 
 std::string ScriptPrinter::get_name(const Term* constant) const {
@@ -31,24 +33,20 @@ std::string ScriptPrinter::get_name(const Term* constant) const {
   return found == names.end() ? "" : found->second;
 }
 
-void ScriptPrinter::collect() {
-  std::vector<Visit> stack;
-  const auto visit = [&](const Term* t) {
-    if (uses[t]++ == 0) stack.push_back({t});
+/// Finds the constants and operations; returns what occurs more than once.
+TermSet ScriptPrinter::collect() {
+  TermSet used;
+  TermSet shared;
+  const auto use = [&](const Term* t) {
+    if (!used.insert(t)) shared.insert(t);
   };
-  for (const Term* formula : formulas) {
-    visit(formula);
-    while (!stack.empty()) {
-      Visit& top = stack.back();
-      if (top.next < top.term->get_arity()) {
-        visit(top.term->get_arg(top.next++));
-        continue;
-      }
-      if (is_uninterpreted(top.term)) constants.push_back(top.term);
-      if (top.term->get_arity() != 0) operations.push_back(top.term);
-      stack.pop_back();
-    }
+  for (const Term* t : list_post_order(formulas)) {
+    if (is_uninterpreted(t)) constants.push_back(t);
+    if (t->get_arity() != 0) operations.push_back(t);
+    std::ranges::for_each(t->get_args(), use);
   }
+  std::ranges::for_each(formulas, use);
+  return shared;
 }
 
 /// Names that can stay are taken before any is made.
@@ -70,7 +68,7 @@ void ScriptPrinter::name_constants() {
   }
 }
 
-void ScriptPrinter::name_operations() {
+void ScriptPrinter::name_operations(const TermSet& shared) {
   std::unordered_map<const Term*, std::size_t> depths;
   for (const Term* t : operations) {
     std::size_t depth = 1;
@@ -78,7 +76,7 @@ void ScriptPrinter::name_operations() {
       if (arg->get_arity() != 0 && !names.contains(arg)) depth = std::max(depth, depths[arg] + 1);
     }
     depths[t] = depth;
-    if (uses[t] > 1 || depth >= kMaxDepth) names[t] = fresh_name("s");
+    if (shared.contains(t) || depth >= kMaxDepth) names[t] = fresh_name("s");
   }
 }
 

@@ -20,6 +20,8 @@
 
 namespace vorn {
 
+class TermSet;
+
 /// Prints the declarations, definitions and assertions of formulas over one manager.
 class VORN_EXPORT ScriptPrinter {
  public:
@@ -36,16 +38,15 @@ class VORN_EXPORT ScriptPrinter {
   /// Operations within one definition.
   static constexpr std::size_t kMaxDepth = 64;
 
-  void collect();
+  TermSet collect();
   void name_constants();
-  void name_operations();
+  void name_operations(const TermSet& shared);
   std::string fresh_name(const std::string& prefix);
   std::string text(const Term* root) const;
 
   std::vector<const Term*> formulas;
   std::vector<const Term*> constants;   // in the order in which they are met
   std::vector<const Term*> operations;  // arguments before the operations that use them
-  std::unordered_map<const Term*, std::size_t> uses;
   std::unordered_map<const Term*, std::string> names;  // of constants and definitions
   std::unordered_set<std::string> taken;
   std::size_t counter = 0;

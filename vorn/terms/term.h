@@ -7,11 +7,13 @@
 #define VORN_TERMS_TERM_H
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 
+#include "vorn/terms/ieee_float.h"
 #include "vorn/terms/qnumber.h"
 #include "vorn/utils/export.h"
 #include "vorn/utils/hashtable.h"
@@ -138,12 +140,36 @@ class VORN_EXPORT DataType {
 
   /// Which of them this is.
   Kind get_kind() const { return kind; }
-  /// Width of a bit-vector sort.
-  std::size_t get_width() const { return widths[0]; }
-  /// Exponent width of a floating-point sort.
-  std::size_t get_e() const { return widths[0]; }
-  /// Significand width of a floating-point sort, without the hidden bit.
-  std::size_t get_m() const { return widths[1]; }
+  /// Width of a bit-vector sort, in bits. Other sorts are not to be asked.
+  std::size_t get_width() const {
+    assert(kind == Kind::bit_vector);
+    return widths[0];
+  }
+  /// Exponent width of a floating-point sort, in bits. Other sorts are not to be asked.
+  std::size_t get_e() const { return get_format().e; }
+  /// Significand width of a floating-point sort, in bits and without the hidden bit. Other sorts
+  /// are not to be asked.
+  std::size_t get_m() const { return get_format().m; }
+  /// Both widths of a floating-point sort. Other sorts are not to be asked.
+  IEEEFloat::format get_format() const {
+    assert(kind == Kind::floating_point);
+    return {widths[0], widths[1]};
+  }
+  /// The number of bits in which a value of any sort is written: 1 of a Boolean, 3 of a rounding
+  /// mode, since there are five, the width of a bit-vector, 1 + e + m of a float.
+  std::size_t get_value_width() const {
+    switch (kind) {
+      case Kind::boolean:
+        return 1;
+      case Kind::rounding_mode:
+        return 3;
+      case Kind::bit_vector:
+        return get_width();
+      case Kind::floating_point:
+        break;
+    }
+    return get_format().width();
+  }
   /// The sort in SMT-LIB syntax.
   std::string to_string() const;
 

@@ -181,6 +181,8 @@ class VORN_EXPORT TermManager {
   /// 2^(1+e+m). A NaN keeps its pattern; make_fp_nan gives the one that NaNs of a formula share.
   const Term* make_fp_number(const QNumber& bits, std::size_t e, std::size_t m);
   const Term* make_fp_nan(std::size_t e, std::size_t m);
+  /// The literal of a value, in its format; a NaN is the one of make_fp_nan.
+  const Term* make_fp_number(const IEEEFloat& value);
   /// A bit-vector of width 1+e+m read as a float.
   const Term* make_fp_from_bits(std::size_t e, std::size_t m, const Term* bits);
   /// IEEE equality and order of two floats of one format.
