@@ -1,6 +1,8 @@
 // Selection, equality and order on every pair of small operands.
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "tests/bv/circuit_fixture.h"
 
 namespace vorn::bv {

@@ -1,7 +1,7 @@
 // Quotients and remainders of every pair of small operands, zero divisors included.
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <string>
 
 #include "tests/bv/circuit_fixture.h"
 

@@ -1,6 +1,8 @@
 // Products and squares of every pair of small operands, and what constant bits save.
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "tests/bv/circuit_fixture.h"
 
 namespace vorn::bv {
