@@ -19,7 +19,7 @@ case $preset in
 esac
 if [[ $tests ]]; then
   packages+=(libmpfr-dev libgtest-dev librapidcheck-dev libbenchmark-dev
-             binutils doxygen mandoc picosat pkgconf python3)
+             binutils cadical doxygen mandoc parallel picosat pkgconf python3)
 fi
 "$root/tools/install_packages.sh" "${packages[@]}"
 
