@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """Runs what README.md and docs/*.md show, and compares what it prints with what stands below it.
 
     docs_examples.py SOURCE_DIR BUILD_DIR COMPILER [--update]

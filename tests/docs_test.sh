@@ -81,12 +81,13 @@ for name in $(refused Terms | grep -vE '^(forall|exists|match|as)$'); do
   check "refused $name" 1 '^$' "error: ${name//[+*]/.} is not supported" "$vorn" "$dir/function.smt2"
 done
 
-# Files: what has a slash or an ending between backquotes is one of the tree, from the root or from the
-# folder of a layer, with or without its ending. NAME stands for any name; what is built, and what lies beside
-# the tree, need not be there.
+# Files: what has a slash or an ending between backquotes is one of the tree, from the root or from
+# the folder of a layer, with or without its ending. NAME stands for any name; what is built, and
+# what lies beside the tree, need not be there.
+name='[A-Za-z0-9_.*-]'
+ending='(h|cpp|in|md|sh|py|txt|cmake|map|json|smt2)'
 paths() { # DOCUMENT
-  quoted <"$1" | grep -E '^[A-Za-z0-9_.*-]+(/[A-Za-z0-9_.*-]*)+$|^[A-Za-z0-9_-]+\.(h|cpp|md|sh|py|txt|cmake|map|json|smt2)$' |
-    grep -vE '^(build|\.\.)/' | sort -u
+  quoted <"$1" | grep -xE "$name+(/$name*)+|$name+\\.$ending" | grep -vE '^(build|\.\.)/' | sort -u
 }
 exists() { # PATH
   local place pattern
