@@ -31,7 +31,7 @@ for encoder in ieee base; do
     ((i % 7 == 0)) || [[ $encoder == base && ${answers[i]} == error* && $i -lt 60 ]] || continue
     read -r -a words <<<"${lines[i]}"
     explained=$("$vorn" explain --json --encoder $encoder "${words[@]}" 2>"$dir/err") || explained="error: $(cat "$dir/err")"
-    result=$(sed -n 's/.*"result": .*"hex": "\([0-9a-f]*\)".*/\1/p' <<<"$explained")
+    result=$(sed -n '/"result": {/,/}/s/.*"hex": "\([0-9a-f]*\)".*/\1/p' <<<"$explained")
     [[ $explained == *'leaves this result open'* ]] && result=unspecified
     [[ $explained == error* ]] && result=error
     answer=${answers[i]}
@@ -95,7 +95,7 @@ script deep.smt2 "(declare-const x Float16)$(for ((i = 0; i < 400; ++i)); do pri
 check long_terms 0 $'\n\\(fp.isNaN \\(fp.neg [^\n]{0,110}\\.\\.\\.\n' '^$' "$vorn" explain "$dir/deep.smt2"
 script unsat.smt2 '(declare-const x Float16)(assert (fp.lt x x))(check-sat)'
 check unsat 0 '^unsat$' 'unsat.smt2: note: there is no model, so there are no values to show' "$vorn" explain "$dir/unsat.smt2"
-check unsat_json 0 '"answer": "unsat",.*"operations": \[\]\}$' '' "$vorn" explain --json "$dir/unsat.smt2"
+check unsat_json 0 '"answer": "unsat",.*"operations": \[\][[:space:]]*\}$' '' "$vorn" explain --json "$dir/unsat.smt2"
 script unknown.smt2 '(declare-const x Float32)(assert (fp.isSubnormal x))(check-sat)'
 script departs.smt2 '(assert (distinct (fp.mul RNE (fp #b0 #x01 #b00000000000000000000001) (fp #b0 #x7d #b00000000000000000000001)) (fp #b0 #x00 #b01000000000000000000001)))(check-sat)'
 check unknown 0 '^unknown$' 'departs.smt2: note: there are no values to show: ' "$vorn" explain --encoder base "$dir/departs.smt2"
@@ -156,9 +156,11 @@ for operation in data["operations"]:
         label, _, power = value["label"], *value["reading"].partition(" * 2^")[1:]
         if value["stage"] == "unpack" and "_mant" in label and power:
             assert power == exponents[label.replace("mant", "exp")], value
-    assert all(set(v) == {"label", "occurrence", "stage", "kind", "width", "bits", "hex", "reading"}
-               for v in operation["intermediates"])
-    assert set(operation["result"]) == {"label", "kind", "width", "bits", "hex", "reading"}
+    assert all(list(v) == ["label", "occurrence", "stage", "kind", "width", "bits", "hex", "reading"]
+               for v in operation["intermediates"]), operation
+    assert list(operation["result"]) == ["label", "kind", "width", "bits", "hex", "reading"], operation
+    assert list(operation) == ["operation", "term", "operands", "intermediates", "result", "notes"], operation
+assert list(data) == ["schema", "encoder", "answer", "operations"], data
 print(data["answer"], len(data["operations"]))
 PY
   check json_of_operation 0 '^None 1$' '' bash -c "'$vorn' explain --json ${add[*]} | python3 '$dir/read.py'"
@@ -171,6 +173,7 @@ PY
   check json_of_script 0 '^sat 8$' '' bash -c "'$vorn' explain --json '$dir/sat.smt2' | python3 '$dir/read.py'"
   script bytes.smt2 '(declare-const |\xff\xc3 \t"| Float16)(assert (fp.isNaN |\xff\xc3 \t"|))(check-sat)'
   check json_of_bytes 0 '^sat 1$' '' bash -c "'$vorn' explain --json '$dir/bytes.smt2' | python3 '$dir/read.py'"
+  check bytes_that_are_no_characters 0 $'"term": "\\(fp.isNaN \\|\xef\xbf\xbd\xef\xbf\xbd  \\\\"\\|\\)"' '' "$vorn" explain --json "$dir/bytes.smt2"
   check json_without_operations 0 '^sat 0$' '' bash -c "'$vorn' explain --json '$dir/plain.smt2' | python3 '$dir/read.py'"
 else
   skip python3

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "tools/reading.h"
 #include "vorn/terms/printer.h"
@@ -78,64 +79,41 @@ class Columns {
   std::size_t hex = 0;
 };
 
-/// Length of the character of UTF-8 that `text` begins with; 0 if it begins with none. Overlong
-/// forms pass, which no reader of JSON minds.
-std::size_t character_length(std::string_view text) {
-  const auto first = static_cast<unsigned char>(text.front());
-  const std::size_t length = first < 0x80                    ? 1
-                             : first >= 0xc2 && first < 0xe0 ? 2
-                             : first >= 0xe0 && first < 0xf0 ? 3
-                             : first >= 0xf0 && first < 0xf5 ? 4
-                                                             : 0;
-  if (length > text.size()) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((static_cast<unsigned char>(text[i]) & 0xc0U) != 0x80U) return 0;
-  }
-  return length;
-}
+// Keys come in the order of docs/explain.md.
+using Json = nlohmann::ordered_json;
 
-/// Symbols of a script may hold any bytes: those that are no UTF-8 become U+FFFD.
-std::string json_string(std::string_view text) {
-  std::string out = "\"";
-  while (!text.empty()) {
-    const char c = text.front();
-    const std::size_t length = character_length(text);
-    const std::string_view character = text.substr(0, length);
-    text.remove_prefix(std::max<std::size_t>(length, 1));
-    if (length == 0) {
-      out += "\\ufffd";
-    } else if (c == '"' || c == '\\') {
-      out += {'\\', c};
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      out += fmt::format("\\u{:04x}", static_cast<unsigned>(c));
-    } else {
-      out += character;
-    }
-  }
-  return out + '"';
-}
-
-std::string json_row(const Row& row) {
-  std::string out = fmt::format("{{\"label\": {}", json_string(row.label));
+Json json_row(const Row& row) {
+  Json object;
+  object["label"] = row.label;
   if (!row.stage.empty()) {
-    out +=
-        fmt::format(", \"occurrence\": {}, \"stage\": {}", row.occurrence, json_string(row.stage));
+    object["occurrence"] = row.occurrence;
+    object["stage"] = row.stage;
   }
-  return out + fmt::format(
-                   ", \"kind\": {}, \"width\": {}, \"bits\": {}, \"hex\": {}, "
-                   "\"reading\": {}}}",
-                   json_string(row.kind), row.width, json_string(row.bits), json_string(row.hex),
-                   json_string(row.reading));
+  object["kind"] = row.kind;
+  object["width"] = row.width;
+  // Text: many readers of JSON take every number for a float of 64 bits.
+  object["bits"] = row.bits;
+  object["hex"] = row.hex;
+  object["reading"] = row.reading;
+  return object;
 }
 
-void print_rows(std::ostream& out, std::string_view key, const std::vector<Row>& rows) {
-  out << fmt::format("     \"{}\": [", key);
-  const char* separator = "\n";
-  for (const Row& row : rows) {
-    out << separator << "      " << json_row(row);
-    separator = ",\n";
-  }
-  out << "],\n";
+Json json_rows(const std::vector<Row>& rows) {
+  Json array = Json::array();
+  for (const Row& row : rows)
+    array.push_back(json_row(row));
+  return array;
+}
+
+Json json_table(const Table& table) {
+  Json object;
+  object["operation"] = table.operation;
+  object["term"] = table.term;
+  object["operands"] = json_rows(table.operands);
+  object["intermediates"] = json_rows(table.intermediates);
+  object["result"] = json_row(table.result);
+  object["notes"] = table.notes;
+  return object;
 }
 
 }  // namespace
@@ -202,23 +180,15 @@ void print_table(std::ostream& out, const Table& table) {
 
 void print_json(std::ostream& out, std::string_view encoder, std::string_view answer,
                 const std::vector<Table>& tables) {
-  out << fmt::format("{{\"schema\": {},\n \"encoder\": {},\n \"answer\": {},\n \"operations\": [",
-                     kSchemaVersion, json_string(encoder),
-                     answer.empty() ? "null" : json_string(answer));
-  const char* separator = "\n";
-  for (const Table& table : tables) {
-    out << separator
-        << fmt::format("    {{\"operation\": {},\n     \"term\": {},\n",
-                       json_string(table.operation), json_string(table.term));
-    print_rows(out, "operands", table.operands);
-    print_rows(out, "intermediates", table.intermediates);
-    out << fmt::format("     \"result\": {},\n     \"notes\": [", json_row(table.result));
-    for (std::size_t i = 0; i < table.notes.size(); ++i)
-      out << (i == 0 ? "" : ", ") << json_string(table.notes[i]);
-    out << "]}";
-    separator = ",\n";
-  }
-  out << "]}\n";
+  Json object;
+  object["schema"] = kSchemaVersion;
+  object["encoder"] = encoder;
+  object["answer"] = answer.empty() ? Json(nullptr) : Json(answer);
+  object["operations"] = Json::array();
+  for (const Table& table : tables)
+    object["operations"].push_back(json_table(table));
+  // Symbols of a script may hold any bytes: those that are no UTF-8 become U+FFFD.
+  out << object.dump(1, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
 }  // namespace vorn::tools

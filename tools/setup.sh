@@ -11,7 +11,7 @@ target=$2
 tests=yes
 [[ $target != vorn_command && $preset != package ]] || tests=
 
-packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev)
+packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev nlohmann-json3-dev)
 case $preset in
   package) packages+=(dpkg-dev file) ;;
   clang | fuzz) packages+=(clang) ;;
@@ -19,7 +19,7 @@ case $preset in
 esac
 if [[ $tests ]]; then
   packages+=(libmpfr-dev libgtest-dev librapidcheck-dev libbenchmark-dev
-             binutils doxygen mandoc picosat pkgconf python3)
+             binutils cadical doxygen mandoc parallel picosat pkgconf python3)
 fi
 "$root/tools/install_packages.sh" "${packages[@]}"
 

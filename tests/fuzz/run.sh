@@ -7,7 +7,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 seconds=${1:-60}
-"$root/tools/install_packages.sh" clang libclang-rt-dev cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev
+"$root/tools/install_packages.sh" clang libclang-rt-dev cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev nlohmann-json3-dev
 cd "$root"
 [[ -f build/fuzz/build.ninja ]] || cmake --preset fuzz
 cmake --build --preset fuzz

@@ -2,49 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/smt2/session.h"
-#include "vorn/smt2/command_reader.h"
 
 namespace vorn::smt2 {
 namespace {
-
-/// All commands of a text, each as "LINE:COLUMN text".
-std::vector<std::string> split(const std::string& text) {
-  std::istringstream in(text);
-  CommandReader reader(in);
-  std::vector<std::string> commands;
-  while (const auto command = reader.next()) {
-    commands.push_back(std::to_string(command->position.line) + ":" +
-                       std::to_string(command->position.column) + " " + command->text);
-  }
-  return commands;
-}
-
-using Commands = std::vector<std::string>;
-
-TEST(CommandReader, CutsWhereParenthesesClose) {
-  EXPECT_EQ(split("(a)(b (c) d)\n ; remark (\n  (e\n f)"),
-            (Commands{"1:1 (a)", "1:4 (b (c) d)", "3:3 (e\n f)"}));
-}
-
-TEST(CommandReader, KnowsStringsQuotedSymbolsAndComments) {
-  EXPECT_EQ(split("(echo \")(\") (assert |)(|) (x ; )\n)"),
-            (Commands{"1:1 (echo \")(\")", "1:13 (assert |)(|)", "1:27 (x ; )\n)"}));
-  EXPECT_EQ(split("(echo \"a\"\")\")"), (Commands{"1:1 (echo \"a\"\")\")"}));
-}
-
-TEST(CommandReader, HandsOnWhatIsNoCommand) {
-  EXPECT_EQ(split("foo)(a) \"s\" |q"),
-            (Commands{"1:1 foo", "1:4 )", "1:5 (a)", "1:9 \"s\"", "1:13 |q"}));
-  EXPECT_EQ(split("(a (b"), (Commands{"1:1 (a (b"}));
-  EXPECT_EQ(split(" \n ; nothing"), Commands{});
-}
-
-TEST(CommandReader, ReadsNoFurtherThanTheCommand) {
-  std::istringstream in("(a)(b)");
-  CommandReader reader(in);
-  reader.next();
-  EXPECT_EQ(in.peek(), '(');
-}
 
 /// What an interactive session prints.
 std::string talk(Session& s, const std::string& text, bool clean = true) {
