@@ -59,8 +59,9 @@ class VORN_EXPORT IEEEFloat {
   /// The NaN that processors make by default: positive and quiet, fraction 10...0.
   static QNumber quiet_nan_bits(format f);
 
-  // Assignment: the special values as above, and rounding -------------------------------------
+  // Assignment --------------------------------------------------------------------------------
 
+  /// The special values, as above.
   void self_nan();
   void self_inf(bool negative);
   void self_zero(bool negative);

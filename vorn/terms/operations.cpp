@@ -284,14 +284,18 @@ constexpr auto make_rows() {
 
 constexpr auto kRows = make_rows();
 
-}  // namespace
-
-constexpr std::array<const Operation*, SymbolTag::kLimit> kOperationsByTag = [] {
-  std::array<const Operation*, SymbolTag::kLimit> index = {};
+constexpr std::array<const Operation*, T::kLimit> kByTag = [] {
+  std::array<const Operation*, T::kLimit> index = {};
   for (const Operation& row : kRows)
     index[row.tag] = &row;
   return index;
 }();
+
+}  // namespace
+
+const Operation* find_operation(SymbolTag::tag tag) {
+  return tag < kByTag.size() ? kByTag[tag] : nullptr;
+}
 
 std::span<const Operation> get_operations() {
   return kRows;

@@ -55,6 +55,7 @@ enum class Indexing : std::uint8_t {
 /// The same letter is the same sort. A rounding mode comes first where there is one.
 class Signature {
  public:
+  /// The position of no argument.
   static constexpr std::uint8_t kNowhere = 0xff;
 
   /// What a constructor asks of one argument.
@@ -67,10 +68,14 @@ class Signature {
       return (kinds >> static_cast<unsigned>(kind) & 1U) != 0;
     }
   };
+  /// No operation has more.
   static constexpr std::size_t kMostArguments = 4;
+  /// No signature.
   constexpr Signature() = default;
+  /// That of a notation as above.
   consteval Signature(const char* notation);  // NOLINT(google-explicit-constructor): in tables
 
+  /// The notation, the letter of the result, those of the arguments, and what is asked of these.
   constexpr std::string_view get_text() const { return text; }
   constexpr char get_result() const { return result; }
   constexpr std::string_view get_letters() const { return text.substr(2); }
@@ -88,17 +93,25 @@ class Signature {
 
 /// A row of the table.
 struct Operation {
+  /// Numerals of an indexed name, and operands.
   using Indices = std::span<const std::size_t>;
   using Args = std::span<const Term* const>;
   /// Builds an operation that is defined by others, from operands that fit its signature.
   using Derive = const Term* (*)(TermManager& mgr, Indices indices, Args args);
 
+  /// The kind.
   SymbolTag::tag tag = SymbolTag::none;
-  std::string_view name = {};  // in SMT-LIB
+  /// The name in SMT-LIB.
+  std::string_view name = {};
+  /// Sorts of the operands and of the result.
   Signature signature = {};
+  /// Where it comes from.
   Theory theory = Theory::core;
+  /// How it takes more operands.
   Arity arity = Arity::fixed;
+  /// What its name is indexed with.
   Indexing indexing = Indexing::none;
+  /// Both operands may change places.
   bool is_commutative = false;
   /// The theory leaves the value open for some operands.
   bool is_open = false;
@@ -132,18 +145,14 @@ constexpr std::size_t Operation::get_most_arguments() const {
   return arity == Arity::fixed ? signature.get_arguments().size() : kAnyNumber;
 }
 
-/// The rows by number; null where there is no kind.
-VORN_EXPORT extern const std::array<const Operation*, SymbolTag::kLimit> kOperationsByTag;
-
 /// The row of `tag`; null for `none` and for numbers that are no kind.
-inline const Operation* find_operation(SymbolTag::tag tag) {
-  return tag < kOperationsByTag.size() ? kOperationsByTag[tag] : nullptr;
-}
+VORN_EXPORT const Operation* find_operation(SymbolTag::tag tag);
 /// All rows, by tag.
 VORN_EXPORT std::span<const Operation> get_operations();
 
 /// What is counted in a message, in both numbers.
 struct Noun {
+  /// The noun, of one thing and of several.
   std::string_view one;
   std::string_view many;
 };
