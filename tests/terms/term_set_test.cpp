@@ -26,6 +26,7 @@ TEST(TermSet, InsertsATermOnce) {
 TEST(TermSet, HoldsWhatWasInserted) {
   TermManager mgr;
   std::vector<const Term*> terms;
+  terms.reserve(30'000);
   for (int i = 0; i < 30'000; ++i)
     terms.push_back(mgr.make_bv_number(i, 16));
   std::mt19937 random(11);
