@@ -116,7 +116,7 @@ TEST_F(LiteralsTest, EveryNotationOfAPatternIsOneTermAndEveryNaNIsOne) {
     const bool is_nan = (pattern >> kM & 3) == 3 && (pattern & 3) != 0;
     const Term* expected =
         is_nan ? mgr.make_fp_nan(kE, kM) : mgr.make_fp_number(QNumber(pattern), kE, kM);
-    EXPECT_EQ(make_float(mgr, value), expected) << pattern;
+    EXPECT_EQ(mgr.make_fp_number(value), expected) << pattern;
     EXPECT_EQ(make_float_from_bits(mgr, {kE, kM}, bits(pattern, 1 + kE + kM)), expected);
     EXPECT_EQ(make_float_from_fields(mgr, bits(pattern >> (kE + kM), 1),
                                      bits(pattern >> kM & 3, kE), bits(pattern & 3, kM)),

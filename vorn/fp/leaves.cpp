@@ -47,9 +47,7 @@ void FpBvEncoder::constrain_nan(const Term* k, format fmt) {
   const std::size_t width = width_of(k);
   const Term* is_nan = enc_is_nan(k, fmt);
   const Term* no_nan = dst_mgr->make_equal(is_nan, dst_mgr->make_bv_number(0, 1));
-  IEEEFloat nan(fmt, IEEEFloat::rounding_mode::nearest_even);
-  nan.self_nan();
-  const Term* pattern = dst_mgr->make_bv_number(nan.get_bits(), width);
+  const Term* pattern = dst_mgr->make_bv_number(IEEEFloat::make_nan(fmt).get_bits(), width);
   const Term* canonical = dst_mgr->make_equal(k, pattern);
   add_side_constraint(dst_mgr->make_or(no_nan, canonical));
 }

@@ -20,10 +20,6 @@ bool is_true(const QNumber& value) {
   return value.sign() != 0;
 }
 
-IEEEFloat::format format_of(const DataType* type) {
-  return {type->get_e(), type->get_m()};
-}
-
 /// One application with the values of its arguments.
 class Application {
  public:
@@ -37,7 +33,7 @@ class Application {
   const QNumber& arg(std::size_t i) const { return *args[i]; }
   bool holds(std::size_t i) const { return is_true(arg(i)); }
   IEEEFloat float_arg(std::size_t i) const {
-    return IEEEFloat::from_bits(format_of(t->get_arg(i)->get_type()), arg(i));
+    return IEEEFloat::from_bits(t->get_arg(i)->get_type()->get_format(), arg(i));
   }
   IEEEFloat::rounding_mode get_mode() const;
   QNumber choose() const;
@@ -133,15 +129,15 @@ QNumber Application::get_fp_value() const {
     case T::fp_div:
       return ieee_div(get_mode(), float_arg(1), float_arg(2)).get_bits();
     case T::fp_cast:
-      return ieee_cast(format_of(t->get_type()), get_mode(), float_arg(1)).get_bits();
+      return ieee_cast(t->get_type()->get_format(), get_mode(), float_arg(1)).get_bits();
     case T::fp_from_sbv: {
       const std::size_t width = t->get_arg(1)->get_type()->get_width();
-      return ieee_from_integer(format_of(t->get_type()), get_mode(),
+      return ieee_from_integer(t->get_type()->get_format(), get_mode(),
                                BVNumber::to_signed(arg(1), width))
           .get_bits();
     }
     case T::fp_from_ubv:
-      return ieee_from_integer(format_of(t->get_type()), get_mode(), arg(1)).get_bits();
+      return ieee_from_integer(t->get_type()->get_format(), get_mode(), arg(1)).get_bits();
     case T::fp_to_sbv:
       return to_integer(true);
     case T::fp_to_ubv:
@@ -179,9 +175,8 @@ QNumber Application::get_fp_value() const {
 }  // namespace
 
 QNumber canonical_bits(const DataType* type, const QNumber& bits) {
-  IEEEFloat value = IEEEFloat::from_bits(format_of(type), bits);
-  if (value.is_nan()) value.self_nan();
-  return value.get_bits();
+  const IEEEFloat value = IEEEFloat::from_bits(type->get_format(), bits);
+  return value.is_nan() ? IEEEFloat::make_nan(type->get_format()).get_bits() : bits;
 }
 
 QNumber apply(const Term* t, std::span<const QNumber* const> args, const OpenValue& choices) {

@@ -27,10 +27,6 @@ const Term* make_bv_decimal(TermManager& mgr, std::string_view name, std::size_t
 /// Whether a name is "bv" and digits.
 bool is_bv_decimal(std::string_view name);
 
-/// The float with these bits.
-inline const Term* make_float(TermManager& mgr, const IEEEFloat& value) {
-  return mgr.make_fp_number(value);
-}
 /// A bit-vector read as a float; a literal when its bits are known.
 const Term* make_float_from_bits(TermManager& mgr, IEEEFloat::format f, const Term* bits);
 /// (fp sign exponent fraction)

@@ -29,24 +29,17 @@ IEEEFloat::format format_of(const Call& c) {
 }
 
 Value nan(const Call& c) {
-  const IEEEFloat::format f = format_of(c);
-  return Value::of(c.mgr.make_fp_nan(f.e, f.m));
+  return Value::of(c.mgr.make_fp_number(IEEEFloat::make_nan(format_of(c))));
 }
 
 template <bool Negative>
 Value infinity(const Call& c) {
-  IEEEFloat value(format_of(c), IEEEFloat::rounding_mode::nearest_even);
-  c.mgr.get_fp_type(value.get_format().e, value.get_format().m);
-  value.self_inf(Negative);
-  return Value::of(make_float(c.mgr, value));
+  return Value::of(c.mgr.make_fp_number(IEEEFloat::make_inf(format_of(c), Negative)));
 }
 
 template <bool Negative>
 Value zero(const Call& c) {
-  IEEEFloat value(format_of(c), IEEEFloat::rounding_mode::nearest_even);
-  c.mgr.get_fp_type(value.get_format().e, value.get_format().m);
-  value.self_zero(Negative);
-  return Value::of(make_float(c.mgr, value));
+  return Value::of(c.mgr.make_fp_number(IEEEFloat::make_zero(format_of(c), Negative)));
 }
 
 Value from_fields(const Call& c) {

@@ -140,7 +140,7 @@ const DataType* TermManager::find_result(const Operation& op, std::span<const Te
   if (source != Signature::kNowhere) return args[source]->get_type();
   if (letter == '1') return get_bv_type(1);
   const DataType* first = args[0]->get_type();
-  if (letter == 'T') return get_bv_type(1 + first->get_e() + first->get_m());
+  if (letter == 'T') return get_bv_type(first->get_value_width());
   // Two parts make a whole.
   const std::size_t width = first->get_width() + args[1]->get_type()->get_width();
   if (width > kMaxWidth) fail_whole(op, args, width);

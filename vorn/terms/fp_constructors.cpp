@@ -78,11 +78,14 @@ const Term* TermManager::make_fp_number(const QNumber& bits, std::size_t e, std:
   return intern_number(BVNumber::modulo(bits, 1 + e + m), type);
 }
 
+const Term* TermManager::make_fp_number(const IEEEFloat& value) {
+  const auto [e, m] = value.get_format();
+  return value.is_nan() ? make_fp_nan(e, m) : make_fp_number(value.get_bits(), e, m);
+}
+
 const Term* TermManager::make_fp_nan(std::size_t e, std::size_t m) {
   const DataType* type = get_fp_type(e, m);
-  IEEEFloat nan({e, m}, IEEEFloat::rounding_mode::nearest_even);
-  nan.self_nan();
-  return intern_number(nan.get_bits(), type);
+  return intern_number(IEEEFloat::make_nan({e, m}).get_bits(), type);
 }
 
 const Term* TermManager::make_fp_from_bits(std::size_t e, std::size_t m, const Term* bits) {

@@ -60,10 +60,14 @@ class Signature {
 
   /// What a constructor asks of one argument.
   struct Argument {
+    /// Its letter.
     char letter = 0;
-    std::uint8_t kinds = 0;        // a bit for each kind of sort that fits
-    std::uint8_t like = kNowhere;  // the earlier argument of the same letter
+    /// A bit for each kind of sort all of which fits.
+    std::uint8_t kinds = 0;
+    /// The position of the first argument of the same letter, if there is an earlier one.
+    std::uint8_t like = kNowhere;
 
+    /// Whether any sort of that kind fits.
     constexpr bool fits(DataType::Kind kind) const {
       return (kinds >> static_cast<unsigned>(kind) & 1U) != 0;
     }

@@ -217,11 +217,6 @@ const Term* TermManager::intern_number(const QNumber& value, const DataType* typ
   return entry;
 }
 
-const Term* TermManager::make_fp_number(const IEEEFloat& value) {
-  const auto [e, m] = value.get_format();
-  return value.is_nan() ? make_fp_nan(e, m) : make_fp_number(value.get_bits(), e, m);
-}
-
 // Terms ---------------------------------------------------------------------------------------
 
 const Term* TermManager::build(const Operation& op, const DataType* type,
