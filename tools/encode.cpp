@@ -15,6 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "tools/defect.h"
 #include "tools/dot.h"
 #include "tools/operation.h"
 #include "tools/script.h"
@@ -25,6 +26,7 @@
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/solver/encoding.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/printer.h"
 #include "vorn/terms/script_printer.h"
 
@@ -249,6 +251,7 @@ int encode(const EncodeOptions& options) {
     std::cerr << fmt::format("{}: error: out of memory\n", name);
     return kLimitReached;
   } catch (const std::exception& error) {
+    if (is_internal(error)) return report_defect(error, "with what was encoded.");
     std::cerr << error.what() << '\n';
     return kInputError;
   }

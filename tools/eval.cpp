@@ -11,9 +11,11 @@
 #include <string>
 #include <vector>
 
+#include "tools/defect.h"
 #include "tools/operation.h"
 #include "tools/solve.h"
 #include "vorn/fp/fp_bv_encoder.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 
 namespace vorn::tools {
@@ -79,6 +81,10 @@ int evaluate_lines(std::istream& in, std::ostream& out, solver::EncoderKind enco
       if (words.empty()) throw std::invalid_argument("an empty line");
       out << session->answer(words) << '\n';
     } catch (const std::exception& error) {
+      if (is_internal(error)) {
+        out.flush();
+        return report_defect(error, "with the line: " + line);
+      }
       out << "error: " << error.what() << '\n';
       session = std::make_unique<Session>(encoder);
     }

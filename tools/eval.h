@@ -10,7 +10,7 @@
 namespace vorn::tools {
 
 /// Answers each line of `in` with one line on `out`: the result by the circuits of that encoder, or
-/// "error: " and the reason. Returns the exit status.
+/// "error: " and the reason. A defect of the program ends that. Returns the exit status.
 int evaluate_lines(std::istream& in, std::ostream& out, solver::EncoderKind encoder);
 
 }  // namespace vorn::tools

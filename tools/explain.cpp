@@ -13,6 +13,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tools/defect.h"
 #include "tools/explain_table.h"
 #include "tools/operation.h"
 #include "tools/reading.h"
@@ -200,10 +201,6 @@ int explain(const ExplainOptions& options) {
   const std::string place = name.empty() ? "" : name + ": ";
   try {
     return explain_words(options);
-  } catch (const InternalError& error) {
-    std::cerr << error.what()
-              << "\nThis is a defect of vorn. Please report it, with what was explained.\n";
-    return kInternalError;
   } catch (const std::length_error& error) {
     std::cerr << fmt::format("{}error: {}\n", place, error.what());
     return kLimitReached;
@@ -211,6 +208,7 @@ int explain(const ExplainOptions& options) {
     std::cerr << fmt::format("{}error: out of memory\n", place);
     return kLimitReached;
   } catch (const std::exception& error) {
+    if (is_internal(error)) return report_defect(error, "with what was explained.");
     std::cerr << error.what() << '\n';
     return kInputError;
   }

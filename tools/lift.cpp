@@ -15,12 +15,14 @@
 #include <utility>
 #include <vector>
 
+#include "tools/defect.h"
 #include "tools/script.h"
 #include "tools/solve.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/semantics/open_terms.h"
 #include "vorn/solver/encoding.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::tools {
@@ -159,6 +161,7 @@ int lift(const LiftOptions& options) {
   try {
     print_answer(options);
   } catch (const std::exception& error) {
+    if (is_internal(error)) return report_defect(error, "with the files that it was given.");
     std::cerr << error.what() << '\n';
     return kInputError;
   }

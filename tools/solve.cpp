@@ -14,10 +14,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tools/defect.h"
 #include "tools/script.h"
 #include "vorn/smt2/error.h"
 #include "vorn/smt2/interpreter.h"
 #include "vorn/solver/solver.h"
+#include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 
 namespace vorn::tools {
@@ -98,17 +100,16 @@ void print_statistics(const std::string& file, const solver::Statistics& s) {
       s.translation_seconds, s.search_seconds);
 }
 
-/// Writes what the session was asked to a file of its own and says so.
-void report(const smt2::Interpreter& interpreter, const std::exception& error) {
+/// Writes what the session was asked to a file of its own and says so. Returns the exit status.
+int report_session(const smt2::Interpreter& interpreter, const std::exception& error) {
   const std::filesystem::path file =
       std::filesystem::temp_directory_path() / fmt::format("vorn-report-{}.smt2", ::getpid());
   std::ofstream stream(file);
-  stream << "; " << error.what() << '\n' << interpreter.get_state_script();
+  stream << "; " << describe_defect(error) << '\n' << interpreter.get_state_script();
   stream.close();
-  std::cerr << error.what()
-            << "\nThis is a defect of vorn. Please report it, with the script that shows it: "
-            << (stream ? file.string() : "(it could not be written to " + file.string() + ")")
-            << '\n';
+  return report_defect(
+      error, "with the script that shows it: " +
+                 (stream ? file.string() : "(it could not be written to " + file.string() + ")"));
 }
 
 /// Scripts are read as a whole, standard input as it comes.
@@ -120,10 +121,9 @@ int run(smt2::Interpreter& interpreter, const std::string& file, std::string tex
     std::cout.flush();
     std::cerr << error.what() << '\n';
     return kInputError;
-  } catch (const InternalError& error) {
-    std::cout.flush();
-    report(interpreter, error);
-    return kInternalError;
+  } catch (const std::logic_error& error) {
+    if (!is_internal(error)) throw;
+    return report_session(interpreter, error);
   }
   return kDone;
 }
@@ -174,8 +174,12 @@ int solve(const SolveOptions& options) {
       std::cerr << file << ": error: out of memory\n";
       result = kLimitReached;
     } catch (const std::exception& error) {
-      std::cerr << error.what() << '\n';
-      result = kInputError;
+      if (is_internal(error)) {
+        result = report_defect(error, "with " + file + ".");
+      } else {
+        std::cerr << error.what() << '\n';
+        result = kInputError;
+      }
     }
     std::cout.flush();
     if (status == kDone) status = result;

@@ -5,11 +5,13 @@
 #include <iostream>
 #include <string>
 
+#include "tools/defect.h"
 #include "tools/encode.h"
 #include "tools/eval.h"
 #include "tools/explain.h"
 #include "tools/lift.h"
 #include "tools/solve.h"
+#include "vorn/terms/engine.h"
 #include "vorn/version.h"
 
 namespace {
@@ -189,6 +191,9 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {
+    if (vorn::is_internal(error)) {
+      return vorn::tools::report_defect(error, "with the command line.");
+    }
     std::fprintf(stderr, "vorn: error: %s\n", error.what());
     return vorn::tools::kInputError;
   }

@@ -1,6 +1,10 @@
 // Sessions that come as a stream, and the commands and options that such sessions use.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <new>
+#include <stdexcept>
+
 #include "tests/smt2/session.h"
 
 namespace vorn::smt2 {
@@ -113,6 +117,19 @@ TEST(Options, NumbersAreKeptAndTheSeedReachesTheEngine) {
   EXPECT_EQ(s.error("(set-option :random-seed true)"), "1:26: expected a numeral, got 'true'");
 }
 
+TEST(Options, AnotherSeedDropsTheModel) {
+  Session s;
+  const std::string tail = ": there is no model, the last answer is not sat";
+  EXPECT_EQ(s.run("(declare-const p Bool)(check-sat)(set-option :verbosity 1)"
+                  "(set-option :random-seed 0)(get-value (p))"),
+            "sat\n((p false))\n");
+  EXPECT_EQ(s.error("(set-option :random-seed 1)(get-value (p))"), "1:29: get-value" + tail);
+  EXPECT_EQ(s.engine.seed, 1U);
+  s.engine.answer = Answer::unsat;
+  EXPECT_EQ(s.error("(check-sat)(set-option :random-seed 2)(get-unsat-assumptions)"),
+            "1:40: get-unsat-assumptions: the last answer is not unsat");
+}
+
 TEST(Options, GlobalDeclarationsOutliveLevels) {
   Session s;
   s.run(
@@ -154,20 +171,100 @@ TEST(StateScript, DeclaresAssertsAndChecks) {
   EXPECT_EQ(other.engine.assertions.size(), 2U);
 }
 
-TEST(InternalErrors, AreNoErrorsOfTheScript) {
-  struct Broken : FakeEngine {
-    using FakeEngine::FakeEngine;
-    Answer check_sat(std::span<const Term* const> /*assumed*/) override {
-      throw InternalError("broken");
-    }
+TEST(StateScript, HasTheAssertionUnderWayButNoneThatWasRefused) {
+  Session s;
+  s.engine.raise = [] { throw std::invalid_argument("refused"); };
+  talk(s, "(declare-const p Bool)(assert p)", false);
+  EXPECT_EQ(s.interpreter.get_state_script(), "(declare-const p Bool)\n(check-sat)\n");
+  EXPECT_EQ(talk(s, "(get-assertions)"), "()\n");
+  s.engine.raise = [] { throw InternalError("broken"); };
+  EXPECT_THROW(s.run("(assert p)"), InternalError);
+  EXPECT_EQ(s.interpreter.get_state_script(), "(declare-const p Bool)\n(assert p)\n(check-sat)\n");
+}
+
+// Errors of the engine --------------------------------------------------------------------------
+
+struct Question {
+  const char* script;
+  const char* place;  // of an error of the engine in it
+};
+
+/// The commands that ask the engine, those about a model among them.
+const Question kQuestions[] = {
+    {"(assert true)", "1:9"},
+    {"(push)", "1:2"},
+    {"(pop)", "1:2"},
+    {"(check-sat)", "1:2"},
+    {"(check-sat-assuming (true))", "1:2"},
+    {"(get-model)", "1:2"},
+    {"(get-value (p))", "1:13"},
+    {"(get-assignment)", "1:2"},
+    {"(reset-assertions)", "1:2"},
+    {"(reset)", "1:2"},
+};
+
+/// A session on its second level, after sat.
+struct Asked : Session {
+  Asked() { run("(declare-const p Bool)(push)(assert (! p :named n))(check-sat)"); }
+};
+
+TEST(EngineErrors, ThatAreDefectsAreNoErrorsOfTheScript) {
+  const std::function<void()> defects[] = {
+      [] { throw InternalError("broken"); },
+      [] { throw std::logic_error("broken"); },
+      [] { throw std::out_of_range("broken"); },
+      [] { throw std::domain_error("broken"); },
   };
-  TermManager mgr;
-  Broken engine(mgr);
-  std::ostringstream out;
-  Interpreter interpreter(mgr, engine, out);
-  EXPECT_THROW(interpreter.run("(check-sat)", "t.smt2"), InternalError);
-  std::istringstream in("(check-sat)");
-  EXPECT_THROW(interpreter.run_interactive(in, "in"), InternalError);
+  for (const auto& defect : defects) {
+    for (const Question& question : kQuestions) {
+      Asked s;
+      s.engine.raise = defect;
+      try {
+        s.interpreter.run(question.script, "t.smt2");
+        ADD_FAILURE() << question.script;
+      } catch (const std::exception& error) {
+        EXPECT_TRUE(is_internal(error)) << question.script;
+        EXPECT_STREQ(error.what(), "broken");
+      }
+      Asked other;
+      other.engine.raise = defect;
+      std::istringstream in(question.script);
+      EXPECT_THROW(other.interpreter.run_interactive(in, "in"), std::logic_error);
+      EXPECT_EQ(other.out.str(), "sat\n");
+    }
+    Session s;
+    s.engine.answer = Answer::unsat;
+    s.run("(check-sat)");
+    s.engine.raise = defect;
+    EXPECT_THROW(s.run("(get-unsat-assumptions)"), std::logic_error);
+  }
+}
+
+TEST(EngineErrors, ThatRefuseOrHaveNoRoomAreErrorsOfTheScript) {
+  const std::function<void()> refusals[] = {
+      [] { throw std::invalid_argument("no"); },
+      [] { throw std::length_error("no"); },
+      [] { throw std::runtime_error("no"); },
+  };
+  for (const auto& refusal : refusals) {
+    for (const Question& question : kQuestions) {
+      Asked s;
+      s.engine.raise = refusal;
+      EXPECT_EQ(s.error(question.script), std::string(question.place) + ": no");
+      Asked other;
+      other.engine.raise = refusal;
+      EXPECT_EQ(talk(other, question.script, false),
+                "(error \"in:" + std::string(question.place) + ": error: no\")\n");
+    }
+  }
+}
+
+TEST(EngineErrors, LackOfMemoryIsNeither) {
+  for (const Question& question : kQuestions) {
+    Asked s;
+    s.engine.raise = [] { throw std::bad_alloc(); };
+    EXPECT_THROW(s.run(question.script), std::bad_alloc) << question.script;
+  }
 }
 
 TEST(Garbage, IsDroppedWhenLevelsAre) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "tests/smt2/session.h"
 #include "vorn/terms/simple_symbol.h"
 
@@ -96,10 +98,10 @@ TEST(Interpreter, ModelsNeedASatAnswer) {
 
 TEST(Interpreter, WhatTheEngineRefusesIsAnErrorInTheScript) {
   Session s;
-  s.engine.refusal = "fp.mul is beyond this engine";
+  s.engine.raise = [] { throw std::invalid_argument("fp.mul is beyond this engine"); };
   EXPECT_EQ(s.error("(declare-const p Bool)\n(assert  (not p))"),
             "2:10: fp.mul is beyond this engine");
-  s.engine.failure = "out of luck";
+  s.engine.raise = [] { throw std::runtime_error("out of luck"); };
   EXPECT_EQ(s.error("(check-sat)"), "1:2: out of luck");
 }
 

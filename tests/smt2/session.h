@@ -2,10 +2,10 @@
 #ifndef VORN_TESTS_SMT2_SESSION_H
 #define VORN_TESTS_SMT2_SESSION_H
 
+#include <functional>
 #include <map>
 #include <span>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,24 +23,29 @@ class FakeEngine : public Engine {
   explicit FakeEngine(TermManager& manager) : mgr(manager) {}
 
   void assert_formula(const Term* f) override {
-    if (!refusal.empty()) throw std::invalid_argument(refusal);
+    fail();
     assertions.push_back(f);
   }
   void push() override {
+    fail();
     marks.push_back(assertions.size());
     calls += "push ";
   }
   void pop() override {
+    fail();
     assertions.resize(marks.back());
     marks.pop_back();
     calls += "pop ";
   }
   Answer check_sat(std::span<const Term* const> given) override {
-    if (!failure.empty()) throw std::runtime_error(failure);
+    fail();
     assumptions.assign(given.begin(), given.end());
     return answer;
   }
-  std::vector<std::size_t> get_unsat_assumptions() override { return failed; }
+  std::vector<std::size_t> get_unsat_assumptions() override {
+    fail();
+    return failed;
+  }
   void collect_garbage(std::span<const Term* const> kept) override {
     std::vector<const Term*> roots(kept.begin(), kept.end());
     roots.insert(roots.end(), assertions.begin(), assertions.end());
@@ -49,6 +54,7 @@ class FakeEngine : public Engine {
   }
   void set_seed(std::uint32_t number) override { seed = number; }
   const Term* get_value(const Term* t) override {
+    fail();
     const auto found = values.find(t);
     if (found != values.end()) return found->second;
     const DataType* type = t->get_type();
@@ -67,6 +73,7 @@ class FakeEngine : public Engine {
   }
   std::string get_reason_unknown() const override { return "a \"stub\""; }
   void reset_assertions() override {
+    fail();
     assertions.clear();
     marks.clear();
     calls += "reset ";
@@ -74,8 +81,7 @@ class FakeEngine : public Engine {
 
   TermManager& mgr;
   Answer answer = Answer::sat;
-  std::string refusal;  // of assertions
-  std::string failure;  // of check-sat
+  std::function<void()> raise;  // throws whatever is asked; none: all goes well
   std::map<const Term*, const Term*> values;
   std::vector<const Term*> assertions;
   std::vector<const Term*> assumptions;
@@ -83,6 +89,11 @@ class FakeEngine : public Engine {
   std::uint32_t seed = 0;
   std::vector<std::size_t> marks;
   std::string calls;
+
+ private:
+  void fail() const {
+    if (raise) raise();
+  }
 };
 
 /// One interpreter with all that it needs.

@@ -1,6 +1,10 @@
 // Dropping terms: what is kept stays as it is, what is dropped makes room for new terms.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
 #include "vorn/terms/term_manager.h"
 
 namespace vorn {
@@ -50,6 +54,30 @@ TEST_F(Collection, GivesDroppedMemoryIdentifiersAndNamesToNewTerms) {
   }
   EXPECT_LT(mgr.get_term_count(), 1000U);
   EXPECT_LT(mgr.get_live_count(), 20U);
+}
+
+TEST_F(Collection, GivesIdentifiersAgainInTheirOrder) {
+  const Term* a = constant("a");
+  const Term* kept = mgr.make_bv_number(200, 8);
+  const auto fill = [&](int from) {
+    std::vector<std::uint64_t> ids[3];
+    for (int i = from; i < from + 100; ++i) {
+      ids[0].push_back(constant("b")->get_id());
+      const Term* number = mgr.make_bv_number(i, 8);
+      ids[1].push_back(mgr.make_bv_sub(a, number)->get_id());
+      if (i % 7 == 0) kept = mgr.make_bv_add(kept, mgr.make_bv_sub(a, number));
+      ids[2].push_back(mgr.make_term_ite(mgr.make_true(), a, number)->get_id());
+    }
+    for (const auto& of_one_arity : ids)
+      EXPECT_TRUE(std::ranges::is_sorted(of_one_arity)) << from;
+  };
+  fill(0);
+  const std::uint64_t count = mgr.get_term_count();
+  const Term* roots[] = {kept};
+  mgr.collect(roots);
+  fill(100);
+  // What lives on took few of them, and the new terms have taken the others.
+  EXPECT_LT(mgr.get_term_count(), count + 100);
 }
 
 TEST_F(Collection, ForgetsLiterals) {

@@ -79,8 +79,13 @@ void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
   const ParsedTerm formula = parser.read_formula("an assertion");
   parser.close_command();
   last_answer.reset();
-  ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
   assertions.add({formula.text, script, formula.term});
+  try {
+    ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
+  } catch (const ScriptError&) {
+    assertions.retract(assertions.get_size() - 1, [](const Assertion&) {});
+    throw;
+  }
 }
 
 /// The number of levels; one when none is given.

@@ -56,13 +56,16 @@ class VORN_EXPORT Interpreter {
               InterpreterOptions session = {});
 
   /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError.
+  /// Where the engine or this library is wrong itself, an exception for which is_internal holds
+  /// passes, here and below: the session cannot go on.
   void run(std::string text, const std::string& file);
   /// Executes commands as they come out of a stream, answering each before it reads the next. An
   /// error is printed as the response `(error "...")`. Returns whether there was none.
   bool run_interactive(std::istream& in, const std::string& file);
 
   /// A script that declares, asserts and checks what the session did when it last asked for a
-  /// decision: what goes with the report of an internal error.
+  /// decision, with the assertion that was under way: what goes with the report of an internal
+  /// error.
   std::string get_state_script() const;
 
   /// What the scripts declared and defined.
@@ -154,14 +157,14 @@ class VORN_EXPORT Interpreter {
   bool answered = false;  // the command has printed its response
 };
 
-/// Runs `ask`, a call of the engine; what the engine refuses is an error at `place`.
+/// Runs `ask`, a call of the engine; what the engine refuses is an error at `place`. What it does
+/// wrong itself is none of the script's.
 template <class Ask>
 auto ask_engine(const Parser& parser, Position place, const Ask& ask) {
   try {
     return ask();
-  } catch (const InternalError&) {
-    throw;
   } catch (const std::logic_error& error) {
+    if (is_internal(error)) throw;
     parser.fail(place, error.what());
   } catch (const std::runtime_error& error) {
     parser.fail(place, error.what());

@@ -114,8 +114,12 @@ void Interpreter::set_option(Parser& parser, const Token& /*command*/) {
   if (option->number != nullptr) {
     const std::uint32_t value = tokens.expect_index();
     parser.close_command();
+    const bool is_new = options.*option->number != value;
     options.*option->number = value;
-    engine.set_seed(options.random_seed);
+    if (is_new && option->number == &InterpreterOptions::random_seed) {
+      last_answer.reset();
+      engine.set_seed(value);
+    }
     return;
   }
   const Token value = tokens.next();

@@ -2,7 +2,9 @@
 //
 // A manager only grows while terms are made. A session that works for hours has an owner who knows
 // which terms are in use; everything else is found by marking and swept: out of the tables, and its
-// memory, identifier included, goes to the next term of the same arity.
+// memory, identifier included, goes to the next term of the same arity. Operands are ordered by
+// identifier, so the order in which identifiers are given again is part of what a session computes:
+// it is that of the identifiers, whatever the order of the tables.
 #include <utility>
 
 #include "vorn/terms/term_manager.h"
@@ -11,6 +13,17 @@ namespace vorn {
 
 void TermManager::collect(std::span<const Term* const> roots) {
   const std::vector<bool> live = mark_live(roots);
+  std::vector<const Term*> dead(next_id, nullptr);  // by identifier
+  drop_operations(live, &dead);
+  drop_constants(live, &dead);
+  // What is freed last is used first.
+  for (std::size_t id = dead.size(); id-- > 0;) {
+    if (dead[id] != nullptr) free_term(dead[id]);
+  }
+}
+
+/// Drops the operations that are not live from the table.
+void TermManager::drop_operations(const std::vector<bool>& live, std::vector<const Term*>* dead) {
   // Open addressing knows no erasing: the table is filled anew.
   std::vector<const Term*> terms(term_table.size(), nullptr);
   std::vector<std::uint32_t> hashes(term_table.size());
@@ -19,7 +32,7 @@ void TermManager::collect(std::span<const Term* const> roots) {
     const Term* term = term_table[i];
     if (term == nullptr) continue;
     if (!live[term->get_id()]) {
-      free_term(term);
+      (*dead)[term->get_id()] = term;
       --table_count;
       continue;
     }
@@ -31,7 +44,6 @@ void TermManager::collect(std::span<const Term* const> roots) {
   }
   term_table = std::move(terms);
   term_hashes = std::move(hashes);
-  drop_constants(live);
 }
 
 /// Which identifiers belong to terms that stay.
@@ -51,7 +63,7 @@ std::vector<bool> TermManager::mark_live(std::span<const Term* const> roots) con
 }
 
 /// Drops the constants and literals that are not live, with what the tables know of them.
-void TermManager::drop_constants(const std::vector<bool>& live) {
+void TermManager::drop_constants(const std::vector<bool>& live, std::vector<const Term*>* dead) {
   const auto is_dead = [&](const Term* term) { return term != nullptr && !live[term->get_id()]; };
   for (auto& numbers : common_numbers) {
     for (const Term*& number : numbers) {
@@ -62,8 +74,8 @@ void TermManager::drop_constants(const std::vector<bool>& live) {
   for (Symbol& symbol : symbols) {
     if (!is_dead(symbol.constant)) continue;
     if (!symbol.is_number) names.erase(symbol.name);
-    free_term(symbol.constant);
-    symbol = Symbol(this, SymbolTag::none, 0, bool_type, {});
+    (*dead)[symbol.constant->get_id()] = symbol.constant;
+    symbol = Symbol(this, symbol.id, SymbolTag::none, 0, bool_type, {});
     free_symbols.push_back(&symbol);
   }
 }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -24,9 +25,19 @@ class VORN_EXPORT InternalError : public std::logic_error {
   using std::logic_error::logic_error;
 };
 
+/// Whether an error is a defect of the program and not of what it was given: an InternalError and
+/// every other std::logic_error, whoever threw it, but for std::invalid_argument, which refuses an
+/// input, and std::length_error, which says that there is no room.
+inline bool is_internal(const std::exception& error) {
+  return dynamic_cast<const std::logic_error*>(&error) != nullptr &&
+         dynamic_cast<const std::invalid_argument*>(&error) == nullptr &&
+         dynamic_cast<const std::length_error*>(&error) == nullptr;
+}
+
 /// A stack of assertions and a decision procedure for it. All terms belong to the manager that the
 /// interpreter builds terms with. What an engine does not support it refuses with a
-/// std::invalid_argument or std::runtime_error whose message names it.
+/// std::invalid_argument or std::runtime_error whose message names it. An exception for which
+/// is_internal holds ends the session.
 class VORN_EXPORT Engine {
  public:
   Engine() = default;
@@ -55,7 +66,7 @@ class VORN_EXPORT Engine {
   /// Drops the manager's terms that neither the assertions nor `kept` need, and any model with
   /// them.
   virtual void collect_garbage(std::span<const Term* const> kept) = 0;
-  /// Where decisions are left to chance, later ones depend on this number.
+  /// Where decisions are left to chance, later ones depend on this number. A model may be dropped.
   virtual void set_seed(std::uint32_t seed) = 0;
 };
 

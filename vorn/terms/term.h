@@ -175,8 +175,10 @@ class VORN_EXPORT DataType {
 
  private:
   friend class TermManager;
-  DataType(Kind k, std::uint32_t w0, std::uint32_t w1) : kind(k), widths{w0, w1} {}
+  DataType(std::uint32_t identifier, Kind k, std::uint32_t w0, std::uint32_t w1)
+      : id(identifier), kind(k), widths{w0, w1} {}
 
+  std::uint32_t id;  // in the order of creation; tables hash on it
   Kind kind;
   std::array<std::uint32_t, 2> widths;
 };
@@ -201,11 +203,17 @@ class VORN_EXPORT Symbol {
 
  private:
   friend class TermManager;
-  Symbol(const TermManager* manager, SymbolTag::tag kind, std::uint64_t arguments,
-         const DataType* type, const Indices& widths)
-      : arity(arguments), output_type(type), owner(manager), tag(kind), indices(widths) {}
+  Symbol(const TermManager* manager, std::uint32_t identifier, SymbolTag::tag kind,
+         std::uint32_t arguments, const DataType* type, const Indices& widths)
+      : id(identifier),
+        arity(arguments),
+        output_type(type),
+        owner(manager),
+        tag(kind),
+        indices(widths) {}
 
-  std::uint64_t arity;
+  std::uint32_t id;  // in the order of creation; tables hash on it
+  std::uint32_t arity;
   const DataType* output_type;
   const TermManager* owner;
   SymbolTag::tag tag;

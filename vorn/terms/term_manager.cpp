@@ -3,6 +3,9 @@
 // Terms live in chunks and are shared through an open-addressing table of pointers with their
 // hashes beside them, so that looking for a term touches few others. The table costs 15 to 30 bytes
 // a term; a binary operation is 32 bytes. Symbols are few and carry everything else.
+//
+// Hashes are made of identifiers, never of addresses: where the tables have their entries, and what
+// follows from it, is the same in every process.
 #include "vorn/terms/term_manager.h"
 
 #include <algorithm>
@@ -25,14 +28,10 @@ std::size_t mix(std::size_t h, std::uint64_t word) {
   return h ^ (h >> 32);
 }
 
-std::size_t mix_pointer(std::size_t h, const void* p) {
-  return mix(h, reinterpret_cast<std::uintptr_t>(p));
-}
-
-std::size_t hash_term(const Symbol* symbol, std::span<const Term* const> args) {
-  std::size_t h = mix_pointer(0, symbol);
+std::size_t hash_term(std::uint32_t symbol, std::span<const Term* const> args) {
+  std::size_t h = mix(0, symbol);
   for (const Term* arg : args)
-    h = mix_pointer(h, arg);
+    h = mix(h, arg->get_id());
   return h;
 }
 
@@ -47,13 +46,14 @@ bool has_args(const Term* term, std::span<const Term* const> args) {
 }  // namespace
 
 std::size_t TermManager::SymbolKeyHash::operator()(const SymbolKey& key) const noexcept {
-  std::size_t h = mix_pointer(key.tag, key.type);
+  // Side by side, since an exclusive or of two small numbers is often that of two others.
+  std::size_t h = mix(0, (std::uint64_t{key.tag} << 32) | key.type->id);
   h = mix(h, (std::uint64_t{key.indices[0]} << 32) | key.indices[1]);
   return mix(h, (std::uint64_t{key.indices[2]} << 32) | key.indices[3]);
 }
 
 std::size_t TermManager::NumberKeyHash::operator()(const NumberKey& key) const noexcept {
-  return mix_pointer(key.value.hash(), key.type);
+  return mix(key.value.hash(), key.type->id);
 }
 
 TermManager::TermManager(bool rewrite)
@@ -89,7 +89,8 @@ bool TermManager::owns(const DataType* type) const {
 const DataType* TermManager::intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1) {
   const DataType*& entry = type_table[type_key(kind, w0, w1)];
   if (entry == nullptr) {
-    types.push_back(DataType(kind, static_cast<std::uint32_t>(w0), static_cast<std::uint32_t>(w1)));
+    types.push_back(DataType(static_cast<std::uint32_t>(types.size()), kind,
+                             static_cast<std::uint32_t>(w0), static_cast<std::uint32_t>(w1)));
     entry = &types.back();
   }
   return entry;
@@ -132,20 +133,21 @@ bool TermManager::is_fp_type(const DataType* type, std::size_t* e, std::size_t* 
 
 // Symbols -------------------------------------------------------------------------------------
 
-Symbol* TermManager::new_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
+Symbol* TermManager::new_symbol(SymbolTag::tag tag, std::size_t arity, const DataType* type,
                                 const Symbol::Indices& indices) {
-  const Symbol symbol(this, tag, arity, type, indices);
+  const auto arguments = static_cast<std::uint32_t>(arity);
   if (free_symbols.empty()) {
-    symbols.push_back(symbol);
+    const auto id = static_cast<std::uint32_t>(symbols.size());
+    symbols.push_back(Symbol(this, id, tag, arguments, type, indices));
     return &symbols.back();
   }
   Symbol* reused = free_symbols.back();
   free_symbols.pop_back();
-  *reused = symbol;
+  *reused = Symbol(this, reused->id, tag, arguments, type, indices);
   return reused;
 }
 
-const Symbol* TermManager::intern_symbol(SymbolTag::tag tag, std::uint64_t arity,
+const Symbol* TermManager::intern_symbol(SymbolTag::tag tag, std::size_t arity,
                                          const DataType* type, const Symbol::Indices& indices) {
   const SymbolKey key{tag, type, indices};
   const std::size_t hash = SymbolKeyHash()(key);
@@ -235,7 +237,7 @@ const Term* TermManager::build(const Operation& op, const DataType* type,
 const Term* TermManager::intern_term(const Symbol* symbol, std::span<const Term* const> args) {
   if ((table_count + 1) * 5 > term_table.size() * 4) grow_term_table();
   const std::size_t mask = term_table.size() - 1;
-  const auto hash = static_cast<std::uint32_t>(hash_term(symbol, args));
+  const auto hash = static_cast<std::uint32_t>(hash_term(symbol->id, args));
   std::size_t slot = hash & mask;
   for (; term_table[slot] != nullptr; slot = (slot + 1) & mask) {
     const Term* term = term_table[slot];

@@ -251,7 +251,8 @@ class VORN_EXPORT TermManager {
   std::uint64_t get_live_count() const { return next_id - free_count; }
   /// Drops every term that is not in `roots` or below them, with the names of the constants among
   /// them. Sorts, operations' symbols, truth values and rounding modes stay. Identifiers of dropped
-  /// terms are given to new ones, so whoever keeps terms or looks them up by identifier must have
+  /// terms are given to new ones, the smallest first among those that one call dropped and that
+  /// have as many arguments, so whoever keeps terms or looks them up by identifier must have
   /// forgotten them.
   void collect(std::span<const Term* const> roots);
   /// Bytes that terms and the table that shares them take.
@@ -279,9 +280,9 @@ class VORN_EXPORT TermManager {
   static std::uint64_t type_key(DataType::Kind kind, std::size_t w0, std::size_t w1);
   bool owns(const DataType* type) const;
   const DataType* intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1);
-  const Symbol* intern_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
+  const Symbol* intern_symbol(SymbolTag::tag tag, std::size_t arity, const DataType* type,
                               const Symbol::Indices& indices);
-  Symbol* new_symbol(SymbolTag::tag tag, std::uint64_t arity, const DataType* type,
+  Symbol* new_symbol(SymbolTag::tag tag, std::size_t arity, const DataType* type,
                      const Symbol::Indices& indices);
   const Term* intern_number(const QNumber& value, const DataType* type);
 
@@ -305,7 +306,8 @@ class VORN_EXPORT TermManager {
   Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
   void grow_term_table();
   std::vector<bool> mark_live(std::span<const Term* const> roots) const;
-  void drop_constants(const std::vector<bool>& live);
+  void drop_operations(const std::vector<bool>& live, std::vector<const Term*>* dead);
+  void drop_constants(const std::vector<bool>& live, std::vector<const Term*>* dead);
   void free_term(const Term* term);
 
   bool recognise(SymbolTag::tag tag, const Symbol* s,
@@ -326,7 +328,7 @@ class VORN_EXPORT TermManager {
   static constexpr std::size_t kCommonWidths = 256;
   std::array<const DataType*, kCommonWidths> common_bv_types = {};
   std::array<std::array<const Term*, kCommonWidths>, 2> common_numbers = {};  // 0 and 1
-  std::array<const Symbol*, 512> recent_symbols = {};                         // by hash
+  std::array<const Symbol*, 2048> recent_symbols = {};                        // by hash
 
   std::vector<std::unique_ptr<std::byte[]>> chunks;  // storage of terms
   std::byte* chunk_free = nullptr;

@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# What is wrong with the command itself does not read as an error of its input, nor the other way
+# round.
+#   defects_test.sh FAULTY_VORN      the command with the encoder of tests/defects/faults.cpp
+set -u
+vorn=$1
+# shellcheck source=tests/check.sh
+source "$(dirname "${BASH_SOURCE[0]}")/check.sh"
+export TMPDIR=$dir # where reports go
+
+script sum.smt2 '(declare-const x Float16)\n(assert (fp.gt (fp.add RNE x x) x))\n(check-sat)\n'
+sum='add rne 5 10 3c00 3c00'
+echo "$sum" >"$dir/line"
+"$vorn" encode --to dimacs -o "$dir/sum.cnf" "$dir/sum.smt2"
+{ echo 's SATISFIABLE'; awk '/^p cnf/ { printf "v"; for (i = 1; i <= $3; i++) printf " %d", i; print " 0" }' "$dir/sum.cnf"; } >"$dir/answer"
+
+# run NAME STATUS STDOUT STDERR FAULT ARGUMENT...
+run() {
+  local fault=$5
+  check "$1: $fault" "$2" "$3" "$4" env FAULT="$fault" "$vorn" "${@:6}"
+}
+
+check 'without a fault' 0 '^sat$' '^$' "$vorn" "$dir/sum.smt2"
+run 'no such fault' 0 '^sat$' '^$' none "$dir/sum.smt2"
+
+defect='^internal error: planted'$'\n''This is a defect of vorn\. Please report it, with '
+for fault in internal_error logic_error out_of_range domain_error; do
+  rm -f "$dir"/vorn-report-*
+  run solve 4 '^$' "${defect}the script that shows it: $dir/vorn-report-[0-9]+\.smt2$" $fault "$dir/sum.smt2"
+  check "report: $fault" 0 '^; internal error: planted'$'\n''\(declare-const x .*fp\.lt .*\(check-sat\)$' '^$' \
+    cat "$dir"/vorn-report-*
+  check "decides the report: $fault" 0 '^sat$' '^$' "$vorn" "$dir"/vorn-report-*
+  check "solve, interactive: $fault" 4 '^$' "$defect" env FAULT=$fault bash -c "'$vorn' - <'$dir/sum.smt2'"
+  check "eval: $fault" 4 '^error: an empty line$' "${defect}the line: $sum$" \
+    env FAULT=$fault bash -c "{ echo; cat '$dir/line'; } | '$vorn' eval"
+  # shellcheck disable=SC2086
+  run 'explain' 4 '^$' "${defect}what was explained\.$" $fault explain $sum
+  run 'explain a script' 4 '^$' "${defect}what was explained\.$" $fault explain "$dir/sum.smt2"
+  run 'encode' 4 '^$' "${defect}what was encoded\.$" $fault encode --to smt2 "$dir/sum.smt2"
+  run 'encode an operation' 4 '^$' "${defect}what was encoded\.$" $fault encode --to dot --op "$sum"
+  run 'lift' 4 '^$' "${defect}the files that it was given\.$" $fault \
+    lift --check "$dir/sum.smt2" "$dir/sum.cnf" "$dir/answer"
+done
+
+for fault in invalid_argument length_error runtime_error; do
+  run solve 1 '^$' "^$dir/sum\.smt2:2:9: error: .*planted" $fault "$dir/sum.smt2"
+  check "solve, interactive: $fault" 1 '^\(error "<stdin>:2:9: error: .*planted.*"\)'$'\n''sat$' '^$' \
+    env FAULT=$fault bash -c "'$vorn' - <'$dir/sum.smt2'"
+  check "eval: $fault" 0 '^error: .*planted$' '^$' env FAULT=$fault bash -c "'$vorn' eval <'$dir/line'"
+  run 'encode' 1 '^$' "^$dir/sum\.smt2:2:9: error: .*planted" $fault encode --to smt2 "$dir/sum.smt2"
+done
+run 'encode an operation' 1 '^$' '^add .*: error: .*planted$' invalid_argument encode --to dot --op "$sum"
+run 'encode an operation' 3 '^$' '^add .*: error: planted$' length_error encode --to dot --op "$sum"
+run 'solve' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc "$dir/sum.smt2"
+run 'encode' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc encode --to smt2 "$dir/sum.smt2"
+run 'explain' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc explain "$dir/sum.smt2"
+
+summary
