@@ -31,7 +31,6 @@ std::string sort_of(const Term* t) {
 
 /// Says why `args[i]` is no operand of its place, unless it is one that its kind did not tell of.
 void check_operand(const Operation& op, std::span<const Term* const> args, std::size_t i) {
-  if (args[i] == nullptr) fail(op, "an operand is missing");
   const Signature::Argument& wanted = op.signature.get_arguments()[i];
   if (wanted.like != Signature::kNowhere) {
     fail(op,
@@ -49,30 +48,26 @@ void check_operand(const Operation& op, std::span<const Term* const> args, std::
   fail(op, "expected " + sort + ", got a term of " + sort_of(args[i]));
 }
 
-/// What a symbol keeps of its widths; see Symbol::Indices.
-Symbol::Indices find_symbol_indices(const Operation& op, std::span<const std::size_t> indices,
-                                    std::span<const Term* const> args) {
+std::uint32_t narrow(std::size_t width) {
+  return static_cast<std::uint32_t>(width);
+}
+
+/// What a symbol keeps of the widths of a float operation; see Symbol::Indices.
+Symbol::Indices find_float_indices(const Operation& op, std::span<const std::size_t> indices,
+                                   std::span<const Term* const> args) {
   Symbol::Indices result = {};
   std::size_t count = 0;
-  const auto append = [&](std::size_t width) {
-    result[count++] = static_cast<std::uint32_t>(width);
-  };
-  if (op.theory != Theory::floating_point) {
-    for (const std::size_t given : indices)
-      append(given);
-    return result;
-  }
-  if (op.indexing == Indexing::width) append(indices[0]);
+  if (op.indexing == Indexing::width) result[count++] = narrow(indices[0]);
   const DataType* operand = args[op.is_rounded() ? 1 : 0]->get_type();
   if (operand->get_kind() == DataType::Kind::floating_point) {
-    append(operand->get_e());
-    append(operand->get_m());
+    result[count++] = narrow(operand->get_e());
+    result[count++] = narrow(operand->get_m());
   } else if (op.is_rounded()) {
-    append(operand->get_width());
+    result[count++] = narrow(operand->get_width());
   }
   if (op.indexing == Indexing::format) {
-    append(indices[0]);
-    append(indices[1]);
+    result[count++] = narrow(indices[0]);
+    result[count++] = narrow(indices[1]);
   }
   return result;
 }
@@ -81,17 +76,35 @@ Symbol::Indices find_symbol_indices(const Operation& op, std::span<const std::si
 
 // Operands ------------------------------------------------------------------------------------
 
+/// Circuits are made of small operations, for which a loop is dear.
+inline bool TermManager::fits(const Operation& op, std::span<const Term* const> args) const {
+  const Signature::Argument* wanted = op.signature.get_arguments().data();
+  const auto is_own = [this](const Term* t) { return t != nullptr && t->symbol->owner == this; };
+  const auto type_of = [&](std::size_t i) { return args[i]->symbol->output_type; };
+  if (args.empty() || args.size() > 3 || !is_own(args[0]) || !wanted[0].fits(type_of(0)->kind)) {
+    return false;
+  }
+  for (std::size_t i = 1; i < args.size(); ++i) {
+    if (!is_own(args[i])) return false;
+    if (wanted[i].like == i - 1
+            ? type_of(i) != type_of(i - 1)
+            : wanted[i].like != Signature::kNowhere || !wanted[i].fits(type_of(i)->kind)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 void TermManager::check_operands(const Operation& op, std::span<const Term* const> args) const {
   const std::span<const Signature::Argument> wanted = op.signature.get_arguments();
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == nullptr) check_operand(op, args, i);
-    const Symbol* symbol = args[i]->get_symbol();
-    if (symbol->owner != this) fail(op, "an operand belongs to another term manager");
-    const DataType* type = symbol->output_type;
-    const bool fits = wanted[i].like == Signature::kNowhere
-                          ? wanted[i].fits(type->get_kind())
-                          : type == args[wanted[i].like]->get_type();
-    if (!fits) check_operand(op, args, i);
+    if (args[i] == nullptr) fail(op, "an operand is missing");
+    if (args[i]->symbol->owner != this) fail(op, "an operand belongs to another term manager");
+    const DataType* type = args[i]->get_type();
+    const bool is_right = wanted[i].like == Signature::kNowhere
+                              ? wanted[i].fits(type->get_kind())
+                              : type == args[wanted[i].like]->get_type();
+    if (!is_right) check_operand(op, args, i);
   }
 }
 
@@ -164,22 +177,18 @@ const Term* TermManager::make(SymbolTag::tag tag, std::span<const std::size_t> i
 
 const Term* TermManager::apply(const Operation& op, std::span<const std::size_t> indices,
                                std::span<const Term* const> args) {
-  check_operands(op, args);
+  if (!fits(op, args)) check_operands(op, args);
   if (op.derive != nullptr) return op.derive(*this, indices, args);
   if (args.empty()) return make_bool(op.tag == T::bool_true);
   const DataType* type = op.indexing == Indexing::none ? find_result(op, args)
                                                        : find_indexed_result(op, indices, args);
-  return build(op, type, args, find_symbol_indices(op, indices, args));
-}
-
-const Term* TermManager::apply(SymbolTag::tag tag, std::initializer_list<const Term*> args) {
-  return apply(*find_operation(tag), {}, std::span(args.begin(), args.size()));
-}
-
-const Term* TermManager::apply(SymbolTag::tag tag, std::initializer_list<std::size_t> indices,
-                               std::initializer_list<const Term*> args) {
-  return apply(*find_operation(tag), std::span(indices.begin(), indices.size()),
-               std::span(args.begin(), args.size()));
+  Symbol::Indices kept = {};
+  if (op.theory == Theory::floating_point) {
+    kept = find_float_indices(op, indices, args);
+  } else if (!indices.empty()) {
+    kept = {narrow(indices.front()), indices.size() > 1 ? narrow(indices[1]) : 0};
+  }
+  return build(op, type, args, kept);
 }
 
 /// A binary operation on another number of arguments.

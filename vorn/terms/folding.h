@@ -15,7 +15,8 @@ struct BvOperand {
 };
 
 /// The bits of the bit-vector operation `tag` on x and y, or 1 or 0 for a predicate. Unary
-/// operations read x only; `indices` are those of the operation's symbol.
+/// operations read x only; `indices` are those of the operation's symbol. Throws std::logic_error
+/// for a kind that has no value here, which is a defect.
 QNumber fold_bv_operation(SymbolTag::tag tag, const Symbol::Indices& indices, BvOperand x,
                           BvOperand y);
 

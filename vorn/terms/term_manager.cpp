@@ -9,6 +9,7 @@
 #include "vorn/terms/term_manager.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -48,8 +49,9 @@ bool has_args(const Term* term, std::span<const Term* const> args) {
 std::size_t TermManager::SymbolKeyHash::operator()(const SymbolKey& key) const noexcept {
   // Side by side, since an exclusive or of two small numbers is often that of two others.
   std::size_t h = mix(0, (std::uint64_t{key.tag} << 32) | key.type->id);
-  h = mix(h, (std::uint64_t{key.indices[0]} << 32) | key.indices[1]);
-  return mix(h, (std::uint64_t{key.indices[2]} << 32) | key.indices[3]);
+  const std::uint64_t low = (std::uint64_t{key.indices[0]} << 32) | key.indices[1];
+  const std::uint64_t high = (std::uint64_t{key.indices[2]} << 32) | key.indices[3];
+  return mix(h, low + std::rotl(high, 17));
 }
 
 std::size_t TermManager::NumberKeyHash::operator()(const NumberKey& key) const noexcept {
@@ -196,10 +198,6 @@ bool TermManager::get_symbol_kind(const Symbol* symbol, SymbolTag::tag* kind) co
   if (symbol->owner != this || symbol->tag == SymbolTag::none) return false;
   *kind = symbol->tag;
   return true;
-}
-
-const QNumber* TermManager::get_number(const Symbol* symbol) const {
-  return symbol->owner == this && symbol->is_number ? &symbol->value : nullptr;
 }
 
 bool TermManager::is_number(const Term* term, QNumber* value) const {

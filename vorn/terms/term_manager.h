@@ -27,6 +27,7 @@
 namespace vorn {
 
 struct Operation;
+VORN_EXPORT const Operation* find_operation(SymbolTag::tag tag);
 
 /// Factory and owner of terms, symbols and sorts.
 ///
@@ -91,7 +92,9 @@ class VORN_EXPORT TermManager {
   /// and uninterpreted constants have none.
   bool get_symbol_kind(const Symbol* symbol, SymbolTag::tag* kind) const;
   /// The number that a literal's symbol stands for; null when it is not a literal of this manager.
-  const QNumber* get_number(const Symbol* symbol) const;
+  const QNumber* get_number(const Symbol* symbol) const {
+    return symbol->owner == this && symbol->is_number ? &symbol->value : nullptr;
+  }
   /// True for a bit-vector or floating-point literal; stores its bits unless `value` is null.
   bool is_number(const Term* term, QNumber* value) const;
 
@@ -290,9 +293,17 @@ class VORN_EXPORT TermManager {
   const Term* apply(const Operation& op, std::span<const std::size_t> indices,
                     std::span<const Term* const> args);
   /// The same for a kind that is known to take as many.
-  const Term* apply(SymbolTag::tag tag, std::initializer_list<const Term*> args);
+  const Term* apply(SymbolTag::tag tag, std::initializer_list<const Term*> args) {
+    return apply(*find_operation(tag), {}, std::span(args.begin(), args.size()));
+  }
   const Term* apply(SymbolTag::tag tag, std::initializer_list<std::size_t> indices,
-                    std::initializer_list<const Term*> args);
+                    std::initializer_list<const Term*> args) {
+    return apply(*find_operation(tag), std::span(indices.begin(), indices.size()),
+                 std::span(args.begin(), args.size()));
+  }
+  /// Whether one to three operands are this manager's and have the sorts of the signature; false
+  /// also where it takes a closer look.
+  bool fits(const Operation& op, std::span<const Term* const> args) const;
   const Term* extend(const Operation& op, std::span<const std::size_t> indices,
                      std::span<const Term* const> args);
   /// Throws, naming the operation, unless the operands have the sorts of its signature.
