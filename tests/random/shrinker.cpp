@@ -67,9 +67,8 @@ void inline_calls(Expression* e, const Command& function) {
 bool takes_fewer(const Expression& e) {
   const std::span<const Operator> operators = get_operators();
   return e.args.size() > 2 &&
-         std::any_of(operators.begin(), operators.end(), [&e](const Operator& op) {
-           return op.name == e.head && op.takes_more;
-         });
+         std::any_of(operators.begin(), operators.end(),
+                     [&e](const Operator& op) { return op.name == e.head && op.takes_more; });
 }
 
 class Shrinker {
