@@ -20,14 +20,12 @@
 #include <vector>
 
 #include "vorn/terms/ieee_float.h"
+#include "vorn/terms/operations.h"
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
 #include "vorn/utils/export.h"
 
 namespace vorn {
-
-struct Operation;
-VORN_EXPORT const Operation* find_operation(SymbolTag::tag tag);
 
 /// Factory and owner of terms, symbols and sorts.
 ///
