@@ -99,12 +99,13 @@ script hard.smt2 '(declare-const x Float64)(declare-const y Float64)(declare-con
 (assert (not (fp.eq (fp.mul RNE x (fp.mul RNE y z)) (fp.mul RNE (fp.mul RNE x y) z))))
 (assert (fp.eq (fp.rem x y) (fp.sqrt RTP (fp.div RNE z x))))
 (check-sat)(get-info :reason-unknown)(pop)(check-sat)\n'
-# Local search has a model of this after half a second; the circuits take many times as long.
+# Local search has a model of this after half a second; the circuits take many times as long, so
+# that the limit, or the signal, comes first.
 check time_limit 3 $'^unknown\n\\(:reason-unknown "timeout"\\)\nsat$' '^$' \
   "$vorn" --no-local-search --time-limit 0.5 "$dir/hard.smt2"
 check interrupt 3 $'^unknown\n\\(:reason-unknown "interrupted"\\)\nsat$' '^$' bash -c "
-  trap '' INT; trap - INT; '$vorn' --verbose '$dir/hard.smt2' 2>'$dir/log' & pid=\$!
-  until grep -q searching '$dir/log'; do sleep 0.1; done; kill -INT \$pid; wait \$pid"
+  trap '' INT; trap - INT; '$vorn' --no-local-search --verbose '$dir/hard.smt2' 2>'$dir/log' & pid=\$!
+  until grep -qs searching '$dir/log'; do sleep 0.1; done; kill -INT \$pid; wait \$pid"
 
 awk 'BEGIN { print "(declare-const x Bool)"; printf "(assert "; for (i = 0; i < 100000; i++) printf "(not ";
   printf "x"; for (i = 0; i < 100000; i++) printf ")"; print ")\n(check-sat)" }' >"$dir/deep.smt2"
