@@ -1,10 +1,15 @@
 // CaDiCaL behind the SatSolver interface. CaDiCaL aborts the process when it is used against its
 // contract, so the contract is checked here first.
+//
+// It does not expect that memory ends: what its functions leave behind then, its destructor trips
+// over. Such an instance is left alone for the rest of the process, with all its memory.
 #include <cadical.hpp>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <limits>
+#include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -24,15 +29,18 @@ class TestTerminator final : public CaDiCaL::Terminator {
 
 class CadicalSolver final : public SatSolver {
  public:
-  CadicalSolver(int seed, const std::string& proof_file) {
-    solver.set("quiet", 1);  // standard output belongs to the caller
-    if (!solver.set("seed", seed)) {
+  CadicalSolver(int seed, const std::string& proof_file)
+      : solver(std::make_unique<CaDiCaL::Solver>()) {
+    solver->set("quiet", 1);  // standard output belongs to the caller
+    if (!solver->set("seed", seed)) {
       throw std::invalid_argument("SAT solver: " + std::to_string(seed) + " is no seed");
     }
     if (!proof_file.empty()) trace_proof(proof_file);
-    solver.connect_terminator(&terminator);
+    solver->connect_terminator(&terminator);
   }
-  ~CadicalSolver() override { solver.disconnect_terminator(); }
+  ~CadicalSolver() override {
+    if (solver) solver->disconnect_terminator();
+  }
   CadicalSolver(const CadicalSolver&) = delete;
   CadicalSolver& operator=(const CadicalSolver&) = delete;
 
@@ -46,40 +54,46 @@ class CadicalSolver final : public SatSolver {
   void add_clause(std::span<const int> literals) override {
     for (const int literal : literals)
       check_literal(literal);
-    for (const int literal : literals)
-      solver.add(literal);
-    solver.add(0);
-    ++clause_count;
     last_result = Result::unknown;
+    ask([&](CaDiCaL::Solver& s) {
+      for (const int literal : literals)
+        s.add(literal);
+      s.add(0);
+    });
+    ++clause_count;
   }
 
   void assume(int literal) override {
     check_literal(literal);
-    solver.assume(literal);
     last_result = Result::unknown;
+    ask([&](CaDiCaL::Solver& s) { s.assume(literal); });
   }
 
   Result solve() override {
     last_result = Result::unknown;
-    if (terminator.terminate()) {
-      solver.reset_assumptions();
-      return last_result;
-    }
-    const int status = solver.solve();
-    if (status == kSatisfiable) last_result = Result::sat;
-    if (status == kUnsatisfiable) last_result = Result::unsat;
-    if (has_proof) solver.flush_proof_trace();
+    ask([&](CaDiCaL::Solver& s) {
+      if (terminator.terminate()) {
+        s.reset_assumptions();
+        return;
+      }
+      const int status = s.solve();
+      if (status == kSatisfiable) last_result = Result::sat;
+      if (status == kUnsatisfiable) last_result = Result::unsat;
+      if (has_proof) s.flush_proof_trace();
+    });
     return last_result;
   }
 
-  void limit_conflicts(int count) override { solver.limit("conflicts", count); }
+  void limit_conflicts(int count) override {
+    ask([&](CaDiCaL::Solver& s) { s.limit("conflicts", count); });
+  }
 
   bool value(int literal) const override {
     check_literal(literal);
     if (last_result != Result::sat) {
       throw std::logic_error("SAT solver: a value was asked for where there is no model");
     }
-    return (solver.val(std::abs(literal)) > 0) == (literal > 0);
+    return (solver->val(std::abs(literal)) > 0) == (literal > 0);
   }
 
   bool failed(int literal) const override {
@@ -87,7 +101,7 @@ class CadicalSolver final : public SatSolver {
     if (last_result != Result::unsat) {
       throw std::logic_error("SAT solver: a failed assumption was asked for without unsat");
     }
-    return solver.failed(literal);
+    return solver->failed(literal);
   }
 
   void set_termination_test(const TerminationTest* test) override { terminator.test = test; }
@@ -102,14 +116,27 @@ class CadicalSolver final : public SatSolver {
   static constexpr int kSatisfiable = 10;
   static constexpr int kUnsatisfiable = 20;
 
+  /// Has the instance do something. Throws std::bad_alloc, from then on always, when memory ends.
+  template <class Step>
+  void ask(const Step& step) {
+    if (!solver) throw std::bad_alloc();
+    try {
+      step(*solver);
+    } catch (const std::bad_alloc&) {
+      last_result = Result::unknown;
+      static_cast<void>(solver.release());
+      throw;
+    }
+  }
+
   void trace_proof(const std::string& file) {
     // CaDiCaL would say so on standard error itself.
     if (!std::ofstream(file)) {
       throw std::runtime_error("cannot write the proof to " + file + ": " +
                                std::generic_category().message(errno));
     }
-    solver.set("binary", 0);
-    has_proof = solver.trace_proof(file.c_str());
+    solver->set("binary", 0);
+    has_proof = solver->trace_proof(file.c_str());
     if (!has_proof) throw std::runtime_error("cannot write the proof to " + file);
   }
 
@@ -121,7 +148,7 @@ class CadicalSolver final : public SatSolver {
   }
 
   TestTerminator terminator;
-  mutable CaDiCaL::Solver solver;  // reading a model is not const there
+  std::unique_ptr<CaDiCaL::Solver> solver;  // null once memory has ended
   bool has_proof = false;
   int variable_count = 0;
   std::uint64_t clause_count = 0;

@@ -16,6 +16,8 @@ constexpr std::uint8_t kPositive = 1;
 constexpr std::uint8_t kNegative = 2;
 constexpr std::uint8_t kBoth = 3;
 
+constexpr std::uint32_t kStepsBetweenTests = 1U << 12U;
+
 /// Directions of use of a literal, as those of its node.
 std::uint8_t of_node(Lit lit, std::uint8_t use) {
   if (!lit.is_negated() || use == kBoth) return use;
@@ -57,6 +59,12 @@ bool Cnf::value(Lit lit) const {
 
 // Gates of the graph --------------------------------------------------------------------------
 
+void Cnf::count_step() {
+  if (++steps % kStepsBetweenTests == 0 && termtest != nullptr && termtest->terminate()) {
+    throw Terminated();
+  }
+}
+
 /// Makes room for the graph as it is now and counts the uses of nodes below `root`, itself used by
 /// the caller. Uses decide only which nodes are drawn into the gates above them; a node that gets
 /// another use later is then defined beside the gate that it is in.
@@ -68,6 +76,7 @@ void Cnf::prepare(Lit root) {
     const std::uint32_t node = stack.back();
     stack.pop_back();
     if (nodes[node].visited) continue;
+    count_step();
     nodes[node].visited = true;
     if (!graph.is_and(node)) continue;
     for (const Lit operand : {graph.get_left(node), graph.get_right(node)}) {
@@ -222,6 +231,7 @@ void Cnf::define_required() {
   while (!required.empty()) {
     const auto [node, directions] = required.back();
     required.pop_back();
+    count_step();
     const int variable = nodes[node].variable;
     load_gate(node);
     if ((directions & kPositive) != 0) imply_gate(-variable);

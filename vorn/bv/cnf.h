@@ -21,6 +21,7 @@
 #include "vorn/bv/aig.h"
 #include "vorn/bv/sat_solver.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::bv {
 
@@ -32,6 +33,11 @@ class VORN_EXPORT Cnf {
 
   /// Borrows both.
   Cnf(const Aig& aig, SatSolver& sat) : graph(aig), solver(sat) {}
+
+  /// Borrows `t`, asked now and then by the functions below, which then throw Terminated. What they
+  /// throw, be it that or a lack of memory, leaves definitions half written: neither this nor the
+  /// solver is of use afterwards. Null for none.
+  void set_termination_test(const TerminationTest* t) { termtest = t; }
 
   /// The solver's literal of `lit`, with the clauses that its use needs. A literal that is only
   /// ever assumed or asserted as it stands is used positively.
@@ -69,6 +75,7 @@ class VORN_EXPORT Cnf {
     Directions directions;
   };
 
+  void count_step();
   void prepare(Lit root);
   void load_gate(std::uint32_t node);
   void load_conjunction(std::uint32_t node);
@@ -89,6 +96,8 @@ class VORN_EXPORT Cnf {
   std::vector<Node> nodes;
   std::vector<Definition> required;  // definitions still to be written
   int constant = 0;                  // a variable that is true; 0: none yet
+  std::uint32_t steps = 0;           // for asking the test only now and then
+  const TerminationTest* termtest = nullptr;
 
   // Scratch, kept for its capacity.
   WideGate gate;

@@ -16,7 +16,8 @@
 
 namespace vorn::bv {
 
-/// An incremental SAT solver.
+/// An incremental SAT solver. Where memory ends, its functions throw std::bad_alloc, and from then
+/// on it can only be destroyed.
 class VORN_EXPORT SatSolver {
  public:
   /// An answer; unknown where the search was told to stop.

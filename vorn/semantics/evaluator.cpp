@@ -8,6 +8,9 @@
 namespace vorn::semantics {
 namespace {
 
+// One operation on wide operands can take a millisecond.
+constexpr std::uint32_t kStepsBetweenTests = 1U << 6U;
+
 bool is_true(const QNumber& value) {
   return value.sign() != 0;
 }
@@ -29,6 +32,9 @@ QNumber Evaluator::leaf(const Term* t) {
 }
 
 QNumber Evaluator::apply(const Term* t) {
+  if (++steps % kStepsBetweenTests == 0 && termtest != nullptr && termtest->terminate()) {
+    throw Terminated();
+  }
   std::vector<const QNumber*> args;
   for (const Term* arg : t->get_args())
     args.push_back(&values.at(arg));

@@ -6,6 +6,7 @@
 #ifndef VORN_SEMANTICS_EVALUATOR_H
 #define VORN_SEMANTICS_EVALUATOR_H
 
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <unordered_map>
@@ -16,6 +17,7 @@
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::semantics {
 
@@ -32,6 +34,9 @@ class VORN_EXPORT Evaluator {
   explicit Evaluator(const TermManager& manager, Assignment constants, OpenValue choices = {})
       : mgr(manager), assignment(std::move(constants)), open_value(std::move(choices)) {}
 
+  /// Borrows `t`, asked now and then by `evaluate`, which then throws Terminated. Null for none.
+  void set_termination_test(const TerminationTest* t) { termtest = t; }
+
   /// The value of `t`. Throws std::length_error where a number on the way is beyond a gigabit.
   const QNumber& evaluate(const Term* t);
 
@@ -43,6 +48,8 @@ class VORN_EXPORT Evaluator {
   Assignment assignment;
   OpenValue open_value;
   std::unordered_map<const Term*, QNumber> values;
+  const TerminationTest* termtest = nullptr;
+  std::uint32_t steps = 0;  // for asking the test only now and then
 };
 
 /// Whether `t` is a literal, truth value or rounding mode; stores its value, as an Evaluator has

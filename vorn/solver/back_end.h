@@ -34,6 +34,22 @@ class Stopwatch {
   std::chrono::steady_clock::time_point start;
 };
 
+/// Has the term manager ask a test as long as it lives.
+class TestedTerms {
+ public:
+  TestedTerms(TermManager& manager, const TerminationTest* test)
+      : mgr(manager), outer(manager.get_termination_test()) {
+    mgr.set_termination_test(test);
+  }
+  ~TestedTerms() { mgr.set_termination_test(outer); }
+  TestedTerms(const TestedTerms&) = delete;
+  TestedTerms& operator=(const TestedTerms&) = delete;
+
+ private:
+  TermManager& mgr;
+  const TerminationTest* outer;
+};
+
 /// Encodings and translations follow the levels. The circuits and the SAT solver only grow.
 struct Solver::BackEnd {
   /// Everything from the graph down.
@@ -42,6 +58,7 @@ struct Solver::BackEnd {
         : blaster(manager, aig), sat(make_solver(options, traced)), cnf(aig, *sat) {
       aig.set_termination_test(options.termination_test);
       sat->set_termination_test(options.termination_test);
+      cnf.set_termination_test(options.termination_test);
     }
 
     std::unique_ptr<bv::SatSolver> make_solver(const Options& wanted, bool traced) {
@@ -58,12 +75,20 @@ struct Solver::BackEnd {
     const bv::ClauseRecorder* recorder = nullptr;  // the solver, where clauses are to be written
     std::unique_ptr<bv::SatSolver> sat;
     bv::Cnf cnf;
+
+    std::size_t written = 0;  // conjuncts that are clauses already
+    /// By level, the SAT variable that turns its clauses on; 0, or beyond the end, for none yet.
+    std::vector<int> activations;
+    bool has_garbage = false;  // a level whose clauses were written is gone
+    /// Number of clauses from which on garbage is worth a new start.
+    std::uint64_t rebuild_limit = kLeastRebuildLimit;
+
+    /// Below this number of clauses, dropping garbage is not worth the time.
+    static constexpr std::uint64_t kLeastRebuildLimit = 8'000;
   };
 
   BackEnd(TermManager& manager, const Options& options)
-      : encoder(make_encoder(options.encoder, manager)),
-        translator(manager, *encoder),
-        circuits(std::make_unique<Circuits>(manager, options)) {
+      : encoder(make_encoder(options.encoder, manager)), translator(manager, *encoder) {
     encoder->set_termination_test(options.termination_test);
     encoder->set_debug_flag(options.debug_labels);
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
@@ -72,7 +97,9 @@ struct Solver::BackEnd {
   std::optional<rewrite::FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   Translator translator;
-  std::unique_ptr<Circuits> circuits;
+  std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
+  Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
+  std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed
   std::optional<search::LocalSearch> local_search;  // of the current check
 };
 

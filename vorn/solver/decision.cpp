@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 
 #include "vorn/solver/back_end.h"
@@ -27,11 +28,12 @@ constexpr std::uint64_t kEffortPerConflict = 1'000;
 void Solver::enter_assumptions(std::span<const Term* const> assumed) {
   leave_assumptions();
   if (assumed.empty()) return;
-  push();
+  assertions.push();
   in_assumptions = true;
+  assumptions.reserve(assumed.size());
   for (const Term* formula : assumed) {
-    assumptions.push_back({translate(formula)});
     assertions.add(formula);
+    assumptions.emplace_back();
   }
 }
 
@@ -39,21 +41,36 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
   if (options.is_traced() && statistics.checks != 0) {
     throw std::invalid_argument("a formula and its proof can be written for one check only");
   }
-  enter_assumptions(assumed);
   ++statistics.checks;
-  if (options.is_traced()) start_traces();
+  is_deferred = false;
+  bool is_translated = false;
+  const char* reason = "resource limit";
   try {
+    enter_assumptions(assumed);
+    translate_new();
+    is_translated = true;
+    if (options.is_traced()) start_traces();
     return decide();
   } catch (const Terminated&) {
-    return give_up("resource limit");
   } catch (const std::length_error&) {
-    return give_up("memout");  // the graph or the SAT solver has no room left
+    reason = "memout";  // the graph or the SAT solver has no room left
+  } catch (const std::bad_alloc&) {
+    reason = "memout";
   }
+  if (is_translated) {
+    statistics = get_statistics();
+    back_end->local_search.reset();
+    back_end->circuits.reset();
+  } else {
+    drop_back_end();
+  }
+  return give_up(reason);
 }
 
 /// Searches until a model holds, an answer is unsat, or the search ends without either.
 Answer Solver::decide() {
   const Stopwatch watch(&statistics.search_seconds);
+  const TestedTerms tested(mgr, options.termination_test);
   back_end->local_search.reset();
   // What local search finds are models by IEEE 754, and a trace has no use for them.
   may_search_locally =
@@ -118,11 +135,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
 }
 
 Answer Solver::search() {
-  if (has_garbage && back_end->circuits->sat->get_clause_count() > rebuild_limit) {
-    replace_circuits();
-    write_clauses();
-    rebuild_limit = kLeastRebuildLimit + 2 * back_end->circuits->sat->get_clause_count();
-  }
+  replace_garbage();
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
   if (const std::string rules = describe_rewriting(); !rules.empty()) log("rewriting: " + rules);
@@ -131,7 +144,7 @@ Answer Solver::search() {
                   sat.get_variable_count(), sat.get_clause_count()));
   if (back_end->circuits->recorder != nullptr) write_cnf();
   for (int conflicts = kFirstConflicts;; conflicts *= 2) {
-    for (const int activation : activations) {
+    for (const int activation : back_end->circuits->activations) {
       if (activation != 0) sat.assume(activation);
     }
     for (const Assumption& assumption : assumptions) {
@@ -161,13 +174,30 @@ Answer Solver::give_up(const char* reason) {
   return Answer::unknown;
 }
 
+/// Leaves behind all that was written where much of it is of no use any more; what is alive is
+/// written again. The next time is when as much has come on top of it, so that the work is shared
+/// out evenly.
+void Solver::replace_garbage() {
+  std::unique_ptr<BackEnd::Circuits>& circuits = back_end->circuits;
+  if (!circuits || !circuits->has_garbage) return;
+  if (circuits->sat->get_clause_count() <= circuits->rebuild_limit) return;
+  circuits.reset();
+  write_clauses();
+  circuits->rebuild_limit =
+      BackEnd::Circuits::kLeastRebuildLimit + 2 * circuits->sat->get_clause_count();
+}
+
 /// Hands what is new to the SAT solver.
 void Solver::write_clauses() {
-  for (std::size_t level = 0; level <= conjuncts.get_level(); ++level) {
-    for (; written < conjuncts.get_size(level); ++written)
-      write_conjunct(conjuncts.get_items()[written], level);
+  if (!back_end->circuits) {
+    back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options);
   }
   BackEnd::Circuits& circuits = *back_end->circuits;
+  const Trail<const Term*>& conjuncts = back_end->conjuncts;
+  for (std::size_t level = 0; level <= conjuncts.get_level(); ++level) {
+    for (; circuits.written < conjuncts.get_size(level); ++circuits.written)
+      write_conjunct(conjuncts.get_items()[circuits.written], level);
+  }
   for (Assumption& assumption : assumptions) {
     const bv::Lit lit = circuits.blaster.blast_bool(assumption.translated);
     if (options.is_traced()) {
@@ -185,20 +215,11 @@ void Solver::write_conjunct(const Term* conjunct, std::size_t level) {
     circuits.cnf.assert_true(lit);
     return;
   }
-  int& activation = activations[level];
+  if (circuits.activations.size() <= level) circuits.activations.resize(level + 1);
+  int& activation = circuits.activations[level];
   if (activation == 0) activation = circuits.sat->new_variable();
   const int holds = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
   circuits.sat->add_clause({-activation, holds});
-}
-
-/// Leaves behind all that was written; what is alive is written again by the next search. When
-/// that is for the sake of garbage, the next time is when as much has come on top of it, so that
-/// the work is shared out evenly.
-void Solver::replace_circuits(bool traced) {
-  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, traced);
-  written = 0;
-  activations.assign(activations.size(), 0);
-  has_garbage = false;
 }
 
 }  // namespace vorn::solver

@@ -39,7 +39,7 @@ void Solver::read_found_model() {
 
 /// What has a constant's value in the model: of a float or rounding mode, what encodes it.
 const Term* Solver::model_key(const Term* constant) const {
-  const Term* encoding = back_end->encoder->get_cached(constant);
+  const Term* encoding = get_back_end().encoder->get_cached(constant);
   return encoding != nullptr ? encoding : constant;
 }
 
@@ -77,6 +77,7 @@ semantics::Evaluator Solver::evaluate_model() {
 
 bool Solver::model_holds() {
   semantics::Evaluator evaluator = evaluate_model();
+  evaluator.set_termination_test(options.termination_test);
   bool holds = true;
   clashes.clear();
   // What was encoded comes first: its conversions decide for those that rewriting dropped.

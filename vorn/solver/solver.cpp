@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
@@ -19,16 +20,22 @@ std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& man
   return std::make_unique<fp::IeeeBvEncoder>(&manager, &manager);
 }
 
-Solver::Solver(TermManager& manager, const Options& chosen)
-    : mgr(manager),
-      options(chosen),
-      back_end(std::make_unique<BackEnd>(manager, chosen)),
-      activations(1) {}
+Solver::Solver(TermManager& manager, const Options& chosen) : mgr(manager), options(chosen) {}
 
 Solver::~Solver() = default;
 
 void Solver::log(const std::string& message) const {
   if (options.logger != nullptr) options.logger->log(message);
+}
+
+Solver::BackEnd& Solver::get_back_end() const {
+  if (!back_end) back_end = std::make_unique<BackEnd>(mgr, options);
+  return *back_end;
+}
+
+void Solver::drop_back_end() {
+  statistics = get_statistics();
+  back_end.reset();
 }
 
 // Assertions and levels -----------------------------------------------------------------------
@@ -39,21 +46,55 @@ void Solver::assert_formula(const Term* f) {
                                 f->get_type()->to_string());
   }
   leave_assumptions();
-  conjuncts.add(translate(f));
   assertions.add(f);
+  if (is_deferred) return;
+  try {
+    translate_new();
+  } catch (const std::invalid_argument&) {
+    assertions.retract(assertions.get_size() - 1, [](const Term*) {});
+    throw;
+  } catch (const Terminated&) {
+    is_deferred = true;
+  } catch (const std::bad_alloc&) {
+    is_deferred = true;
+  }
+  if (is_deferred) drop_back_end();
 }
 
-/// The translation of `f`, which belongs to the innermost level, as do the constraints beside it.
-const Term* Solver::translate(const Term* f) {
+/// Translates the assertions, level by level, that are not translated yet.
+void Solver::translate_new() {
   const Stopwatch watch(&statistics.translation_seconds);
-  if (back_end->rewriter) f = back_end->rewriter->rewrite(f);
+  const TestedTerms tested(mgr, options.termination_test);
+  BackEnd& end = get_back_end();
+  for (;;) {
+    const std::size_t level = end.conjuncts.get_level();
+    for (; end.translated < assertions.get_size(level); ++end.translated)
+      translate_assertion(end.translated);
+    if (level == assertions.get_level()) return;
+    end.translator.push();
+    end.conjuncts.push();
+  }
+}
+
+/// An assertion becomes a conjunct of its level, an assumption remains to be assumed.
+void Solver::translate_assertion(std::size_t index) {
+  BackEnd& end = *back_end;
+  const Term* f = assertions.get_items()[index];
+  if (end.rewriter) f = end.rewriter->rewrite(f);
   // If a part of f is refused, what was translated before it stays in use: so do its constraints.
-  return back_end->translator.translate(f, &conjuncts);
+  const Term* translated = end.translator.translate(f, &end.conjuncts);
+  const std::size_t first_assumed = assertions.get_size() - assumptions.size();
+  if (index >= first_assumed) {
+    assumptions[index - first_assumed].translated = translated;
+  } else {
+    end.conjuncts.add(translated);
+  }
 }
 
 /// What stands for `t`, a part of an assertion, where the encoder sees it.
 const Term* Solver::encoded_form(const Term* t) const {
-  const Term* rewritten = back_end->rewriter ? back_end->rewriter->find(t) : nullptr;
+  const BackEnd& end = get_back_end();
+  const Term* rewritten = end.rewriter ? end.rewriter->find(t) : nullptr;
   return rewritten == nullptr ? t : rewritten;
 }
 
@@ -65,29 +106,40 @@ std::vector<const Term*> Solver::get_encoded_assertions() const {
 }
 
 std::string Solver::describe_rewriting() const {
-  return back_end->rewriter ? back_end->rewriter->describe_counts() : "";
+  return back_end && back_end->rewriter ? back_end->rewriter->describe_counts() : "";
 }
 
 void Solver::push() {
   leave_assumptions();
-  back_end->translator.push();
   assertions.push();
-  conjuncts.push();
-  activations.push_back(0);
 }
 
 void Solver::pop() {
   leave_assumptions();
   if (assertions.get_level() == 0) throw std::logic_error("pop without a matching push");
-  back_end->translator.pop();
-  if (const int activation = activations.back(); activation != 0) {
-    back_end->circuits->sat->add_clause({-activation});
-    has_garbage = true;
-  }
+  pop_level();
+}
+
+void Solver::pop_level() {
+  const std::size_t level = assertions.get_level();
   assertions.pop();
-  conjuncts.pop();
-  written = std::min(written, conjuncts.get_size());
-  activations.pop_back();
+  if (!back_end || back_end->conjuncts.get_level() < level) return;
+  try {
+    back_end->translator.pop();
+    back_end->conjuncts.pop();
+    back_end->translated = std::min(back_end->translated, assertions.get_size());
+    if (!back_end->circuits) return;
+    BackEnd::Circuits& circuits = *back_end->circuits;
+    circuits.written = std::min(circuits.written, back_end->conjuncts.get_size());
+    if (level >= circuits.activations.size()) return;
+    const int activation = circuits.activations.back();
+    circuits.activations.pop_back();
+    if (activation == 0) return;
+    circuits.has_garbage = true;
+    circuits.sat->add_clause({-activation});
+  } catch (const std::bad_alloc&) {
+    drop_back_end();
+  }
 }
 
 /// The level of the last check's assumptions stays while its model may be asked for.
@@ -97,22 +149,18 @@ void Solver::leave_assumptions() {
   assumptions.clear();
   if (!in_assumptions) return;
   in_assumptions = false;
-  has_garbage = true;
-  pop();
+  if (back_end && back_end->circuits) back_end->circuits->has_garbage = true;
+  pop_level();
 }
 
 void Solver::reset_assertions() {
-  back_end = std::make_unique<BackEnd>(mgr, options);
+  drop_back_end();
   assertions.clear();
-  conjuncts.clear();
-  written = 0;
-  activations.assign(1, 0);
   assumptions.clear();
   in_assumptions = false;
   has_model = false;
   is_unsat = false;
-  has_garbage = false;
-  rebuild_limit = kLeastRebuildLimit;
+  is_deferred = false;
 }
 
 /// Translations are full of terms that nobody asked for: they are dropped with the rest and made
@@ -122,27 +170,11 @@ void Solver::collect_garbage(std::span<const Term* const> kept) {
   std::vector<const Term*> roots(kept.begin(), kept.end());
   const std::vector<const Term*>& given = assertions.get_items();
   roots.insert(roots.end(), given.begin(), given.end());
-  back_end.reset();
+  drop_back_end();
   model.clear();
   open_conversions.clear();
   clashes.clear();
   mgr.collect(roots);
-
-  back_end = std::make_unique<BackEnd>(mgr, options);
-  has_garbage = false;
-  rebuild_limit = kLeastRebuildLimit;
-  conjuncts.clear();
-  written = 0;
-  activations.assign(activations.size(), 0);
-  std::size_t next = 0;
-  for (std::size_t level = 0; level <= assertions.get_level(); ++level) {
-    if (level != 0) {
-      back_end->translator.push();
-      conjuncts.push();
-    }
-    for (; next < assertions.get_size(level); ++next)
-      conjuncts.add(translate(given[next]));
-  }
 }
 
 void Solver::set_seed(std::uint32_t seed) {
@@ -150,7 +182,7 @@ void Solver::set_seed(std::uint32_t seed) {
   if (value == options.seed) return;
   leave_assumptions();
   options.seed = value;
-  replace_circuits();
+  if (back_end) back_end->circuits.reset();
 }
 
 std::vector<std::size_t> Solver::get_unsat_assumptions() {
@@ -168,6 +200,9 @@ std::vector<std::size_t> Solver::get_unsat_assumptions() {
 
 Encoding Solver::encode(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
+  is_deferred = false;
+  translate_new();
+  const TestedTerms tested(mgr, options.termination_test);
   Encoding encoding;
   encoding.assertions = assertions.get_items();
   encoding.open_terms = semantics::find_open_terms(encoding.assertions);
@@ -177,8 +212,8 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
   for (const Term* t : encoding.open_terms)
     encoded_terms.push_back(encoded_form(t));
   for (const Term* t : encoded_terms)
-    back_end->translator.translate(t, &conjuncts);
-  encoding.conjuncts = conjuncts.get_items();
+    back_end->translator.translate(t, &back_end->conjuncts);
+  encoding.conjuncts = back_end->conjuncts.get_items();
   for (const Assumption& assumption : assumptions)
     encoding.conjuncts.push_back(assumption.translated);
   for (std::size_t i = 0; i < encoded_terms.size(); ++i) {
@@ -192,7 +227,7 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
 }
 
 const Term* Solver::get_encoding(const Term* constant) const {
-  if (const Term* encoding = back_end->encoder->get_cached(constant)) return encoding;
+  if (const Term* encoding = get_back_end().encoder->get_cached(constant)) return encoding;
   const DataType::Kind kind = constant->get_type()->get_kind();
   const bool is_plain = kind == DataType::Kind::boolean || kind == DataType::Kind::bit_vector;
   return is_plain ? constant : nullptr;
@@ -202,8 +237,8 @@ const Term* Solver::get_encoding(const Term* constant) const {
 void Solver::start_traces() {
   const std::vector<const Term*> open_terms = semantics::find_open_terms(get_encoded_assertions());
   for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
-    conjuncts.add(f);
-  replace_circuits(true);
+    back_end->conjuncts.add(f);
+  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, true);
 }
 
 void Solver::write_cnf() const {
@@ -219,6 +254,7 @@ void Solver::write_cnf() const {
 Statistics Solver::get_statistics() const {
   Statistics s = statistics;
   s.terms = mgr.get_term_count();
+  if (!back_end || !back_end->circuits) return s;
   s.aig_nodes = back_end->circuits->aig.get_and_count();
   s.variables = back_end->circuits->sat->get_variable_count();
   s.clauses = back_end->circuits->sat->get_clause_count();

@@ -4,6 +4,11 @@
 // asserted, turned into an and-inverter graph and clauses when they are decided. Every model is
 // checked by evaluating the original assertions on it before "sat" is answered.
 //
+// The assertions and their levels are what a solver is; all else can be made again from them. So
+// where time or memory is up, in the midst of whatever, what was under way is dropped, the answer
+// is unknown, and the next check goes on with what was asserted. A translation that came to such an
+// end is left to the next check.
+//
 // Clauses of a level hold as long as its activation literal is assumed. What popped levels leave
 // behind in the SAT solver is dropped, by starting a new one, when it outgrows what is alive.
 //
@@ -94,7 +99,8 @@ class VORN_EXPORT Solver : public Engine {
   explicit Solver(TermManager& manager, const Options& options = {});
   ~Solver() override;
 
-  /// Throws std::invalid_argument where `f` is not Boolean or the encoder does not support it.
+  /// Throws std::invalid_argument where `f` is not Boolean or the encoder does not support it. (If
+  /// the termination test or lack of memory kept that from being seen, the next check throws it.)
   void assert_formula(const Term* f) override;
   void push() override;
   /// Throws std::logic_error without a matching push.
@@ -130,7 +136,7 @@ class VORN_EXPORT Solver : public Engine {
  private:
   struct BackEnd;
   struct Assumption {
-    const Term* translated;
+    const Term* translated = nullptr;
     int literal = 0;  // in the SAT solver
   };
   /// When to look for a model before there are circuits.
@@ -148,9 +154,13 @@ class VORN_EXPORT Solver : public Engine {
 
   void leave_assumptions();
   void enter_assumptions(std::span<const Term* const> assumed);
+  void pop_level();
   void start_traces();
   void write_cnf() const;
-  const Term* translate(const Term* f);
+  BackEnd& get_back_end() const;
+  void drop_back_end();
+  void translate_new();
+  void translate_assertion(std::size_t index);
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
   Answer decide();
@@ -159,9 +169,9 @@ class VORN_EXPORT Solver : public Engine {
   bool has_local_search();
   bool try_assignments(std::uint64_t effort);
   Answer give_up(const char* reason);
+  void replace_garbage();
   void write_clauses();
   void write_conjunct(const Term* conjunct, std::size_t level);
-  void replace_circuits(bool traced = false);
   void read_model();
   void read_found_model();
   semantics::Evaluator evaluate_model();
@@ -174,12 +184,9 @@ class VORN_EXPORT Solver : public Engine {
 
   TermManager& mgr;
   Options options;
-  std::unique_ptr<BackEnd> back_end;
+  mutable std::unique_ptr<BackEnd> back_end;  // null: to be made when it is needed
+  bool is_deferred = false;       // new assertions are left to the next check to be translated
   Trail<const Term*> assertions;  // as given, assumptions among them
-  Trail<const Term*> conjuncts;   // translated, and the constraints that go with them
-  std::size_t written = 0;        // conjuncts that are clauses already
-  /// By level, the SAT variable that turns its clauses on; 0 for none yet.
-  std::vector<int> activations;
   std::vector<Assumption> assumptions;  // of the last check
   bool in_assumptions = false;          // the last level holds what belongs to them
   ShortSearch short_search;
@@ -190,11 +197,6 @@ class VORN_EXPORT Solver : public Engine {
   std::map<OpenKey, OpenConversion> open_conversions;
   /// Conversions of equal values for which the last model has different results.
   std::vector<std::pair<const Term*, const Term*>> clashes;
-  /// Below this number of clauses, dropping garbage is not worth the time.
-  static constexpr std::uint64_t kLeastRebuildLimit = 8'000;
-  /// Number of clauses from which on garbage is worth a new start.
-  std::uint64_t rebuild_limit = kLeastRebuildLimit;
-  bool has_garbage = false;  // a level whose clauses were written is gone
   std::string reason_unknown;
   Statistics statistics;
 };

@@ -24,6 +24,11 @@ namespace {
 constexpr std::size_t kChunkBytes = std::size_t{1} << 18;
 constexpr std::size_t kInitialTable = 1024;
 
+// A step is an operation, or another of these many bits of a wide one; thousands of them take about
+// a millisecond.
+constexpr std::size_t kStepBits = 64;
+constexpr std::size_t kStepsBetweenTests = 1U << 12U;
+
 std::size_t mix(std::size_t h, std::uint64_t word) {
   h = (h ^ word) * 0x9E3779B97F4A7C15U;
   return h ^ (h >> 32);
@@ -219,8 +224,17 @@ const Term* TermManager::intern_number(const QNumber& value, const DataType* typ
 
 // Terms ---------------------------------------------------------------------------------------
 
+/// What is wide takes longer, above all where it is folded.
+void TermManager::count_step(const DataType* type) {
+  steps += 1 + type->get_value_width() / kStepBits;
+  if (steps < kStepsBetweenTests) return;
+  steps = 0;
+  if (termtest != nullptr && termtest->terminate()) throw Terminated();
+}
+
 const Term* TermManager::build(const Operation& op, const DataType* type,
                                std::span<const Term* const> args, const Symbol::Indices& indices) {
+  count_step(type);
   std::array<const Term*, 2> ordered;
   if (rewriting) {
     if (op.is_commutative && args[0]->get_id() > args[1]->get_id()) {

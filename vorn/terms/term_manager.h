@@ -24,6 +24,7 @@
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn {
 
@@ -45,6 +46,12 @@ class VORN_EXPORT TermManager {
   ~TermManager();
   TermManager(const TermManager&) = delete;
   TermManager& operator=(const TermManager&) = delete;
+
+  /// Borrows `t`, asked now and then by whatever makes operations, which then throws Terminated:
+  /// reading, rewriting and translating can make any number of terms out of a few. The manager
+  /// stays as it was before that operation. Null for none.
+  void set_termination_test(const TerminationTest* t) { termtest = t; }
+  const TerminationTest* get_termination_test() const { return termtest; }
 
   // Sorts -------------------------------------------------------------------------------------
 
@@ -311,6 +318,7 @@ class VORN_EXPORT TermManager {
                                       std::span<const Term* const> args);
   const Term* build(const Operation& op, const DataType* type, std::span<const Term* const> args,
                     const Symbol::Indices& indices);
+  void count_step(const DataType* type);
   const Term* intern_term(const Symbol* symbol, std::span<const Term* const> args);
   Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
   void grow_term_table();
@@ -349,6 +357,9 @@ class VORN_EXPORT TermManager {
   std::vector<std::vector<Term*>> free_terms;  // dropped ones by arity, to be used again
   std::vector<Symbol*> free_symbols;
   std::uint64_t free_count = 0;
+
+  const TerminationTest* termtest = nullptr;
+  std::size_t steps = 0;  // for asking the test only now and then
 
   const Term* true_term = nullptr;
   const Term* false_term = nullptr;
