@@ -1,25 +1,28 @@
 // CaDiCaL behind the SatSolver interface. CaDiCaL aborts the process when it is used against its
 // contract, so the contract is checked here first.
 #include <cadical.hpp>
-#include <cerrno>
 #include <cstdlib>
-#include <fstream>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 #include "vorn/bv/sat_solver.h"
+#include "vorn/utils/output_file.h"
 
 namespace vorn::bv {
 namespace {
 
-/// Passes CaDiCaL's question on to a termination test.
+/// Passes CaDiCaL's question on to a termination test. A proof that cannot be written, of which
+/// CaDiCaL takes no notice, ends the search too.
 class TestTerminator final : public CaDiCaL::Terminator {
  public:
-  bool terminate() override { return test != nullptr && test->terminate(); }
+  bool terminate() override {
+    return (test != nullptr && test->terminate()) || (proof && proof->has_failed());
+  }
 
   const TerminationTest* test = nullptr;  // not owned
+  std::optional<OutputFile> proof;        // while it is written
 };
 
 class CadicalSolver final : public SatSolver {
@@ -68,11 +71,17 @@ class CadicalSolver final : public SatSolver {
     const int status = solver.solve();
     if (status == kSatisfiable) last_result = Result::sat;
     if (status == kUnsatisfiable) last_result = Result::unsat;
-    if (has_proof) solver.flush_proof_trace();
     return last_result;
   }
 
   void limit_conflicts(int count) override { solver.limit("conflicts", count); }
+
+  void close_proof() override {
+    if (!terminator.proof) return;
+    solver.close_proof_trace();
+    terminator.proof->commit();
+    terminator.proof.reset();
+  }
 
   bool value(int literal) const override {
     check_literal(literal);
@@ -103,14 +112,11 @@ class CadicalSolver final : public SatSolver {
   static constexpr int kUnsatisfiable = 20;
 
   void trace_proof(const std::string& file) {
-    // CaDiCaL would say so on standard error itself.
-    if (!std::ofstream(file)) {
-      throw std::runtime_error("cannot write the proof to " + file + ": " +
-                               std::generic_category().message(errno));
-    }
+    terminator.proof.emplace(file, "the proof");
     solver.set("binary", 0);
-    has_proof = solver.trace_proof(file.c_str());
-    if (!has_proof) throw std::runtime_error("cannot write the proof to " + file);
+    if (!solver.trace_proof(terminator.proof->get_file(), file.c_str())) {
+      throw std::runtime_error("cannot write the proof to " + file);
+    }
   }
 
   void check_literal(int literal) const {
@@ -122,7 +128,6 @@ class CadicalSolver final : public SatSolver {
 
   TestTerminator terminator;
   mutable CaDiCaL::Solver solver;  // reading a model is not const there
-  bool has_proof = false;
   int variable_count = 0;
   std::uint64_t clause_count = 0;
   Result last_result = Result::unknown;

@@ -42,6 +42,12 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
   enter_assumptions(assumed);
   ++statistics.checks;
   if (options.is_traced()) start_traces();
+  const Answer answer = decide_within_limits();
+  if (options.is_traced()) back_end->circuits->sat->close_proof();
+  return answer;
+}
+
+Answer Solver::decide_within_limits() {
   try {
     return decide();
   } catch (const Terminated&) {
