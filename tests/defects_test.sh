@@ -43,10 +43,12 @@ for fault in internal_error logic_error out_of_range domain_error; do
 done
 
 for fault in invalid_argument length_error runtime_error; do
-  run solve 1 '^$' "^$dir/sum\.smt2:2:9: error: .*planted" $fault "$dir/sum.smt2"
+  run solve 1 "^\(error \"$dir/sum\.smt2:2:9: error: .*planted.*\"\)$" '^$' $fault "$dir/sum.smt2"
   check "solve, interactive: $fault" 1 '^\(error "<stdin>:2:9: error: .*planted.*"\)'$'\n''sat$' '^$' \
     env FAULT=$fault bash -c "'$vorn' - <'$dir/sum.smt2'"
-  check "eval: $fault" 0 '^error: .*planted$' '^$' env FAULT=$fault bash -c "'$vorn' eval <'$dir/line'"
+  status=0
+  [[ $fault != length_error ]] || status=3
+  check "eval: $fault" $status '^error: .*planted$' '^$' env FAULT=$fault bash -c "'$vorn' eval <'$dir/line'"
   run 'encode' 1 '^$' "^$dir/sum\.smt2:2:9: error: .*planted" $fault encode --to smt2 "$dir/sum.smt2"
 done
 run 'encode an operation' 1 '^$' '^add .*: error: .*planted$' invalid_argument encode --to dot --op "$sum"
@@ -54,5 +56,13 @@ run 'encode an operation' 3 '^$' '^add .*: error: planted$' length_error encode 
 run 'solve' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc "$dir/sum.smt2"
 run 'encode' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc encode --to smt2 "$dir/sum.smt2"
 run 'explain' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc explain "$dir/sum.smt2"
+run 'explain' 3 '^$' 'sum\.smt2: error: ' length_error explain "$dir/sum.smt2"
+# shellcheck disable=SC2086
+run 'explain an operation' 3 '^$' '^error: out of memory$' bad_alloc explain $sum
+for fault in bad_alloc length_error; do
+  run 'lift' 3 '^$' 'sum\.(cnf|smt2).*: error: ' $fault lift --check "$dir/sum.smt2" "$dir/sum.cnf" "$dir/answer"
+done
+check 'eval: bad_alloc' 3 '^error: out of memory'$'\n''error: an empty line$' '^$' \
+  env FAULT=bad_alloc bash -c "{ cat '$dir/line'; echo; } | '$vorn' eval"
 
 summary

@@ -18,11 +18,11 @@ check million_negations 0 '^sat$' '^$' "$vorn" "$dir/deep.smt2"
 { echo '(declare-const x (_ BitVec 1))(assert (= x '; repeat $million '(let ((x (bvnot x))) '; echo x; repeat $million ')'; echo '))(check-sat)'; } >"$dir/let.smt2"
 check million_lets 0 '^sat$' '^$' "$vorn" "$dir/let.smt2"
 repeat $million '((' >"$dir/open.smt2"
-check million_open_parentheses 1 '^$' 'open.smt2:1:2: error: ' "$vorn" "$dir/open.smt2"
+check million_open_parentheses 1 '^\(error ".*open.smt2:1:2: error: ' '^$' "$vorn" "$dir/open.smt2"
 repeat $million '(assert (' >"$dir/openterms.smt2"
-check million_open_terms 1 '^$' 'openterms.smt2:1:11: error: ' "$vorn" "$dir/openterms.smt2"
+check million_open_terms 1 '^\(error ".*openterms.smt2:1:11: error: ' '^$' "$vorn" "$dir/openterms.smt2"
 repeat $million ')' >"$dir/close.smt2"
-check million_closing_parentheses 1 '^$' 'close.smt2:1:1: error: ' "$vorn" "$dir/close.smt2"
+check million_closing_parentheses 1 '^\(error ".*close.smt2:1:1: error: ' '^$' "$vorn" "$dir/close.smt2"
 check million_errors_on_standard_input 1 '' '^$' bash -c "head -c 20000 '$dir/close.smt2' | '$vorn' -"
 
 symbol=$(repeat 1048576 a)
@@ -34,23 +34,23 @@ check million_digits 0 '^sat.*\+oo 11 53' '^$' "$vorn" "$dir/decimal.smt2"
 check megabyte_string 0 '^"' '^$' "$vorn" "$dir/string.smt2"
 
 script push.smt2 '(push 1000000000)\n'
-check billion_levels 1 '^$' 'push.smt2:1:2: error: push 1000000000: no more than 1048576 levels' "$vorn" "$dir/push.smt2"
+check billion_levels 1 '^\(error ".*push.smt2:1:2: error: push 1000000000: no more than 1048576 levels' '^$' "$vorn" "$dir/push.smt2"
 script levels.smt2 '(push 1048576)(declare-const x Bool)(assert x)(check-sat)(pop 1048576)(check-sat)\n'
 check million_levels 0 $'^sat\nsat$' '^$' "$vorn" "$dir/levels.smt2"
 script pushes.smt2 '(push 1048576)(push)\n'
-check one_level_too_many 1 '^$' 'pushes.smt2:1:16: error: push 1: no more' "$vorn" "$dir/pushes.smt2"
+check one_level_too_many 1 '^\(error ".*pushes.smt2:1:16: error: push 1: no more' '^$' "$vorn" "$dir/pushes.smt2"
 script numeral.smt2 '(push 99999999999999999999999999)\n'
-check numeral_too_large 1 '^$' 'numeral.smt2:1:7: error: .*too large' "$vorn" "$dir/numeral.smt2"
+check numeral_too_large 1 '^\(error ".*numeral.smt2:1:7: error: .*too large' '^$' "$vorn" "$dir/numeral.smt2"
 
 script wide.smt2 '(declare-const x (_ BitVec 1048576))(declare-const y (_ BitVec 1048576))
 (assert (= x (bvnot y)))(assert (= ((_ extract 7 0) y) #x5a))(check-sat)(get-value (((_ extract 7 0) x)))\n'
 check width_two_to_the_twenty 0 $'^sat\n.*#xa5' '^$' "$vorn" "$dir/wide.smt2"
 script wider.smt2 '(declare-const x (_ BitVec 1048577))\n'
-check width_beyond 1 '^$' 'wider.smt2:1:[0-9]+: error: .*1048577' "$vorn" "$dir/wider.smt2"
+check width_beyond 1 '^\(error ".*wider.smt2:1:[0-9]+: error: .*1048577' '^$' "$vorn" "$dir/wider.smt2"
 script widefloat.smt2 '(declare-const x (_ FloatingPoint 500000 500000))(assert (fp.isInfinite (fp.neg x)))(check-sat)\n'
 check float_of_a_million_bits 0 '^sat$' '^$' "$vorn" "$dir/widefloat.smt2"
 script concat.smt2 '(declare-const x (_ BitVec 1048576))(assert (= (concat x x) (concat x x)))\n'
-check concatenation_too_wide 1 '^$' 'concat.smt2:1:[0-9]+: error: .*2097152' "$vorn" "$dir/concat.smt2"
+check concatenation_too_wide 1 '^\(error ".*concat.smt2:1:[0-9]+: error: .*2097152' '^$' "$vorn" "$dir/concat.smt2"
 script integer.smt2 '(declare-const x Float64)(declare-const r RoundingMode)
 (assert (= ((_ fp.to_ubv 100000) r x) (_ bv5 100000)))(check-sat)\n'
 check integer_of_many_bits 0 '^sat$' '^$' "$vorn" "$dir/integer.smt2"

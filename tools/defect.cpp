@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <system_error>
 
 #include "tools/solve.h"
 #include "vorn/terms/engine.h"
@@ -17,7 +18,11 @@ std::string describe_defect(const std::exception& error) {
 }
 
 int report_defect(const std::exception& error, const std::string& evidence) {
-  std::cout.flush();
+  try {
+    std::cout.flush();
+  } catch (const std::system_error&) {
+    // That answers are lost is the smaller of two failures.
+  }
   std::cerr << describe_defect(error) << "\nThis is a defect of vorn. Please report it, "
             << evidence << '\n';
   return kInternalError;

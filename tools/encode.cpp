@@ -4,19 +4,16 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <fstream>
+#include <exception>
 #include <iostream>
-#include <new>
 #include <span>
 #include <sstream>
 #include <stdexcept>
-#include <system_error>
 #include <unordered_map>
 #include <vector>
 
-#include "tools/defect.h"
 #include "tools/dot.h"
+#include "tools/failure.h"
 #include "tools/operation.h"
 #include "tools/script.h"
 #include "tools/solve.h"
@@ -26,9 +23,9 @@
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/solver/encoding.h"
-#include "vorn/terms/engine.h"
 #include "vorn/terms/printer.h"
 #include "vorn/terms/script_printer.h"
+#include "vorn/utils/output_file.h"
 
 namespace vorn::tools {
 namespace {
@@ -201,16 +198,11 @@ void write_output(const EncodeOptions& options, const Writer& writer) {
   if (options.output.empty()) {
     writer(std::cout);
     std::cout.flush();
-    if (!std::cout) throw std::runtime_error("<stdout>: error: cannot write");
     return;
   }
-  std::ofstream out(options.output, std::ios::binary);
-  if (out) writer(out);
-  out.close();
-  if (!out) {
-    throw std::runtime_error(fmt::format("{}: error: cannot write the file: {}", options.output,
-                                         std::generic_category().message(errno)));
-  }
+  OutputFile file(options.output, "the formula");
+  writer(file.get_stream());
+  file.commit();
 }
 
 void encode_operation(const EncodeOptions& options) {
@@ -241,19 +233,11 @@ void encode_script(const EncodeOptions& options) {
 
 int encode(const EncodeOptions& options) {
   const bool is_script = options.operation.empty();
-  const std::string name = is_script ? display_name(options.file) : options.operation;
   try {
     is_script ? encode_script(options) : encode_operation(options);
-  } catch (const std::length_error& error) {
-    std::cerr << fmt::format("{}: error: {}\n", name, error.what());
-    return kLimitReached;
-  } catch (const std::bad_alloc&) {
-    std::cerr << fmt::format("{}: error: out of memory\n", name);
-    return kLimitReached;
-  } catch (const std::exception& error) {
-    if (is_internal(error)) return report_defect(error, "with what was encoded.");
-    std::cerr << error.what() << '\n';
-    return kInputError;
+  } catch (const std::exception&) {
+    return report_failure(is_script ? display_name(options.file) : options.operation,
+                          "with what was encoded.");
   }
   return kDone;
 }

@@ -5,7 +5,9 @@
 
 #include <fmt/format.h>
 
+#include <exception>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -65,34 +67,51 @@ class Session {
   std::vector<const Term*> constraints;
 };
 
+std::vector<std::string> split_line(const std::string& line) {
+  std::vector<std::string> words;
+  std::istringstream split(line);
+  for (std::string word; split >> word;)
+    words.push_back(word);
+  if (words.empty()) throw std::invalid_argument("an empty line");
+  return words;
+}
+
+bool is_out_of_memory(const std::exception& error) {
+  return dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+}
+
+bool is_limit(const std::exception& error) {
+  return is_out_of_memory(error) || dynamic_cast<const std::length_error*>(&error) != nullptr;
+}
+
+std::string describe_refusal(const std::exception& error) {
+  return is_out_of_memory(error) ? "out of memory" : error.what();
+}
+
 }  // namespace
 
 int evaluate_lines(std::istream& in, std::ostream& out, solver::EncoderKind encoder) {
   auto session = std::make_unique<Session>(encoder);
+  int status = kDone;
   std::string line;
-  std::vector<std::string> words;
   while (std::getline(in, line)) {
-    words.clear();
-    std::istringstream split(line);
-    for (std::string word; split >> word;)
-      words.push_back(word);
     if (session->is_full()) session = std::make_unique<Session>(encoder);
+    std::string answer;
     try {
-      if (words.empty()) throw std::invalid_argument("an empty line");
-      out << session->answer(words) << '\n';
+      answer = session->answer(split_line(line));
     } catch (const std::exception& error) {
-      if (is_internal(error)) {
-        out.flush();
-        return report_defect(error, "with the line: " + line);
-      }
-      out << "error: " << error.what() << '\n';
+      if (is_internal(error)) return report_defect(error, "with the line: " + line);
+      session.reset();  // what it holds may be all the memory there is
       session = std::make_unique<Session>(encoder);
+      answer = fmt::format("error: {}", describe_refusal(error));
+      if (is_limit(error)) status = kLimitReached;
     }
+    out << answer << '\n';
     // A generator that waits for the answer must get it; one that writes ahead is not slowed down.
     if (in.rdbuf()->in_avail() <= 0) out.flush();
   }
   out.flush();
-  return kDone;
+  return status;
 }
 
 }  // namespace vorn::tools

@@ -10,7 +10,8 @@
 namespace vorn::tools {
 
 /// Answers each line of `in` with one line on `out`: the result by the circuits of that encoder, or
-/// "error: " and the reason. A defect of the program ends that. Returns the exit status.
+/// "error: " and the reason. A defect of the program ends that. Returns the exit status, which is
+/// that of a limit where a line found no room.
 int evaluate_lines(std::istream& in, std::ostream& out, solver::EncoderKind encoder);
 
 }  // namespace vorn::tools

@@ -5,16 +5,16 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <iostream>
-#include <new>
 #include <span>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
 
-#include "tools/defect.h"
 #include "tools/explain_table.h"
+#include "tools/failure.h"
 #include "tools/operation.h"
 #include "tools/reading.h"
 #include "tools/script.h"
@@ -95,7 +95,6 @@ void print(const ExplainOptions& options, std::string_view answer,
     }
   }
   std::cout.flush();
-  if (!std::cout) throw std::runtime_error("<stdout>: error: cannot write");
 }
 
 void explain_operation(const ExplainOptions& options, const std::vector<std::string>& words) {
@@ -197,20 +196,11 @@ int explain_words(const ExplainOptions& options) {
 }  // namespace
 
 int explain(const ExplainOptions& options) {
-  const std::string name = options.words.size() == 1 ? display_name(options.words.front()) : "";
-  const std::string place = name.empty() ? "" : name + ": ";
   try {
     return explain_words(options);
-  } catch (const std::length_error& error) {
-    std::cerr << fmt::format("{}error: {}\n", place, error.what());
-    return kLimitReached;
-  } catch (const std::bad_alloc&) {
-    std::cerr << fmt::format("{}error: out of memory\n", place);
-    return kLimitReached;
-  } catch (const std::exception& error) {
-    if (is_internal(error)) return report_defect(error, "with what was explained.");
-    std::cerr << error.what() << '\n';
-    return kInputError;
+  } catch (const std::exception&) {
+    return report_failure(options.words.size() == 1 ? display_name(options.words.front()) : "",
+                          "with what was explained.");
   }
 }
 

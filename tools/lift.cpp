@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <cstdint>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -15,14 +16,13 @@
 #include <utility>
 #include <vector>
 
-#include "tools/defect.h"
+#include "tools/failure.h"
 #include "tools/script.h"
 #include "tools/solve.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/semantics/open_terms.h"
 #include "vorn/solver/encoding.h"
-#include "vorn/terms/engine.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::tools {
@@ -160,12 +160,10 @@ void print_answer(const LiftOptions& options) {
 int lift(const LiftOptions& options) {
   try {
     print_answer(options);
-  } catch (const std::exception& error) {
-    if (is_internal(error)) return report_defect(error, "with the files that it was given.");
-    std::cerr << error.what() << '\n';
-    return kInputError;
+    std::cout.flush();
+  } catch (const std::exception&) {
+    return report_failure(options.map, "with the files that it was given.");
   }
-  std::cout.flush();
   return kDone;
 }
 

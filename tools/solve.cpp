@@ -6,21 +6,23 @@
 
 #include <chrono>
 #include <csignal>
+#include <exception>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "tools/defect.h"
+#include "tools/failure.h"
 #include "tools/script.h"
-#include "vorn/smt2/error.h"
 #include "vorn/smt2/interpreter.h"
 #include "vorn/solver/solver.h"
 #include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
+#include "vorn/utils/output_file.h"
 
 namespace vorn::tools {
 namespace {
@@ -37,6 +39,7 @@ extern "C" void handle_interrupt(int signal) {
     interrupted = 1;
     return;
   }
+  remove_unfinished_files();
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -102,30 +105,30 @@ void print_statistics(const std::string& file, const solver::Statistics& s) {
 
 /// Writes what the session was asked to a file of its own and says so. Returns the exit status.
 int report_session(const smt2::Interpreter& interpreter, const std::exception& error) {
-  const std::filesystem::path file =
-      std::filesystem::temp_directory_path() / fmt::format("vorn-report-{}.smt2", ::getpid());
-  std::ofstream stream(file);
-  stream << "; " << describe_defect(error) << '\n' << interpreter.get_state_script();
-  stream.close();
-  return report_defect(
-      error, "with the script that shows it: " +
-                 (stream ? file.string() : "(it could not be written to " + file.string() + ")"));
+  const std::string name =
+      (std::filesystem::temp_directory_path() / fmt::format("vorn-report-{}.smt2", ::getpid()))
+          .string();
+  std::string where = name;
+  try {
+    OutputFile file(name, "the report");
+    file.get_stream() << "; " << describe_defect(error) << '\n' << interpreter.get_state_script();
+    file.commit();
+  } catch (const std::system_error& failure) {
+    where = fmt::format("({})", failure.what());
+  }
+  return report_defect(error, "with the script that shows it: " + where);
 }
 
 /// Scripts are read as a whole, standard input as it comes.
 int run(smt2::Interpreter& interpreter, const std::string& file, std::string text) {
   try {
-    if (file == "-") return interpreter.run_interactive(std::cin, "<stdin>") ? kDone : kInputError;
-    interpreter.run(std::move(text), file);
-  } catch (const smt2::ScriptError& error) {
-    std::cout.flush();
-    std::cerr << error.what() << '\n';
-    return kInputError;
+    const bool clean = file == "-" ? interpreter.run_interactive(std::cin, display_name(file))
+                                   : interpreter.run_script(std::move(text), file);
+    return clean ? kDone : kInputError;
   } catch (const std::logic_error& error) {
     if (!is_internal(error)) throw;
     return report_session(interpreter, error);
   }
-  return kDone;
 }
 
 int solve_one(const std::string& file, const SolveOptions& options) {
@@ -151,6 +154,7 @@ int solve_one(const std::string& file, const SolveOptions& options) {
   solver_options.proof_file = options.proof_file;
   LimitedSolver engine(manager, solver_options, limit);
   smt2::InterpreterOptions session;
+  session.diagnostics = &std::cerr;
   smt2::Interpreter interpreter(manager, engine, std::cout, session);
 
   int status = run(interpreter, file, std::move(text));
@@ -170,19 +174,11 @@ int solve(const SolveOptions& options) {
     int result = kDone;
     try {
       result = solve_one(file, options);
-    } catch (const std::bad_alloc&) {
-      std::cerr << file << ": error: out of memory\n";
-      result = kLimitReached;
-    } catch (const std::exception& error) {
-      if (is_internal(error)) {
-        result = report_defect(error, "with " + file + ".");
-      } else {
-        std::cerr << error.what() << '\n';
-        result = kInputError;
-      }
+    } catch (const std::exception&) {
+      result = report_failure(display_name(file), "with " + file + ".");
     }
-    std::cout.flush();
-    if (status == kDone) status = result;
+    status = choose_status(status, result);
+    if (!std::cout) break;  // nobody would get the answers
   }
   return status;
 }

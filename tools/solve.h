@@ -32,9 +32,10 @@ struct SolveOptions {
   bool verbose = false;
 };
 
-/// Runs the scripts one after the other, each in a session of its own. Answers go to standard
-/// output, errors, statistics and progress to standard error. Returns the exit status: that of the
-/// first script that failed.
+/// Runs the scripts one after the other, each in a session of its own. Answers and errors of
+/// scripts go to standard output; warnings, statistics, progress and other errors to standard
+/// error. Returns the gravest exit status, see choose_status. Ends early where standard output
+/// cannot be written.
 int solve(const SolveOptions& options);
 
 }  // namespace vorn::tools

@@ -1,17 +1,22 @@
 // The command `vorn`: options and subcommands.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "tools/defect.h"
 #include "tools/encode.h"
 #include "tools/eval.h"
 #include "tools/explain.h"
+#include "tools/failure.h"
 #include "tools/lift.h"
+#include "tools/output.h"
+#include "tools/script.h"
 #include "tools/solve.h"
-#include "vorn/terms/engine.h"
+#include "vorn/utils/output_file.h"
 #include "vorn/version.h"
 
 namespace {
@@ -106,15 +111,31 @@ void add_lift_options(CLI::App& app, vorn::tools::LiftOptions& options) {
       ->type_name("FILE");
 }
 
+/// Without a file, scripts are read from standard input, unless somebody sits there who would not
+/// know that, or there is nothing.
+std::vector<std::string> find_default_files() {
+  if (::isatty(STDIN_FILENO) != 0) return {};
+  if (std::cin.peek() == std::istream::traits_type::eof()) return {};
+  return {"-"};
+}
+
 /// The usage errors that concern several options; empty if there is none.
 std::string find_usage_error(const vorn::tools::SolveOptions& options) {
   if (options.files.empty()) return "no file given";
   const bool traced = !options.cnf_file.empty() || !options.proof_file.empty();
-  if (traced && (options.files.size() != 1 || options.files.front() == "-")) {
+  if (!traced) return "";
+  const std::string& input = options.files.front();
+  if (options.files.size() != 1 || input == "-") {
     return "--cnf and --proof take one file, not standard input";
   }
-  if (traced && options.cnf_file == options.proof_file) {
+  if (vorn::is_same_file(options.cnf_file, options.proof_file)) {
     return "--cnf and --proof name the same file";
+  }
+  for (const auto& [option, output] :
+       {std::pair{"--cnf", options.cnf_file}, std::pair{"--proof", options.proof_file}}) {
+    if (vorn::tools::overwrites_input(output, input)) {
+      return std::string(option) + " would overwrite the script " + input;
+    }
   }
   return "";
 }
@@ -124,6 +145,9 @@ std::string find_usage_error(const vorn::tools::EncodeOptions& options) {
   if (!is_operation && options.file.empty()) return "FILE is required";
   if (is_operation && options.target != vorn::tools::EncodeOptions::Target::dot) {
     return "--op goes with --to dot";
+  }
+  if (!is_operation && vorn::tools::overwrites_input(options.output, options.file)) {
+    return "--out would overwrite the script " + vorn::tools::display_name(options.file);
   }
   return "";
 }
@@ -169,7 +193,6 @@ int run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? vorn::tools::kDone : vorn::tools::kUsageError;
   }
-  std::ios::sync_with_stdio(false);
   if (eval->parsed()) return vorn::tools::evaluate_lines(std::cin, std::cout, eval_encoder);
   if (encode->parsed()) {
     if (const std::string error = find_usage_error(encode_options); !error.empty()) {
@@ -179,22 +202,30 @@ int run(int argc, char** argv) {
   }
   if (explain->parsed()) return vorn::tools::explain(explain_options);
   if (lift->parsed()) return vorn::tools::lift(lift_options);
+  if (options.files.empty()) options.files = find_default_files();
   if (const std::string error = find_usage_error(options); !error.empty()) {
     return report_usage_error(error);
   }
   return vorn::tools::solve(options);
 }
 
+/// Runs the command and writes out all that it printed.
+int run_checked(int argc, char** argv) {
+  const vorn::tools::StandardOutput output;
+  const int status = run(argc, argv);
+  // Where a write has failed, that is in the status.
+  if (std::cout) std::cout.flush();
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  vorn::tools::prepare_process();
+  std::ios::sync_with_stdio(false);
   try {
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    if (vorn::is_internal(error)) {
-      return vorn::tools::report_defect(error, "with the command line.");
-    }
-    std::fprintf(stderr, "vorn: error: %s\n", error.what());
-    return vorn::tools::kInputError;
+    return run_checked(argc, argv);
+  } catch (const std::exception&) {
+    return vorn::tools::report_failure("vorn", "with the command line.");
   }
 }

@@ -296,12 +296,19 @@ TEST(Interpreter, AnErrorKeepsWhatWasPrinted) {
   EXPECT_EQ(s.out.str(), "sat\nsat\n");
 }
 
+TEST(Interpreter, SaysWhatIsUnsupported) {
+  Session s;
+  EXPECT_EQ(s.run("(set-option :print-success true)(get-proof)(check-sat)(get-unsat-core)"),
+            "success\nunsupported\nsat\nunsupported\n");
+  EXPECT_EQ(s.error("(get-proof 1)"), "1:12: expected ')' to close the command, got '1'");
+}
+
 TEST(Interpreter, RefusesWrongCommands) {
   Session s;
   EXPECT_EQ(s.error("\n (foo 1)"), "2:3: unknown command 'foo'");
   for (const std::string name :
        {"declare-sort", "declare-datatype", "declare-datatypes", "define-fun-rec",
-        "define-funs-rec", "get-proof", "get-unsat-core"}) {
+        "define-funs-rec"}) {
     EXPECT_EQ(s.error("(" + name + " x)"), "1:2: " + name + " is not supported");
   }
   EXPECT_EQ(s.error("(declare-fun f (Bool) Bool)"),

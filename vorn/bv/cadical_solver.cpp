@@ -4,27 +4,30 @@
 // It does not expect that memory ends: what its functions leave behind then, its destructor trips
 // over. Such an instance is left alone for the rest of the process, with all its memory.
 #include <cadical.hpp>
-#include <cerrno>
 #include <cstdlib>
-#include <fstream>
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
 #include "vorn/bv/sat_solver.h"
+#include "vorn/utils/output_file.h"
 
 namespace vorn::bv {
 namespace {
 
-/// Passes CaDiCaL's question on to a termination test.
+/// Passes CaDiCaL's question on to a termination test. A proof that cannot be written, of which
+/// CaDiCaL takes no notice, ends the search too.
 class TestTerminator final : public CaDiCaL::Terminator {
  public:
-  bool terminate() override { return test != nullptr && test->terminate(); }
+  bool terminate() override {
+    return (test != nullptr && test->terminate()) || (proof && proof->has_failed());
+  }
 
   const TerminationTest* test = nullptr;  // not owned
+  std::optional<OutputFile> proof;        // while it is written
 };
 
 class CadicalSolver final : public SatSolver {
@@ -79,13 +82,19 @@ class CadicalSolver final : public SatSolver {
       const int status = s.solve();
       if (status == kSatisfiable) last_result = Result::sat;
       if (status == kUnsatisfiable) last_result = Result::unsat;
-      if (has_proof) s.flush_proof_trace();
     });
     return last_result;
   }
 
   void limit_conflicts(int count) override {
     ask([&](CaDiCaL::Solver& s) { s.limit("conflicts", count); });
+  }
+
+  void close_proof() override {
+    if (!terminator.proof) return;
+    ask([](CaDiCaL::Solver& s) { s.close_proof_trace(); });
+    terminator.proof->commit();
+    terminator.proof.reset();
   }
 
   bool value(int literal) const override {
@@ -130,14 +139,11 @@ class CadicalSolver final : public SatSolver {
   }
 
   void trace_proof(const std::string& file) {
-    // CaDiCaL would say so on standard error itself.
-    if (!std::ofstream(file)) {
-      throw std::runtime_error("cannot write the proof to " + file + ": " +
-                               std::generic_category().message(errno));
-    }
+    terminator.proof.emplace(file, "the proof");
     solver->set("binary", 0);
-    has_proof = solver->trace_proof(file.c_str());
-    if (!has_proof) throw std::runtime_error("cannot write the proof to " + file);
+    if (!solver->trace_proof(terminator.proof->get_file(), file.c_str())) {
+      throw std::runtime_error("cannot write the proof to " + file);
+    }
   }
 
   void check_literal(int literal) const {
@@ -149,7 +155,6 @@ class CadicalSolver final : public SatSolver {
 
   TestTerminator terminator;
   std::unique_ptr<CaDiCaL::Solver> solver;  // null once memory has ended
-  bool has_proof = false;
   int variable_count = 0;
   std::uint64_t clause_count = 0;
   Result last_result = Result::unknown;

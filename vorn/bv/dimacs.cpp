@@ -91,6 +91,10 @@ void ClauseRecorder::limit_conflicts(int count) {
   get_solver().limit_conflicts(count);
 }
 
+void ClauseRecorder::close_proof() {
+  if (solver != nullptr) solver->close_proof();
+}
+
 bool ClauseRecorder::value(int literal) const {
   return get_solver().value(literal);
 }

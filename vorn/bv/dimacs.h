@@ -37,6 +37,7 @@ class VORN_EXPORT ClauseRecorder final : public SatSolver {
   void assume(int literal) override;
   Result solve() override;
   void limit_conflicts(int count) override;
+  void close_proof() override;
   bool value(int literal) const override;
   bool failed(int literal) const override;
   void set_termination_test(const TerminationTest* test) override;

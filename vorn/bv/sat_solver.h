@@ -44,6 +44,10 @@ class VORN_EXPORT SatSolver {
   /// Makes the next call of solve give up with unknown after this number of conflicts.
   virtual void limit_conflicts(int count) = 0;
 
+  /// Ends the proof, if one is written: its file is complete then, and later steps are none of it.
+  /// Throws std::system_error where it could not be written.
+  virtual void close_proof() {}
+
   /// Whether the literal holds in the model. Throws std::logic_error unless the last thing that
   /// happened to the solver was a solve that answered sat.
   virtual bool value(int literal) const = 0;
@@ -63,7 +67,8 @@ class VORN_EXPORT SatSolver {
 
 /// CaDiCaL behind the interface. The seed, from 0 on, leads its search, never its answers.
 /// With a file for it, a proof in DRAT is written there as text: after unsat without assumptions it
-/// refutes the clauses. Throws std::runtime_error where the file cannot be written.
+/// refutes the clauses. The file has its name from close_proof on. Where it cannot be written,
+/// std::system_error is thrown, and solve gives up with unknown once writing has failed.
 VORN_EXPORT std::unique_ptr<SatSolver> make_cadical_solver(int seed = 0,
                                                            const std::string& proof_file = {});
 

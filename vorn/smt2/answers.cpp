@@ -1,13 +1,19 @@
 // Commands that ask the engine and print what it found.
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "vorn/smt2/interpreter.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::smt2 {
 namespace {
 
-const char* answer_text(Answer answer) {
+constexpr std::string_view kNoModel = "there is no model, the last answer is not sat";
+
+}  // namespace
+
+std::string_view Interpreter::answer_text(Answer answer) {
   switch (answer) {
     case Answer::sat:
       return "sat";
@@ -19,16 +25,29 @@ const char* answer_text(Answer answer) {
   return "unknown";
 }
 
-}  // namespace
-
 void Interpreter::decide(Parser& parser, const Token& command) {
   last_answer.reset();
   ++checks;
   std::vector<const Term*> assumed;
   for (const Assertion& assumption : assumptions)
     assumed.push_back(assumption.term);
+  const std::optional<Answer> expected = std::exchange(stated_answer, std::nullopt);
   last_answer = ask_engine(parser, command.position, [&] { return engine.check_sat(assumed); });
   respond(answer_text(*last_answer));
+  if (expected) compare_status(parser, command, *expected);
+}
+
+/// One of the two is wrong where one is sat and the other unsat.
+void Interpreter::compare_status(Parser& parser, const Token& command, Answer expected) {
+  const bool is_open = expected == Answer::unknown || last_answer == Answer::unknown;
+  if (is_open || expected == last_answer) return;
+  clean = false;
+  if (options.diagnostics == nullptr) return;
+  out.flush();
+  *options.diagnostics << fmt::format("{}:{}:{}: warning: the script says {}, the answer is {}\n",
+                                      parser.get_tokens().get_file(), command.position.line,
+                                      command.position.column, answer_text(expected),
+                                      answer_text(*last_answer));
 }
 
 void Interpreter::check_sat(Parser& parser, const Token& command) {
@@ -51,17 +70,18 @@ void Interpreter::check_sat_assuming(Parser& parser, const Token& command) {
   decide(parser, command);
 }
 
-void Interpreter::require_model(Parser& parser, const Token& command) const {
-  if (last_answer != Answer::sat) {
-    parser.fail(command.position,
-                fmt::format("{}: there is no model, the last answer is not sat", command.text));
-  }
+/// Fails unless the last answer is the one that `command` needs.
+void Interpreter::require_answer(const Parser& parser, const Token& command, Answer answer,
+                                 std::string_view complaint) const {
+  if (last_answer == answer) return;
+  parser.fail_state(command.position, fmt::format("{}: {}", command.text, complaint),
+                    last_answer == Answer::unknown);
 }
 
 void Interpreter::get_model(Parser& parser, const Token& command) {
   parser.close_command();
   check_flag(parser, command, ":produce-models");
-  require_model(parser, command);
+  require_answer(parser, command, Answer::sat, kNoModel);
   std::string model = "(\n";
   for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
     const Term* value =
@@ -82,7 +102,7 @@ void Interpreter::get_value(Parser& parser, const Token& command) {
   tokens.next();
   parser.close_command();
   check_flag(parser, command, ":produce-models");
-  require_model(parser, command);
+  require_answer(parser, command, Answer::sat, kNoModel);
 
   std::string values;
   for (const ParsedTerm& t : terms) {
@@ -108,7 +128,7 @@ void Interpreter::get_assertions(Parser& parser, const Token& command) {
 void Interpreter::get_assignment(Parser& parser, const Token& command) {
   parser.close_command();
   check_flag(parser, command, ":produce-assignments");
-  require_model(parser, command);
+  require_answer(parser, command, Answer::sat, kNoModel);
   std::string text = "(";
   for (const SymbolTable::Declaration& label : symbols.get_labels()) {
     const Term* value =
@@ -122,9 +142,7 @@ void Interpreter::get_assignment(Parser& parser, const Token& command) {
 void Interpreter::get_unsat_assumptions(Parser& parser, const Token& command) {
   parser.close_command();
   check_flag(parser, command, ":produce-unsat-assumptions");
-  if (last_answer != Answer::unsat) {
-    parser.fail(command.position, fmt::format("{}: the last answer is not unsat", command.text));
-  }
+  require_answer(parser, command, Answer::unsat, "the last answer is not unsat");
   const std::vector<std::size_t> failed =
       ask_engine(parser, command.position, [&] { return engine.get_unsat_assumptions(); });
   std::string text = "(";

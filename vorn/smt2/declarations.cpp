@@ -112,8 +112,8 @@ void Interpreter::pop(Parser& parser, const Token& command) {
   const std::uint32_t count = read_count(parser);
   parser.close_command();
   if (count > assertions.get_level()) {
-    parser.fail(command.position, fmt::format("pop {}: the number of open levels is {}", count,
-                                              assertions.get_level()));
+    parser.fail_state(command.position, fmt::format("pop {}: the number of open levels is {}",
+                                                    count, assertions.get_level()));
   }
   last_answer.reset();
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -152,6 +152,7 @@ void Interpreter::reset(Parser& parser, const Token& command) {
   symbols.clear();
   options = defaults;
   engine.set_seed(options.random_seed);
+  stated_answer.reset();
   has_logic = false;
   checks = 0;
 }

@@ -1,5 +1,5 @@
-// What a script did wrong and where. One error ends a script: its position is all that a user has
-// to find the cause, so everything that reads a script carries positions along.
+// What a script did wrong and where: the position is all that a user has to find the cause, so
+// everything that reads a script carries positions along.
 #ifndef VORN_SMT2_ERROR_H
 #define VORN_SMT2_ERROR_H
 
@@ -52,6 +52,22 @@ class VORN_EXPORT ScriptError : public std::runtime_error {
   std::string file;
   Position position;
   std::string message;
+};
+
+/// A command that is well-formed but not allowed in the state that the session is in: what asks for
+/// a model where there is none, or closes more levels than are open. The command has been read to
+/// its end and has had no effect.
+class VORN_EXPORT StateError : public ScriptError {
+ public:
+  /// An error at a place of a file. `unknown` says that it is owed to the answer unknown.
+  StateError(const std::string& file_name, Position place, const std::string& text, bool unknown)
+      : ScriptError(file_name, place, text), owed_to_unknown(unknown) {}
+
+  /// Whether the command would have been allowed, had the last answer not been unknown.
+  bool is_owed_to_unknown() const { return owed_to_unknown; }
+
+ private:
+  bool owed_to_unknown;
 };
 
 }  // namespace vorn::smt2

@@ -35,14 +35,14 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"get-assertions", &Interpreter::get_assertions},
     {"get-assignment", &Interpreter::get_assignment},
     {"get-unsat-assumptions", &Interpreter::get_unsat_assumptions},
+    {"get-proof", &Interpreter::answer_unsupported},
+    {"get-unsat-core", &Interpreter::answer_unsupported},
 
     {"declare-sort"},
     {"declare-datatype"},
     {"declare-datatypes"},
     {"define-fun-rec"},
     {"define-funs-rec"},
-    {"get-proof"},
-    {"get-unsat-core"},
 };
 
 const Interpreter::Command* Interpreter::find_command(std::string_view name) {
@@ -57,20 +57,43 @@ Interpreter::Interpreter(TermManager& manager, Engine& solver, std::ostream& str
     : mgr(manager), engine(solver), out(stream), defaults(std::move(session)), options(defaults) {}
 
 void Interpreter::run(std::string text, const std::string& file) {
+  errors = Errors::thrown;
+  execute_all(std::move(text), file);
+}
+
+bool Interpreter::run_script(std::string text, const std::string& file) {
+  errors = Errors::answered;
+  clean = true;
+  try {
+    execute_all(std::move(text), file);
+  } catch (const ScriptError& error) {
+    respond_error(error);
+  }
+  return clean;
+}
+
+void Interpreter::execute_all(std::string text, const std::string& file) {
   script = std::make_shared<const std::string>(std::move(text));
   Parser parser(mgr, symbols, *script, file);
-  interactive = false;
   exited = false;
   std::optional<Token> name = parser.open_command();
   if (!name) parser.fail({}, "the script has no commands");
-  for (; name; name = exited ? std::nullopt : parser.open_command())
-    execute(parser, *name);
+  for (; name; name = exited ? std::nullopt : parser.open_command()) {
+    const SymbolTable::Mark mark = symbols.get_mark();
+    try {
+      execute(parser, *name);
+    } catch (const StateError& error) {
+      if (errors == Errors::thrown) throw;
+      symbols.retract(mark);
+      respond_error(error);
+    }
+  }
 }
 
 bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
   CommandReader reader(in);
-  bool clean = true;
-  interactive = true;
+  errors = Errors::answered;
+  clean = true;
   exited = false;
   while (!exited) {
     std::optional<CommandText> command = reader.next();
@@ -84,12 +107,18 @@ bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
       // Commands change levels only once nothing can fail any more: what is to be undone are names
       // that were given on the way.
       symbols.retract(mark);
-      respond("(error " + quoted_string(error.what()) + ")");
-      out.flush();
-      clean = false;
+      respond_error(error);
     }
   }
   return clean;
+}
+
+/// An error that is owed to unknown does not count: the answer has told so much.
+void Interpreter::respond_error(const ScriptError& error) {
+  respond("(error " + quoted_string(error.what()) + ")");
+  out.flush();
+  const auto* state = dynamic_cast<const StateError*>(&error);
+  if (state == nullptr || !state->is_owed_to_unknown()) clean = false;
 }
 
 void Interpreter::execute(Parser& parser, const Token& name) {
@@ -109,6 +138,12 @@ void Interpreter::execute(Parser& parser, const Token& name) {
 void Interpreter::respond(std::string_view text) {
   out << text << '\n';
   answered = true;
+}
+
+/// The answer to commands that no other depends on (SMT-LIB 2.6, section 4.1.2).
+void Interpreter::answer_unsupported(Parser& parser, const Token& /*command*/) {
+  parser.close_command();
+  respond("unsupported");
 }
 
 void Interpreter::echo(Parser& parser, const Token& /*command*/) {

@@ -1,11 +1,11 @@
 // Executes scripts: reads one command after the other, keeps the names and options of the session,
 // passes assertions to an engine and prints the answers (SMT-LIB 2.6, chapter 4).
 //
-// An error ends a script at once, as the standard calls `immediate-exit`: what was printed stays,
-// and a ScriptError tells the caller where it was. In an interactive session it ends its command
-// only, which then has had no effect (`continued-execution`): a slip costs nothing that was said
-// before. Names are kept as the user wrote them, because the term manager may have to rename what
-// is declared again after a pop.
+// What cannot be read, or names what is not there, ends a script: what follows may depend on it. A
+// command that is only out of place, a StateError, has no effect, and the script goes on. In an
+// interactive session every error ends its command only: a slip costs nothing that was said before.
+// Names are kept as the user wrote them, because the term manager may have to rename what is
+// declared again after a pop.
 #ifndef VORN_SMT2_INTERPRETER_H
 #define VORN_SMT2_INTERPRETER_H
 
@@ -19,6 +19,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "vorn/smt2/parser.h"
@@ -46,6 +47,8 @@ struct InterpreterOptions {
   bool global_declarations = false;
   std::uint32_t random_seed = 0;
   std::uint32_t verbosity = 0;
+  /// Where warnings go; borrowed, null for nowhere.
+  std::ostream* diagnostics = nullptr;
 };
 
 /// One session: names, options and assertions last from one script to the next until `(reset)`.
@@ -55,12 +58,17 @@ class VORN_EXPORT Interpreter {
   Interpreter(TermManager& manager, Engine& solver, std::ostream& stream,
               InterpreterOptions session = {});
 
-  /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError.
-  /// Where the engine or this library is wrong itself, an exception for which is_internal holds
-  /// passes, here and below: the session cannot go on.
+  /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError at
+  /// the first error. Where the engine or this library is wrong itself, an exception for which
+  /// is_internal holds passes, here and below: the session cannot go on. A std::system_error of the
+  /// engine, which could not write a file, passes too.
   void run(std::string text, const std::string& file);
-  /// Executes commands as they come out of a stream, answering each before it reads the next. An
-  /// error is printed as the response `(error "...")`. Returns whether there was none.
+  /// The same with each error printed as the response `(error "...")`. A StateError ends its
+  /// command only. Returns whether all went well: no error but those that are owed to the answer
+  /// unknown, and no answer that contradicts the `(set-info :status ...)` before it.
+  bool run_script(std::string text, const std::string& file);
+  /// Executes commands as they come out of a stream, answering each before it reads the next. Every
+  /// error is a response, and ends its command only. Returns as run_script does.
   bool run_interactive(std::istream& in, const std::string& file);
 
   /// A script that declares, asserts and checks what the session did when it last asked for a
@@ -97,8 +105,15 @@ class VORN_EXPORT Interpreter {
 
   static const Command* find_command(std::string_view name);
   static const Option* find_option(std::string_view name);
+  static std::string_view answer_text(Answer answer);
+  /// What becomes of an error: it is thrown, or it is answered.
+  enum class Errors : std::uint8_t { thrown, answered };
+
+  void execute_all(std::string text, const std::string& file);
   void execute(Parser& parser, const Token& name);
   void respond(std::string_view text);
+  void respond_error(const ScriptError& error);
+  void answer_unsupported(Parser& parser, const Token& command);
 
   // Session (interpreter.cpp)
   void set_logic(Parser& parser, const Token& command);
@@ -136,7 +151,9 @@ class VORN_EXPORT Interpreter {
   void get_assignment(Parser& parser, const Token& command);
   void get_unsat_assumptions(Parser& parser, const Token& command);
   void decide(Parser& parser, const Token& command);
-  void require_model(Parser& parser, const Token& command) const;
+  void require_answer(const Parser& parser, const Token& command, Answer answer,
+                      std::string_view complaint) const;
+  void compare_status(Parser& parser, const Token& command, Answer expected);
 
   TermManager& mgr;
   Engine& engine;
@@ -147,18 +164,20 @@ class VORN_EXPORT Interpreter {
   SymbolTable symbols;
   std::shared_ptr<const std::string> script;  // what is being executed
   Trail<Assertion> assertions;
-  std::vector<Assertion> assumptions;  // of the last check
-  std::optional<Answer> last_answer;   // of the assertions as they stand
+  std::vector<Assertion> assumptions;   // of the last check
+  std::optional<Answer> last_answer;    // of the assertions as they stand
+  std::optional<Answer> stated_answer;  // by set-info, to the next check
   std::uint64_t checks = 0;
   std::uint64_t garbage_limit = kLeastGarbageLimit;  // number of terms worth looking through
   bool has_logic = false;
-  bool interactive = false;
+  Errors errors = Errors::thrown;
+  bool clean = true;  // of what run_script and run_interactive return
   bool exited = false;
   bool answered = false;  // the command has printed its response
 };
 
 /// Runs `ask`, a call of the engine; what the engine refuses is an error at `place`. What it does
-/// wrong itself is none of the script's.
+/// wrong itself is none of the script's, nor is a file that cannot be written.
 template <class Ask>
 auto ask_engine(const Parser& parser, Position place, const Ask& ask) {
   try {
@@ -166,6 +185,8 @@ auto ask_engine(const Parser& parser, Position place, const Ask& ask) {
   } catch (const std::logic_error& error) {
     if (is_internal(error)) throw;
     parser.fail(place, error.what());
+  } catch (const std::system_error&) {
+    throw;
   } catch (const std::runtime_error& error) {
     parser.fail(place, error.what());
   }

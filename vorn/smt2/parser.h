@@ -74,6 +74,12 @@ class VORN_EXPORT Parser {
   [[noreturn]] void fail(Position place, const std::string& message) const {
     tokens.fail(place, message);
   }
+  /// Throws the StateError of a command that has been read to its end; `unknown` says that it is
+  /// owed to the answer unknown.
+  [[noreturn]] void fail_state(Position place, const std::string& message,
+                               bool unknown = false) const {
+    tokens.fail_state(place, message, unknown);
+  }
 
  private:
   /// An open form. Values and names that belong to it lie on the stacks from `first_value` and

@@ -58,15 +58,21 @@ void Interpreter::set_logic(Parser& parser, const Token& command) {
   if (!is_logic(name.text)) {
     parser.fail(name.position, fmt::format("unknown logic '{}'", name.text));
   }
-  if (has_logic) parser.fail(command.position, "set-logic: the logic is already set");
+  if (has_logic) parser.fail_state(command.position, "set-logic: the logic is already set");
   has_logic = true;
 }
 
 void Interpreter::set_info(Parser& parser, const Token& /*command*/) {
   TokenStream& tokens = parser.get_tokens();
-  tokens.expect(Token::Kind::keyword, "a keyword");
+  const Token key = tokens.expect(Token::Kind::keyword, "a keyword");
+  const Token value = tokens.peek();
   if (!tokens.at_close()) tokens.skip_expression();
   parser.close_command();
+  if (key.text != ":status") return;
+  stated_answer.reset();
+  for (const Answer answer : {Answer::sat, Answer::unsat, Answer::unknown}) {
+    if (value.is_word(answer_text(answer))) stated_answer = answer;
+  }
 }
 
 void Interpreter::get_info(Parser& parser, const Token& /*command*/) {
@@ -81,7 +87,7 @@ std::string Interpreter::info(Parser& parser, const Token& key) const {
   if (key.text == ":authors") return fmt::format("(:authors {})", quoted_string(options.authors));
   if (key.text == ":error-behavior") {
     return fmt::format("(:error-behavior {})",
-                       interactive ? "continued-execution" : "immediate-exit");
+                       errors == Errors::answered ? "continued-execution" : "immediate-exit");
   }
   if (key.text == ":assertion-stack-levels") {
     return fmt::format("(:assertion-stack-levels {})", assertions.get_level());
@@ -90,9 +96,13 @@ std::string Interpreter::info(Parser& parser, const Token& key) const {
     return fmt::format("(:assertions {} :check-sat {} :terms {})", assertions.get_size(), checks,
                        mgr.get_term_count());
   }
+  if (key.text == ":status") {
+    const Answer known = last_answer.value_or(stated_answer.value_or(Answer::unknown));
+    return fmt::format("(:status {})", answer_text(known));
+  }
   if (key.text == ":reason-unknown") {
     if (last_answer != Answer::unknown) {
-      parser.fail(key.position, ":reason-unknown: the last answer was not unknown");
+      parser.fail_state(key.position, ":reason-unknown: the last answer was not unknown");
     }
     return fmt::format("(:reason-unknown {})", quoted_string(engine.get_reason_unknown()));
   }
@@ -128,7 +138,8 @@ void Interpreter::set_option(Parser& parser, const Token& /*command*/) {
   }
   parser.close_command();
   if (option->flag == &InterpreterOptions::global_declarations && !symbols.is_empty()) {
-    parser.fail(key.position, ":global-declarations must be set before the first declaration");
+    parser.fail_state(key.position,
+                      ":global-declarations must be set before the first declaration");
   }
   options.*option->flag = value.is_word("true");
   symbols.set_global(options.global_declarations);
@@ -155,7 +166,8 @@ void Interpreter::get_option(Parser& parser, const Token& /*command*/) {
 void Interpreter::check_flag(const Parser& parser, const Token& command,
                              std::string_view option) const {
   if (options.*find_option(option)->flag) return;
-  parser.fail(command.position, fmt::format("{}: the option {} is false", command.text, option));
+  parser.fail_state(command.position,
+                    fmt::format("{}: the option {} is false", command.text, option));
 }
 
 }  // namespace vorn::smt2

@@ -20,6 +20,10 @@ void TokenStream::fail(Position place, const std::string& message) const {
   throw ScriptError(lexer.get_file(), place, message);
 }
 
+void TokenStream::fail_state(Position place, const std::string& message, bool unknown) const {
+  throw StateError(lexer.get_file(), place, message, unknown);
+}
+
 void TokenStream::fail_expected(std::string_view what, const Token& got) const {
   const std::string found =
       got.is(Token::Kind::end) ? "the end of the text" : fmt::format("'{}'", got.raw);

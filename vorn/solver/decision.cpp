@@ -50,7 +50,9 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
     translate_new();
     is_translated = true;
     if (options.is_traced()) start_traces();
-    return decide();
+    const Answer answer = decide();
+    if (options.is_traced()) back_end->circuits->sat->close_proof();
+    return answer;
   } catch (const Terminated&) {
   } catch (const std::length_error&) {
     reason = "memout";  // the graph or the SAT solver has no room left

@@ -1,17 +1,15 @@
 #include "vorn/solver/solver.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <new>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
 
 #include "vorn/fp/ieee_bv_encoder.h"
 #include "vorn/semantics/open_terms.h"
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/congruences.h"
+#include "vorn/utils/output_file.h"
 
 namespace vorn::solver {
 
@@ -242,13 +240,9 @@ void Solver::start_traces() {
 }
 
 void Solver::write_cnf() const {
-  std::ofstream out(options.cnf_file);
-  bv::write_dimacs(out, *back_end->circuits->recorder);
-  out.close();
-  if (!out) {
-    throw std::runtime_error("cannot write the clauses to " + options.cnf_file + ": " +
-                             std::generic_category().message(errno));
-  }
+  OutputFile file(options.cnf_file, "the clauses");
+  bv::write_dimacs(file.get_stream(), *back_end->circuits->recorder);
+  file.commit();
 }
 
 Statistics Solver::get_statistics() const {

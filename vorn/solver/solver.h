@@ -108,7 +108,8 @@ class VORN_EXPORT Solver : public Engine {
   /// Throws InternalError should a model fail the check, which is a defect of the solver;
   /// with the base encoder, whose models IEEE 754 may reject, the answer is then
   /// unknown. With traces, throws std::invalid_argument from the second call on and
-  /// std::runtime_error where a file cannot be written.
+  /// std::system_error where a file cannot be written. A file has its name once it is complete,
+  /// at the latest when there is an answer; a check that ends before it has clauses writes none.
   Answer check_sat(std::span<const Term* const> assumptions) override;
   Answer check_sat() { return check_sat({}); }
   /// Throws std::logic_error unless the last check answered unsat and nothing was asserted since.

@@ -1,2 +1,0 @@
-; expect: 2:2: get-proof is not supported
-(get-proof)
