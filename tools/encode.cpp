@@ -22,6 +22,7 @@
 #include "vorn/bv/bit_blaster.h"
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
+#include "vorn/smt2/command_reader.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/terms/printer.h"
 #include "vorn/terms/script_printer.h"
@@ -222,7 +223,7 @@ void encode_script(const EncodeOptions& options) {
   solver_options.encoder = options.encoder;
   solver_options.debug_labels = options.target == EncodeOptions::Target::dot;
   const FirstCheck check = read_first_check(manager, text, options.file, solver_options);
-  if (const std::size_t checks = count_checks(text, options.file); checks > 1) {
+  if (const std::size_t checks = smt2::count_checks(text, options.file); checks > 1) {
     std::cerr << fmt::format("{}: note: only the first of {} checks is encoded\n",
                              display_name(options.file), checks);
   }

@@ -21,6 +21,7 @@
 #include "tools/solve.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/semantics/open_terms.h"
+#include "vorn/smt2/command_reader.h"
 #include "vorn/solver/explanation.h"
 #include "vorn/terms/engine.h"
 #include "vorn/terms/post_order.h"
@@ -149,7 +150,7 @@ int explain_script(const ExplainOptions& options, const std::string& file) {
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
   const FirstCheck check = read_first_check(manager, text, file, solver_options, true);
-  if (const std::size_t checks = count_checks(text, file); checks > 1) {
+  if (const std::size_t checks = smt2::count_checks(text, file); checks > 1) {
     std::cerr << fmt::format("{}: note: only the first of {} checks is explained\n",
                              display_name(file), checks);
   }

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include "tools/memory.h"
+#include "vorn/utils/output_file.h"
 
 namespace vorn::tools {
 namespace {
@@ -19,6 +20,7 @@ extern "C" void handle_interrupt(int signal) {
     interrupted = 1;
     return;
   }
+  remove_unfinished_files();
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -83,6 +85,7 @@ void LimitedSolver::assert_formula(const Term* f) {
 Answer LimitedSolver::check_sat(std::span<const Term* const> assumed) {
   const Running running;
   const Answer answer = Solver::check_sat(assumed);
+  if (answer == Answer::unknown && limits.get_end() == Limits::End::memory) free_discarded();
   limits.end_check();
   return answer;
 }

@@ -3,18 +3,22 @@
 #include <gmp.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
 namespace vorn::tools {
 namespace {
 
-std::atomic<std::uint64_t> limit = 0;
+std::atomic<std::uint64_t> limit = 0;  // bytes; 0 is none
 /// Blocks that were allocated before the limit was set may be freed after, so it can go below zero
 /// by the little that a command has at its start.
 std::atomic<std::int64_t> used = 0;
+
+constexpr double kMostMegabytes = 1e9;
 
 constexpr std::uint64_t kReservedPart = 16;  // one of so many is left where long work stops
 
@@ -76,9 +80,11 @@ void guard_number_memory() {
   mp_set_memory_functions(allocate_number, reallocate_number, release_number);
 }
 
-void limit_memory(std::uint64_t bytes) {
+void limit_memory(double megabytes) {
+  if (megabytes > kMostMegabytes) return;
   used.store(0, std::memory_order_relaxed);
-  limit.store(bytes, std::memory_order_relaxed);
+  limit.store(std::max<std::uint64_t>(1, static_cast<std::uint64_t>(megabytes * 1e6)),
+              std::memory_order_relaxed);
 }
 
 bool is_memory_short() {

@@ -6,15 +6,14 @@
 #ifndef TOOLS_MEMORY_H
 #define TOOLS_MEMORY_H
 
-#include <cstdint>
-
 namespace vorn::tools {
 
 /// Has GMP throw std::bad_alloc where memory ends. To be called before its first number is made.
 void guard_number_memory();
 
-/// Bounds what is allocated from now on; 0 is no bound.
-void limit_memory(std::uint64_t bytes);
+/// Bounds what is allocated from now on, in megabytes of 10^6 bytes, more than 0. What no machine
+/// has is no bound.
+void limit_memory(double megabytes);
 
 /// Whether so little is left below the limit that long work should stop by itself. A SAT search
 /// that stops so can be taken down and its memory used again; one that an allocation fails cannot.

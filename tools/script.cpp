@@ -67,24 +67,6 @@ std::string read_all(const std::string& file) {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-std::size_t count_checks(const std::string& text, const std::string& file) {
-  std::istringstream stream(text);
-  smt2::CommandReader reader(stream);
-  std::size_t count = 0;
-  try {
-    while (const auto command = reader.next()) {
-      smt2::Lexer lexer(command->text, file, command->position);
-      if (!lexer.next().is(smt2::Token::Kind::open)) continue;
-      const smt2::Token name = lexer.next();
-      if (name.is_word("exit")) break;
-      if (name.is_word("check-sat") || name.is_word("check-sat-assuming")) ++count;
-    }
-  } catch (const smt2::ScriptError&) {
-    // Whoever executes the script comes to the same place and says what is wrong.
-  }
-  return count;
-}
-
 FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
                             const solver::Options& options, bool decide) {
   auto engine = std::make_unique<CapturingSolver>(manager, options, decide);

@@ -22,9 +22,6 @@ std::string display_name(const std::string& file);
 /// The text of a file, or all of standard input for "-". Throws std::runtime_error.
 std::string read_all(const std::string& file);
 
-/// How many checks a script asks for, with and without assumptions, as far as it can be read.
-std::size_t count_checks(const std::string& text, const std::string& file);
-
 /// What a script asks first: the assertions and assumptions that are in force at its first check,
 /// translated by `engine`, and the constants that are declared there.
 struct FirstCheck {

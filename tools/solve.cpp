@@ -4,11 +4,10 @@
 
 #include <unistd.h>
 
-#include <chrono>
-#include <csignal>
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -17,7 +16,10 @@
 
 #include "tools/defect.h"
 #include "tools/failure.h"
+#include "tools/limits.h"
+#include "tools/memory.h"
 #include "tools/script.h"
+#include "vorn/smt2/command_reader.h"
 #include "vorn/smt2/interpreter.h"
 #include "vorn/solver/solver.h"
 #include "vorn/terms/engine.h"
@@ -26,74 +28,6 @@
 
 namespace vorn::tools {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-/// What the signal handler and a running check tell each other.
-volatile std::sig_atomic_t check_is_running = 0;
-volatile std::sig_atomic_t interrupted = 0;
-
-/// An interrupt ends the check that is running, or the command if none is or if it is the second.
-extern "C" void handle_interrupt(int signal) {
-  if (check_is_running != 0 && interrupted == 0) {
-    interrupted = 1;
-    return;
-  }
-  remove_unfinished_files();
-  std::signal(signal, SIG_DFL);
-  std::raise(signal);
-}
-
-/// Ends a check when its time is over or the user interrupts it.
-class Limit : public TerminationTest {
- public:
-  explicit Limit(std::optional<double> limit) : seconds(limit) {}
-
-  void start() {
-    if (!seconds) return;
-    const std::chrono::duration<double> span(*seconds);
-    end = Clock::now() + std::chrono::duration_cast<Clock::duration>(span);
-  }
-  bool terminate() const override { return interrupted != 0 || (seconds && Clock::now() >= end); }
-
- private:
-  std::optional<double> seconds;
-  Clock::time_point end;
-};
-
-/// The solver with limits on each check.
-class LimitedSolver final : public solver::Solver {
- public:
-  LimitedSolver(TermManager& manager, const solver::Options& chosen, Limit& check_limit)
-      : Solver(manager, chosen), limit(check_limit) {}
-
-  Answer check_sat(std::span<const Term* const> assumed) override {
-    const Running running;
-    limit.start();
-    const Answer answer = Solver::check_sat(assumed);
-    was_interrupted = interrupted != 0;
-    return answer;
-  }
-  std::string get_reason_unknown() const override {
-    std::string reason = Solver::get_reason_unknown();
-    if (reason != "resource limit") return reason;
-    return was_interrupted ? "interrupted" : "timeout";
-  }
-
- private:
-  struct Running {
-    Running() {
-      interrupted = 0;
-      check_is_running = 1;
-    }
-    ~Running() { check_is_running = 0; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-  };
-
-  Limit& limit;
-  bool was_interrupted = false;
-};
 
 void print_statistics(const std::string& file, const solver::Statistics& s) {
   std::cerr << fmt::format(
@@ -131,49 +65,73 @@ int run(smt2::Interpreter& interpreter, const std::string& file, std::string tex
   }
 }
 
-int solve_one(const std::string& file, const SolveOptions& options) {
+solver::Options choose_solver(const SolveOptions& options, const Limits& limits, Logger* logger) {
+  solver::Options chosen;
+  chosen.encoder = options.encoder;
+  chosen.rewrite = options.rewrite;
+  chosen.termination_test = &limits;
+  chosen.logger = options.verbose ? logger : nullptr;
+  chosen.local_search = options.local_search;
+  chosen.cnf_file = options.cnf_file;
+  chosen.proof_file = options.proof_file;
+  return chosen;
+}
+
+smt2::InterpreterOptions choose_session(Limits& limits) {
+  smt2::InterpreterOptions session;
+  session.diagnostics = &std::cerr;
+  session.before_command = [&limits] { limits.start_command(); };
+  return session;
+}
+
+/// What a script is executed by.
+struct Session {
+  explicit Session(const SolveOptions& options)
+      : limits(options.time_limit),
+        engine(manager, choose_solver(options, limits, &logger), limits),
+        interpreter(manager, engine, std::cout, choose_session(limits)) {
+    manager.set_termination_test(&limits);
+  }
+
+  Logger logger{&std::cerr};
+  Limits limits;
+  TermManager manager;
+  LimitedSolver engine;
+  smt2::Interpreter interpreter;
+};
+
+int solve_one(Session& session, const std::string& file, const SolveOptions& options) {
+  if (file != "-") session.limits.start_script();
   std::string text = file == "-" ? "" : read_all(file);
   if (!options.cnf_file.empty() || !options.proof_file.empty()) {
-    const std::size_t checks = count_checks(text, file);
+    const std::size_t checks = smt2::count_checks(text, file);
     if (checks != 1) {
       throw std::runtime_error(fmt::format(
           "{}: error: --cnf and --proof take a script with one check-sat, this one has {}", file,
           checks));
     }
   }
-  Logger logger(&std::cerr);
-  Limit limit(options.time_limit);
-  TermManager manager;
-  solver::Options solver_options;
-  solver_options.encoder = options.encoder;
-  solver_options.rewrite = options.rewrite;
-  solver_options.termination_test = &limit;
-  solver_options.logger = options.verbose ? &logger : nullptr;
-  solver_options.local_search = options.local_search;
-  solver_options.cnf_file = options.cnf_file;
-  solver_options.proof_file = options.proof_file;
-  LimitedSolver engine(manager, solver_options, limit);
-  smt2::InterpreterOptions session;
-  session.diagnostics = &std::cerr;
-  smt2::Interpreter interpreter(manager, engine, std::cout, session);
-
-  int status = run(interpreter, file, std::move(text));
-  if (options.statistics) {
-    print_statistics(display_name(file), engine.get_statistics());
-  }
-  if (status == kDone && engine.get_statistics().interrupted) status = kLimitReached;
-  return status;
+  const int status = run(session.interpreter, file, std::move(text));
+  const solver::Statistics statistics = session.engine.get_statistics();
+  if (options.statistics) print_statistics(display_name(file), statistics);
+  const bool is_limited = statistics.interrupted || session.interpreter.was_limited();
+  return status == kDone && is_limited ? kLimitReached : status;
 }
 
 }  // namespace
 
 int solve(const SolveOptions& options) {
-  std::signal(SIGINT, handle_interrupt);
+  install_interrupt_handler();
+  if (options.memory_limit) limit_memory(*options.memory_limit);
   int status = kDone;
+  // The last session is not taken down: the end of the process does that in no time.
+  static auto& session = *new std::unique_ptr<Session>;
   for (const std::string& file : options.files) {
     int result = kDone;
+    session.reset();
     try {
-      result = solve_one(file, options);
+      session = std::make_unique<Session>(options);
+      result = solve_one(*session, file, options);
     } catch (const std::exception&) {
       result = report_failure(display_name(file), "with " + file + ".");
     }

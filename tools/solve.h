@@ -22,7 +22,8 @@ enum ExitStatus : int {
 struct SolveOptions {
   std::vector<std::string> files;  // "-" is standard input
   solver::EncoderKind encoder = solver::EncoderKind::ieee;
-  std::optional<double> time_limit;  // seconds for each check
+  std::optional<double> time_limit;  // seconds for each check; more than 0
+  std::optional<double> memory_limit;  // megabytes for all; more than 0
   // Of a single file with a single check; empty for nowhere.
   std::string cnf_file;
   std::string proof_file;

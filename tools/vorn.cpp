@@ -13,6 +13,7 @@
 #include "tools/explain.h"
 #include "tools/failure.h"
 #include "tools/lift.h"
+#include "tools/memory.h"
 #include "tools/output.h"
 #include "tools/script.h"
 #include "tools/solve.h"
@@ -34,6 +35,13 @@ void add_encoder_option(CLI::App& app, vorn::solver::EncoderKind& kind) {
       ->check(CLI::IsMember({"ieee", "base"}));
 }
 
+/// What is wrong with a limit; empty if nothing is.
+std::string is_positive(const std::string& text) {
+  double value = 0;
+  if (!CLI::detail::lexical_cast(text, value)) return "'" + text + "' is not a number";
+  return value > 0 ? "" : "must be more than 0, not " + text;
+}
+
 /// Options that `vorn FILE...` and `vorn solve FILE...` share.
 void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
   app.add_option(
@@ -42,9 +50,14 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       "at once");
   add_encoder_option(app, options.encoder);
   app.add_option("--time-limit", options.time_limit,
-                 "end each check-sat after SECONDS with the answer unknown")
+                 "end each check-sat after SECONDS with the answer unknown; the first has the "
+                 "reading of the script in it")
       ->type_name("SECONDS")
-      ->check(CLI::NonNegativeNumber);
+      ->check(is_positive);
+  app.add_option("--memory-limit", options.memory_limit,
+                 "answer unknown to what needs more than MB megabytes of memory")
+      ->type_name("MB")
+      ->check(is_positive);
   app.add_flag_callback("--no-local-search", [&options] { options.local_search = false; })
       ->description("do not look for models by trying assignments as well");
   app.add_flag("--check-model")
@@ -221,6 +234,7 @@ int run_checked(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  vorn::tools::guard_number_memory();
   vorn::tools::prepare_process();
   std::ios::sync_with_stdio(false);
   try {

@@ -259,11 +259,17 @@ TEST(EngineErrors, ThatRefuseOrHaveNoRoomAreErrorsOfTheScript) {
   }
 }
 
-TEST(EngineErrors, LackOfMemoryIsNeither) {
-  for (const Question& question : kQuestions) {
-    Asked s;
-    s.engine.raise = [] { throw std::bad_alloc(); };
-    EXPECT_THROW(s.run(question.script), std::bad_alloc) << question.script;
+TEST(EngineErrors, LackOfMemoryOrTimeIsALimit) {
+  const std::function<void()> limits[] = {
+      [] { throw std::bad_alloc(); },
+      [] { throw Terminated(); },
+  };
+  for (const auto& limit : limits) {
+    for (const Question& question : kQuestions) {
+      Asked s;
+      s.engine.raise = limit;
+      EXPECT_THROW(s.run(question.script), LimitError) << question.script;
+    }
   }
 }
 

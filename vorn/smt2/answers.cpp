@@ -28,6 +28,7 @@ std::string_view Interpreter::answer_text(Answer answer) {
 void Interpreter::decide(Parser& parser, const Token& command) {
   last_answer.reset();
   ++checks;
+  ++checks_of_script;
   std::vector<const Term*> assumed;
   for (const Assertion& assumption : assumptions)
     assumed.push_back(assumption.term);

@@ -1,6 +1,9 @@
 #include "vorn/smt2/command_reader.h"
 
+#include <sstream>
 #include <string_view>
+
+#include "vorn/smt2/lexer.h"
 
 namespace vorn::smt2 {
 namespace {
@@ -74,6 +77,24 @@ std::optional<CommandText> CommandReader::next() {
     }
   } while (depth > 0 && in.peek() != std::istream::traits_type::eof());
   return command;
+}
+
+std::size_t count_checks(const std::string& text, const std::string& file) {
+  std::istringstream stream(text);
+  CommandReader reader(stream);
+  std::size_t count = 0;
+  try {
+    while (const auto command = reader.next()) {
+      Lexer lexer(command->text, file, command->position);
+      if (!lexer.next().is(Token::Kind::open)) continue;
+      const Token name = lexer.next();
+      if (name.is_word("exit")) break;
+      if (name.is_word("check-sat") || name.is_word("check-sat-assuming")) ++count;
+    }
+  } catch (const ScriptError&) {
+    // Whoever executes the script comes to the same place and says what is wrong.
+  }
+  return count;
 }
 
 }  // namespace vorn::smt2

@@ -6,11 +6,13 @@
 #ifndef VORN_SMT2_COMMAND_READER_H
 #define VORN_SMT2_COMMAND_READER_H
 
+#include <cstddef>
 #include <istream>
 #include <optional>
 #include <string>
 
 #include "vorn/smt2/error.h"
+#include "vorn/utils/export.h"
 
 namespace vorn::smt2 {
 
@@ -28,6 +30,8 @@ class CommandReader {
   /// stream where a parenthesis, string or quoted symbol is never closed. Nothing at the end.
   /// Reads no further than the command.
   std::optional<CommandText> next();
+  /// Where the reader is.
+  Position get_position() const { return position; }
 
  private:
   bool take(std::string* text);
@@ -38,6 +42,9 @@ class CommandReader {
   std::istream& in;
   Position position;
 };
+
+/// How many checks a script asks for, with and without assumptions, as far as it can be read.
+VORN_EXPORT std::size_t count_checks(const std::string& text, const std::string& file);
 
 }  // namespace vorn::smt2
 

@@ -2,6 +2,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
+#include <new>
 #include <vector>
 
 #include "vorn/smt2/interpreter.h"
@@ -82,8 +84,11 @@ void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
   assertions.add({formula.text, script, formula.term});
   try {
     ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
-  } catch (const ScriptError&) {
-    assertions.retract(assertions.get_size() - 1, [](const Assertion&) {});
+  } catch (const std::exception& error) {
+    // The report of a defect shows what was under way.
+    if (!is_internal(error)) {
+      assertions.retract(assertions.get_size() - 1, [](const Assertion&) {});
+    }
     throw;
   }
 }
@@ -101,10 +106,31 @@ void Interpreter::push(Parser& parser, const Token& command) {
                 fmt::format("push {}: no more than {} levels can be open", count, kMaxLevels));
   }
   last_answer.reset();
-  for (std::uint32_t i = 0; i < count; ++i) {
-    assertions.push();
-    symbols.push();
-    ask_engine(parser, command.position, [&] { engine.push(); });
+  const std::size_t level = assertions.get_level();
+  try {
+    for (std::uint32_t i = 0; i < count; ++i) {
+      ask_engine(parser, command.position, [&] { engine.push(); });
+      try {
+        symbols.push();
+        assertions.push();
+      } catch (...) {
+        engine.pop();
+        if (symbols.get_level() > assertions.get_level()) symbols.pop();
+        throw;
+      }
+    }
+  } catch (...) {
+    pop_to(level);
+    throw;
+  }
+}
+
+/// Closes levels until so many are open, in all that has them.
+void Interpreter::pop_to(std::size_t level) {
+  while (assertions.get_level() > level) {
+    assertions.pop();
+    symbols.pop();
+    engine.pop();
   }
 }
 
@@ -129,9 +155,13 @@ void Interpreter::pop(Parser& parser, const Token& command) {
 void Interpreter::drop_garbage() {
   if (mgr.get_live_count() < garbage_limit) return;
   assumptions.clear();
-  std::vector<const Term*> kept;
-  symbols.append_terms(&kept);
-  engine.collect_garbage(kept);
+  try {
+    std::vector<const Term*> kept;
+    symbols.append_terms(&kept);
+    engine.collect_garbage(kept);
+  } catch (const std::bad_alloc&) {
+    return;  // it takes memory to free some; the garbage stays for another time
+  }
   garbage_limit = std::max(kLeastGarbageLimit, 2 * mgr.get_live_count());
 }
 

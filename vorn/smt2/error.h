@@ -70,6 +70,13 @@ class VORN_EXPORT StateError : public ScriptError {
   bool owed_to_unknown;
 };
 
+/// Time or memory that ended before a command had been read and executed, which then has had no
+/// effect. The script need not be wrong.
+class VORN_EXPORT LimitError : public ScriptError {
+ public:
+  using ScriptError::ScriptError;
+};
+
 }  // namespace vorn::smt2
 
 #endif

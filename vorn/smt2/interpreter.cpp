@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <new>
 #include <utility>
 
 #include "vorn/smt2/command_reader.h"
@@ -66,27 +67,31 @@ bool Interpreter::run_script(std::string text, const std::string& file) {
   clean = true;
   try {
     execute_all(std::move(text), file);
+  } catch (const LimitError& error) {
+    answer_remaining(error);
   } catch (const ScriptError& error) {
     respond_error(error);
   }
   return clean;
 }
 
+/// Each check of a script has an answer: those that were not reached have that one.
+void Interpreter::answer_remaining(const LimitError& error) {
+  limited = true;
+  if (options.diagnostics != nullptr) *options.diagnostics << error.what() << '\n';
+  const std::uint64_t all = count_checks(*script, error.get_file());
+  for (; checks_of_script < all; ++checks_of_script)
+    respond(answer_text(Answer::unknown));
+  out.flush();
+}
+
 void Interpreter::execute_all(std::string text, const std::string& file) {
   script = std::make_shared<const std::string>(std::move(text));
+  checks_of_script = 0;
   Parser parser(mgr, symbols, *script, file);
   exited = false;
-  std::optional<Token> name = parser.open_command();
-  if (!name) parser.fail({}, "the script has no commands");
-  for (; name; name = exited ? std::nullopt : parser.open_command()) {
-    const SymbolTable::Mark mark = symbols.get_mark();
-    try {
-      execute(parser, *name);
-    } catch (const StateError& error) {
-      if (errors == Errors::thrown) throw;
-      symbols.retract(mark);
-      respond_error(error);
-    }
+  if (!execute_next(parser, file, {})) parser.fail({}, "the script has no commands");
+  while (!exited && execute_next(parser, file, {})) {
   }
 }
 
@@ -96,29 +101,59 @@ bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
   clean = true;
   exited = false;
   while (!exited) {
-    std::optional<CommandText> command = reader.next();
-    if (!command) break;
-    script = std::make_shared<const std::string>(std::move(command->text));
-    const SymbolTable::Mark mark = symbols.get_mark();
     try {
+      std::optional<CommandText> command = reader.next();
+      if (!command) break;
+      script = std::make_shared<const std::string>(std::move(command->text));
       Parser parser(mgr, symbols, *script, file, command->position);
-      if (const std::optional<Token> name = parser.open_command()) execute(parser, *name);
+      execute_next(parser, file, command->position);
     } catch (const ScriptError& error) {
-      // Commands change levels only once nothing can fail any more: what is to be undone are names
-      // that were given on the way.
-      symbols.retract(mark);
       respond_error(error);
+    } catch (const std::bad_alloc&) {
+      respond_error(LimitError(file, reader.get_position(), "out of memory"));
     }
   }
   return clean;
 }
 
-/// An error that is owed to unknown does not count: the answer has told so much.
+/// Reads and executes a command, which starts at `start` or behind it; false if there is none.
+/// Whatever ends it early, it has had no effect then: commands change levels only once nothing can
+/// fail any more, and what is to be undone are names that were given on the way.
+bool Interpreter::execute_next(Parser& parser, const std::string& file, Position start) {
+  if (options.before_command) options.before_command();
+  const SymbolTable::Mark mark = symbols.get_mark();
+  try {
+    const std::optional<Token> name = parser.open_command();
+    if (!name) return false;
+    start = name->position;
+    execute(parser, *name);
+  } catch (const StateError& error) {
+    if (errors == Errors::thrown) throw;
+    symbols.retract(mark);
+    respond_error(error);
+  } catch (const ScriptError&) {
+    symbols.retract(mark);
+    throw;
+  } catch (const Terminated&) {
+    symbols.retract(mark);
+    throw LimitError(file, start, "the limit of time or memory was reached");
+  } catch (const std::bad_alloc&) {
+    symbols.retract(mark);
+    throw LimitError(file, start, "out of memory");
+  }
+  return true;
+}
+
+/// An error that is owed to unknown or to a limit does not count: that has told so much.
 void Interpreter::respond_error(const ScriptError& error) {
   respond("(error " + quoted_string(error.what()) + ")");
   out.flush();
   const auto* state = dynamic_cast<const StateError*>(&error);
-  if (state == nullptr || !state->is_owed_to_unknown()) clean = false;
+  if (dynamic_cast<const LimitError*>(&error) != nullptr) {
+    limited = true;
+  } else if (state == nullptr || !state->is_owed_to_unknown()) {
+    clean = false;
+  }
 }
 
 void Interpreter::execute(Parser& parser, const Token& name) {

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <memory>
 #include <optional>
@@ -49,6 +50,8 @@ struct InterpreterOptions {
   std::uint32_t verbosity = 0;
   /// Where warnings go; borrowed, null for nowhere.
   std::ostream* diagnostics = nullptr;
+  /// Called before each command is read; may be empty.
+  std::function<void()> before_command = {};
 };
 
 /// One session: names, options and assertions last from one script to the next until `(reset)`.
@@ -59,17 +62,22 @@ class VORN_EXPORT Interpreter {
               InterpreterOptions session = {});
 
   /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError at
-  /// the first error. Where the engine or this library is wrong itself, an exception for which
+  /// the first error, and a LimitError where the term manager's termination test or lack of memory
+  /// ends a command other than a check. Where the engine or this library is wrong itself, an exception for which
   /// is_internal holds passes, here and below: the session cannot go on. A std::system_error of the
   /// engine, which could not write a file, passes too.
   void run(std::string text, const std::string& file);
   /// The same with each error printed as the response `(error "...")`. A StateError ends its
-  /// command only. Returns whether all went well: no error but those that are owed to the answer
+  /// command only, a LimitError the script, and each check that would have followed is answered
+  /// unknown. Returns whether all went well: no error but those that are owed to the answer
   /// unknown, and no answer that contradicts the `(set-info :status ...)` before it.
   bool run_script(std::string text, const std::string& file);
   /// Executes commands as they come out of a stream, answering each before it reads the next. Every
   /// error is a response, and ends its command only. Returns as run_script does.
   bool run_interactive(std::istream& in, const std::string& file);
+
+  /// Whether a limit has ended a command other than a check.
+  bool was_limited() const { return limited; }
 
   /// A script that declares, asserts and checks what the session did when it last asked for a
   /// decision, with the assertion that was under way: what goes with the report of an internal
@@ -110,7 +118,9 @@ class VORN_EXPORT Interpreter {
   enum class Errors : std::uint8_t { thrown, answered };
 
   void execute_all(std::string text, const std::string& file);
+  bool execute_next(Parser& parser, const std::string& file, Position start);
   void execute(Parser& parser, const Token& name);
+  void answer_remaining(const LimitError& error);
   void respond(std::string_view text);
   void respond_error(const ScriptError& error);
   void answer_unsupported(Parser& parser, const Token& command);
@@ -140,6 +150,7 @@ class VORN_EXPORT Interpreter {
   void declare(const Token& name, const DataType* type);
   void define(Parser& parser, std::span<const Parameter> parameters, const Token& name);
   static std::uint32_t read_count(Parser& parser);
+  void pop_to(std::size_t level);
   void drop_garbage();
 
   // Answers (answers.cpp)
@@ -172,6 +183,8 @@ class VORN_EXPORT Interpreter {
   bool has_logic = false;
   Errors errors = Errors::thrown;
   bool clean = true;  // of what run_script and run_interactive return
+  bool limited = false;
+  std::uint64_t checks_of_script = 0;  // so far
   bool exited = false;
   bool answered = false;  // the command has printed its response
 };

@@ -1,27 +1,39 @@
 #include "vorn/smt2/symbol_table.h"
 
 #include <cassert>
+#include <utility>
 
 namespace vorn::smt2 {
 
 void SymbolTable::declare(std::string_view name, const Term* constant) {
+  add_to(&declarations, Change::Kind::declaration, {std::string(name), constant});
   define(name, {{}, constant});
-  declarations.push_back({std::string(name), constant});
-  changes.add({Change::Kind::declaration, {}});
+}
+
+/// Appends to a list, with the change that this is. All or nothing, as below: a name without its
+/// change would outlive its level.
+void SymbolTable::add_to(std::vector<Declaration>* list, Change::Kind kind, Declaration entry) {
+  changes.make_room();
+  list->push_back(std::move(entry));
+  changes.add({kind, {}});
 }
 
 void SymbolTable::define(std::string_view name, const Function& function) {
+  Change change{Change::Kind::function, std::string(name)};
+  changes.make_room();
   const bool fresh = functions.try_emplace(std::string(name), function).second;
   assert(fresh);
   static_cast<void>(fresh);
-  changes.add({Change::Kind::function, std::string(name)});
+  changes.add(std::move(change));
 }
 
 void SymbolTable::define_sort(std::string_view name, const SortDefinition& definition) {
+  Change change{Change::Kind::sort, std::string(name)};
+  changes.make_room();
   const bool fresh = sorts.try_emplace(std::string(name), definition).second;
   assert(fresh);
   static_cast<void>(fresh);
-  changes.add({Change::Kind::sort, std::string(name)});
+  changes.add(std::move(change));
 }
 
 const Function* SymbolTable::find(std::string_view name) const {
@@ -35,8 +47,7 @@ const SortDefinition* SymbolTable::find_sort(std::string_view name) const {
 }
 
 void SymbolTable::add_label(std::string_view name, const Term* term) {
-  labels.push_back({std::string(name), term});
-  changes.add({Change::Kind::label, {}});
+  add_to(&labels, Change::Kind::label, {std::string(name), term});
 }
 
 void SymbolTable::append_terms(std::vector<const Term*>* terms) const {

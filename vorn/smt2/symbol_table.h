@@ -98,6 +98,7 @@ class VORN_EXPORT SymbolTable {
     std::string name;
   };
 
+  void add_to(std::vector<Declaration>* list, Change::Kind kind, Declaration entry);
   void undo(const Change& change);
 
   Table<Function> functions;

@@ -100,6 +100,7 @@ struct Solver::BackEnd {
   std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed
+  std::unique_ptr<Circuits> discarded;  // such as are of no use, until the next check
   std::optional<search::LocalSearch> local_search;  // of the current check
 };
 

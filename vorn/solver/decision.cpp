@@ -44,8 +44,9 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
   ++statistics.checks;
   is_deferred = false;
   bool is_translated = false;
-  const char* reason = "resource limit";
+  bool is_full = false;
   try {
+    free_discarded();
     enter_assumptions(assumed);
     translate_new();
     is_translated = true;
@@ -55,18 +56,13 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
     return answer;
   } catch (const Terminated&) {
   } catch (const std::length_error&) {
-    reason = "memout";  // the graph or the SAT solver has no room left
+    is_full = true;  // the graph or the SAT solver has no room left
   } catch (const std::bad_alloc&) {
-    reason = "memout";
+    is_full = true;
   }
-  if (is_translated) {
-    statistics = get_statistics();
-    back_end->local_search.reset();
-    back_end->circuits.reset();
-  } else {
-    drop_back_end();
-  }
-  return give_up(reason);
+  discard(is_translated);
+  if (is_full) free_discarded();
+  return give_up(is_full ? "memout" : "resource limit");
 }
 
 /// Searches until a model holds, an answer is unsat, or the search ends without either.

@@ -36,6 +36,23 @@ void Solver::drop_back_end() {
   back_end.reset();
 }
 
+/// Puts away what was left half done: the circuits, or the translation too. To take it down takes
+/// time that a check has not got when its time is up.
+void Solver::discard(bool keep_translation) {
+  statistics = get_statistics();
+  if (!keep_translation) {
+    discarded = std::move(back_end);
+  } else {
+    back_end->local_search.reset();
+    back_end->discarded = std::move(back_end->circuits);
+  }
+}
+
+void Solver::free_discarded() {
+  discarded.reset();
+  if (back_end) back_end->discarded.reset();
+}
+
 // Assertions and levels -----------------------------------------------------------------------
 
 void Solver::assert_formula(const Term* f) {

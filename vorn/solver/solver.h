@@ -117,6 +117,8 @@ class VORN_EXPORT Solver : public Engine {
   /// Throws std::logic_error unless the last check answered sat and nothing was asserted since.
   const Term* get_value(const Term* t) override;
   std::string get_reason_unknown() const override { return reason_unknown; }
+  /// Frees what a check that was told to stop has left for the next one to take down.
+  void free_discarded();
   void reset_assertions() override;
   void collect_garbage(std::span<const Term* const> kept) override;
   /// Of the SAT solver; its upper two bits are ignored.
@@ -160,6 +162,7 @@ class VORN_EXPORT Solver : public Engine {
   void write_cnf() const;
   BackEnd& get_back_end() const;
   void drop_back_end();
+  void discard(bool keep_translation);
   void translate_new();
   void translate_assertion(std::size_t index);
   const Term* encoded_form(const Term* t) const;
@@ -186,6 +189,7 @@ class VORN_EXPORT Solver : public Engine {
   TermManager& mgr;
   Options options;
   mutable std::unique_ptr<BackEnd> back_end;  // null: to be made when it is needed
+  std::unique_ptr<BackEnd> discarded;         // one that is of no use, until the next check
   bool is_deferred = false;       // new assertions are left to the next check to be translated
   Trail<const Term*> assertions;  // as given, assumptions among them
   std::vector<Assumption> assumptions;  // of the last check

@@ -30,6 +30,10 @@ class Trail {
   /// The number of open levels.
   std::size_t get_level() const { return marks.size(); }
 
+  /// Makes room for another item, so that adding one cannot fail.
+  void make_room() {
+    if (items.size() == items.capacity()) items.reserve(2 * items.size() + 1);
+  }
   /// Appends an item to the innermost level.
   void add(T item) { items.push_back(std::move(item)); }
   /// Opens a level.
