@@ -42,6 +42,11 @@ for fault in internal_error logic_error out_of_range domain_error; do
     lift --check "$dir/sum.smt2" "$dir/sum.cnf" "$dir/answer"
 done
 
+check 'no place for the report' 4 '^$' "${defect}the script that shows it: \(.*No such file or directory.*\)$" \
+  env FAULT=logic_error TMPDIR="$dir/none" "$vorn" "$dir/sum.smt2"
+check 'report and answer are lost' 4 '^$' "$defect" \
+  env FAULT=logic_error bash -c "'$vorn' '$dir/sum.smt2' >&-"
+
 for fault in invalid_argument length_error runtime_error; do
   run solve 1 "^\(error \"$dir/sum\.smt2:2:9: error: .*planted.*\"\)$" '^$' $fault "$dir/sum.smt2"
   check "solve, interactive: $fault" 1 '^\(error "<stdin>:2:9: error: .*planted.*"\)'$'\n''sat$' '^$' \

@@ -45,7 +45,11 @@ check 'files are left out' 1 '^$' "$full" bash -c "'$vorn' '$chain' '$dir/none.s
 ended() { # COMMAND: its status, with nobody at the other end of the pipe
   bash -c "set -o pipefail; { sleep 0.2; $1; } | true; echo \${PIPESTATUS[0]}"
 }
-check 'broken pipe' 0 '^141$' '^$' ended "exec '$vorn' '$chain'"
+if (($((16#$(awk '/^SigIgn/ { print $2 }' /proc/self/status))) & 1 << 12)); then
+  echo 'SKIPPED: SIGPIPE is ignored here'
+else
+  check 'broken pipe' 0 '^141$' '^$' ended "exec '$vorn' '$chain'"
+fi
 check 'broken pipe, ignored' 0 '^1$' '^vorn: error: cannot write standard output: Broken pipe$' \
   ended "trap '' PIPE; exec '$vorn' '$chain'"
 
@@ -114,7 +118,6 @@ for n in 0 1 2; do
 done
 check 'input closed' 2 '^$' 'no file given' bash -c "'$vorn' <&-"
 check 'a session on closed input' 0 '^$' '^$' bash -c "'$vorn' - <&-"
-script levels.smt2 '(push)(check-sat)(pop)\n'
 check 'a proof after sat' 0 '^sat$' '^$' "$vorn" "$dir/sat.smt2" --proof "$files/sat"
 check 'is there' 0 '^$' '^$' test -e "$files/sat"
 
