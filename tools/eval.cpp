@@ -106,11 +106,8 @@ int evaluate_lines(std::istream& in, std::ostream& out, solver::EncoderKind enco
       answer = fmt::format("error: {}", describe_refusal(error));
       if (is_limit(error)) status = kLimitReached;
     }
-    out << answer << '\n';
-    // A generator that waits for the answer must get it; one that writes ahead is not slowed down.
-    if (in.rdbuf()->in_avail() <= 0) out.flush();
+    out << answer << '\n' << std::flush;  // whoever waits for the answer has to get it
   }
-  out.flush();
   return status;
 }
 

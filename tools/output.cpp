@@ -42,7 +42,9 @@ void prepare_process() {
 
 StandardOutput::StandardOutput()
     : buffer(stdout, "standard output"), previous(std::cout.rdbuf(&buffer)) {
-  // A message must not fail with what it is about; whoever prints answers flushes them.
+  // Neither reading nor a message is to fail with what it would flush: whoever prints answers
+  // flushes them.
+  std::cin.tie(nullptr);
   std::cerr.tie(nullptr);
   std::cout.exceptions(std::ios::badbit);
 }

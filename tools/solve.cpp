@@ -39,12 +39,11 @@ void print_statistics(const std::string& file, const solver::Statistics& s) {
 
 /// Writes what the session was asked to a file of its own and says so. Returns the exit status.
 int report_session(const smt2::Interpreter& interpreter, const std::exception& error) {
-  const std::string name =
-      (std::filesystem::temp_directory_path() / fmt::format("vorn-report-{}.smt2", ::getpid()))
-          .string();
-  std::string where = name;
+  std::string where;
   try {
-    OutputFile file(name, "the report");
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    where = (folder / fmt::format("vorn-report-{}.smt2", ::getpid())).string();
+    OutputFile file(where, "the report");
     file.get_stream() << "; " << describe_defect(error) << '\n' << interpreter.get_state_script();
     file.commit();
   } catch (const std::system_error& failure) {

@@ -175,7 +175,7 @@ int run(int argc, char** argv) {
                "vorn");
   app.set_version_flag("--version", std::string("vorn ") + VORN_VERSION);
   app.footer(
-      "Exit status: 0 done, 1 an error in the input, 2 a usage error, 3 a resource limit was hit, "
+      "Exit status: 0 done, 1 an error, 2 a usage error, 3 a resource limit was hit, "
       "4 an internal error.");
 
   vorn::tools::SolveOptions options;

@@ -175,7 +175,7 @@ void Interpreter::respond(std::string_view text) {
   answered = true;
 }
 
-/// The answer to commands that no other depends on (SMT-LIB 2.6, section 4.1.2).
+/// What is not supported and changes nothing is no error.
 void Interpreter::answer_unsupported(Parser& parser, const Token& /*command*/) {
   parser.close_command();
   respond("unsupported");
