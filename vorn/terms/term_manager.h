@@ -8,6 +8,7 @@
 #define VORN_TERMS_TERM_MANAGER_H
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -118,13 +119,19 @@ class VORN_EXPORT TermManager {
 
   // Bit-vectors -------------------------------------------------------------------------------
 
-  /// The literal of `width` bits with value modulo 2^width; the value must be an integer.
+  /// The literal of `width` bits with value modulo 2^width, whatever the value's sign and size: -1
+  /// is all ones, and of a value that does not fit the low bits stay. It must be an integer.
   const Term* make_bv_number(const QNumber& value, std::size_t width);
   const Term* make_bv_number(int value, std::size_t width);
-  const Term* make_bv_number(std::int64_t value, std::size_t width) {
+  template <std::integral Integer>
+  const Term* make_bv_number(Integer value, std::size_t width) {
     if (value == 0 || value == 1) return make_bv_number(static_cast<int>(value), width);
-    return make_bv_number(QNumber(value), width);
+    return make_bv_number(QNumber::from_integer(value), width);
   }
+  // Anything else would be narrowed to an int without a word.
+  template <class Value>
+    requires(!std::integral<Value> && !std::convertible_to<Value, QNumber>)
+  const Term* make_bv_number(Value value, std::size_t width) = delete;
   /// Bits msb down to lsb of t: msb - lsb + 1 bits.
   const Term* make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t);
   /// a above b.
