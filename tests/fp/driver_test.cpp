@@ -117,6 +117,44 @@ TEST_P(DriverTest, EncodesABitVectorOperationAsALeafAfterItsOperands) {
   EXPECT_TRUE(is_cached(v));
 }
 
+// A lookup that inserts what it does not find tests the load, and a table of 31 buckets grows when
+// more than 21 of its entries are there.
+
+TEST_P(DriverTest, LooksItsResultUpInAWayThatGrowsTheTable) {
+  std::size_t entries = 4;  // the rounding modes
+  for (; entries < 21; ++entries)
+    encode(variable("v", {8, 23}));
+  EXPECT_EQ(encoder.get_bucket_count(), 31U);
+  encode(variable("v", {8, 23}));
+  EXPECT_EQ(encoder.get_bucket_count(), 73U);
+}
+
+TEST_P(DriverTest, GrowsTheTableForATermThatIsCached) {
+  const Term* t = src.make_fp_neg(x);
+  encode(t);
+  for (int entries = 6; entries < 20; ++entries)
+    encode(variable("v", {8, 23}));
+  // The equality of x and its negation makes the twenty-first entry.
+  encode(src.make_equal(x, t));
+  EXPECT_EQ(encoder.get_bucket_count(), 31U);
+  encoder.define_encoding(y, bits("k", 32));
+  EXPECT_EQ(encoder.get_bucket_count(), 31U);
+  encode(t);
+  EXPECT_EQ(encoder.get_bucket_count(), 73U);
+}
+
+TEST_P(DriverTest, LooksTheOperandsOfAnEqualityUpInTheSameWay) {
+  const Term* t = src.make_equal(x, y);
+  encode(x);
+  encode(y);
+  for (int entries = 6; entries < 21; ++entries)
+    encode(variable("v", {8, 23}));
+  encoder.define_encoding(variable("v", {8, 23}), bits("k", 32));
+  EXPECT_EQ(encoder.get_bucket_count(), 31U);
+  encoder.encode_equality(t);
+  EXPECT_EQ(encoder.get_bucket_count(), 73U);
+}
+
 TEST_P(DriverTest, EncodesDeepTermsWithoutNativeRecursion) {
   constexpr int kDepth = 100000;
   const Term* t = x;

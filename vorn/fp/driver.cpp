@@ -29,7 +29,7 @@ const Term* FpBvEncoder::get_bv_encoding(const Term* t, std::vector<const Term*>
     if (u != t) trail.push_back(u);
   }
 
-  const Term* result = get_cached(t);
+  const Term* result = cache.insert({t, nullptr})->value.second;
   side_constraints.swap(*out);
   return result;
 }

@@ -313,6 +313,10 @@ class VORN_EXPORT FpBvEncoder {
   /// In debug mode, tracks what the comparison `t` reads, before it is built: nothing.
   virtual void debug_track_comparison(const Term* t);
 
+  /// The number of buckets in the table of encodings, which depends on how many there were and on
+  /// when they were looked for.
+  std::size_t get_bucket_count() const { return cache.bucket_count(); }
+
   /// The cached encoding of argument i of t.
   const Term* encoded_arg(const Term* t, std::size_t i) const { return get_cached(t->get_arg(i)); }
 
