@@ -64,7 +64,6 @@ class OpenEncoder : public FpBvEncoder {
   using FpBvEncoder::encode_neg;
   using FpBvEncoder::encode_number;
   using FpBvEncoder::encode_sub;
-  using FpBvEncoder::get_bucket_count;
 
   std::function<const Term*(const Term*)> on_isnan;
 
