@@ -1,4 +1,5 @@
 // The walk over a term, the trail, and the bit-vector terms that are handed out.
+#include <cstddef>
 #include <stdexcept>
 
 #include "tests/fp/encoder_fixture.h"
@@ -6,8 +7,17 @@
 namespace vorn::fp {
 namespace {
 
+// The table of encodings, which is private: an explicit instantiation may name it.
+template <auto member>
+struct CacheAccess {
+  friend const TermMap& cache_of(const FpBvEncoder& encoder) { return encoder.*member; }
+};
+template struct CacheAccess<&FpBvEncoder::cache>;
+const TermMap& cache_of(const FpBvEncoder& encoder);
+
 class DriverTest : public EncoderTest {
  protected:
+  std::size_t buckets() const { return cache_of(encoder).bucket_count(); }
   bool is_cached(const Term* t) const { return encoder.get_cached(t) != nullptr; }
 
   const Term* x = variable("x", {8, 23});
@@ -115,6 +125,44 @@ TEST_P(DriverTest, EncodesABitVectorOperationAsALeafAfterItsOperands) {
   const Term* t = src.make_bv_add(v, src.make_bv_number(1, 8));
   EXPECT_EQ(name_of(encode(t)), ".fp.bv3");
   EXPECT_TRUE(is_cached(v));
+}
+
+// A lookup that inserts what it does not find tests the load, and a table of 31 buckets grows when
+// more than 21 of its entries are there.
+
+TEST_P(DriverTest, LooksItsResultUpInAWayThatGrowsTheTable) {
+  std::size_t entries = 4;  // the rounding modes
+  for (; entries < 21; ++entries)
+    encode(variable("v", {8, 23}));
+  EXPECT_EQ(buckets(), 31U);
+  encode(variable("v", {8, 23}));
+  EXPECT_EQ(buckets(), 73U);
+}
+
+TEST_P(DriverTest, GrowsTheTableForATermThatIsCached) {
+  const Term* t = src.make_fp_neg(x);
+  encode(t);
+  for (int entries = 6; entries < 20; ++entries)
+    encode(variable("v", {8, 23}));
+  // The equality of x and its negation makes the twenty-first entry.
+  encode(src.make_equal(x, t));
+  EXPECT_EQ(buckets(), 31U);
+  encoder.define_encoding(y, bits("k", 32));
+  EXPECT_EQ(buckets(), 31U);
+  encode(t);
+  EXPECT_EQ(buckets(), 73U);
+}
+
+TEST_P(DriverTest, LooksTheOperandsOfAnEqualityUpInTheSameWay) {
+  const Term* t = src.make_equal(x, y);
+  encode(x);
+  encode(y);
+  for (int entries = 6; entries < 21; ++entries)
+    encode(variable("v", {8, 23}));
+  encoder.define_encoding(variable("v", {8, 23}), bits("k", 32));
+  EXPECT_EQ(buckets(), 31U);
+  encoder.encode_equality(t);
+  EXPECT_EQ(buckets(), 73U);
 }
 
 TEST_P(DriverTest, EncodesDeepTermsWithoutNativeRecursion) {
@@ -285,7 +333,7 @@ TEST_P(DriverTest, PassesOnWhatTheManagerThrowsAndStaysUsable) {
   EXPECT_THROW(encode(src.make_not(b)), std::invalid_argument);
   EXPECT_EQ(side, Terms{x});
   EXPECT_FALSE(is_cached(b));
-  EXPECT_EQ(name_of(encode(y)), ".fp.f2");
+  EXPECT_EQ(name_of(encode(y)), ".fp.f1");
   EXPECT_EQ(side.size(), 1U);
 }
 

@@ -77,6 +77,10 @@ TEST_F(SymbolMapTest, IsRefusedWhereItIsWrong) {
       {head + "c vorn constant x Bool 1\n", {2, 17}, "a name between bars"},
       {head + "c vorn constant |x Bool 1\n", {2, 17}, "a name between bars"},
       {head + "c vorn constant |\\x| Bool 1\n", {2, 17}, "a backslash"},
+      {head + "c vorn constant |a\\b| Bool 1\n", {2, 17}, "a backslash"},
+      {head + "c vorn constant |a\\x5| Bool 1\n", {2, 17}, "a backslash"},
+      {head + "c vorn constant |a\\x-5| Bool 1\n", {2, 17}, "a backslash"},
+      {head + "c vorn constant |a\\x7cb| Bool 1\n", {2, 17}, "a name cannot hold a bar"},
       {head + "c vorn constant |x| Int 1\n", {2, 21}, "Int"},
       {head + "c vorn constant |x| Bool 6\n", {2, 27}, "'6' is no bit"},
       {head + "c vorn constant |x| Bool 0\n", {2, 27}, "'0' is no bit"},
@@ -93,6 +97,12 @@ TEST_F(SymbolMapTest, IsRefusedWhereItIsWrong) {
       EXPECT_NE(std::string(error.what()).find(c.message), std::string::npos) << error.what();
     }
   }
+}
+
+TEST_F(SymbolMapTest, ANameHasABackslashByItsEscape) {
+  const SymbolMap map = read("c vorn map 1 5\nc vorn constant |a\\x5cb\\x5C| Bool 1\n");
+  ASSERT_EQ(map.constants.size(), 1U);
+  EXPECT_EQ(map.constants[0].name, "a\\b\\");
 }
 
 TEST_F(SymbolMapTest, TellsValuesInASolution) {

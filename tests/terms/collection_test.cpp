@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "vorn/terms/term_manager.h"
@@ -88,6 +91,35 @@ TEST_F(Collection, ForgetsLiterals) {
   number = mgr.make_bv_number(1, 8);
   EXPECT_EQ(number->to_string(), "#x01");
   EXPECT_EQ(mgr.make_bv_number(1, 8), number);
+}
+
+TEST_F(Collection, KeepsWhatIsHeldForAsLongAsItIs) {
+  TermManager other;
+  const Term* foreign = other.make_constant(other.make_unique_symbol("f", other.get_bv_type(8)));
+  const Term* held = mgr.make_bv_not(constant("a"));
+  const Term* held_twice = constant("b");
+  constant("c");
+  const auto holder = [&](std::initializer_list<const Term*> terms) {
+    return std::make_shared<const TermManager::Holder>(
+        [terms = std::vector(terms)](std::vector<const Term*>* out) {
+          out->insert(out->end(), terms.begin(), terms.end());
+        });
+  };
+  auto first = holder({held, held_twice, foreign});
+  auto second = holder({held_twice});
+  mgr.add_holder(first);
+  mgr.add_holder(second);
+  const std::uint64_t before = mgr.get_live_count();
+  mgr.collect({});
+  EXPECT_EQ(mgr.get_live_count(), before - 1);  // c
+  EXPECT_EQ(held->to_string(), "(bvnot a)");
+  first.reset();
+  mgr.collect({});
+  EXPECT_EQ(mgr.get_live_count(), before - 3);
+  EXPECT_EQ(held_twice->to_string(), "b");
+  second.reset();
+  mgr.collect({});
+  EXPECT_EQ(mgr.get_live_count(), before - 4);
 }
 
 TEST_F(Collection, WorksOnManyTermsAtOnce) {

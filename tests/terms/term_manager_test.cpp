@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -240,6 +241,36 @@ TEST(TermManager, NumbersAreReducedToTheirWidth) {
   QNumber value;
   EXPECT_TRUE(mgr.is_number(mgr.make_bv_number(-1, 100), &value));
   EXPECT_EQ(value.to_string(16), std::string(25, 'f'));
+}
+
+template <class Integer>
+class NumbersOf : public testing::Test {};
+using Integers =
+    testing::Types<bool, char, signed char, unsigned char, char8_t, wchar_t, short, unsigned short,
+                   int, unsigned, long, unsigned long, long long, unsigned long long>;
+TYPED_TEST_SUITE(NumbersOf, Integers);
+
+TYPED_TEST(NumbersOf, EveryTypeOfIntegersMeanTheirValues) {
+  TermManager mgr;
+  using Limits = std::numeric_limits<TypeParam>;
+  for (const TypeParam value : {TypeParam{0}, TypeParam{1}, Limits::min(), Limits::max()}) {
+    const QNumber number = QNumber::from_string(std::to_string(value));
+    EXPECT_EQ(mgr.make_bv_number(value, 8), mgr.make_bv_number(number, 8)) << +value;
+    EXPECT_EQ(mgr.make_bv_number(value, 100), mgr.make_bv_number(number, 100)) << +value;
+  }
+}
+
+template <class Value>
+concept IsNumber = requires(TermManager& mgr, Value value) {
+  mgr.make_bv_number(value, 8);
+};
+
+TEST(TermManager, NothingIsNarrowedToANumber) {
+  EXPECT_TRUE(IsNumber<QNumber>);
+  EXPECT_TRUE(IsNumber<SymbolTag::tag>);
+  EXPECT_FALSE(IsNumber<double>);
+  EXPECT_FALSE(IsNumber<float>);
+  EXPECT_FALSE(IsNumber<mpz_class>);
 }
 
 TEST(TermManager, FractionsAreNoBitVectors) {

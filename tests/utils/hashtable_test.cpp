@@ -308,6 +308,17 @@ TEST(Hashtable, ErasesAnywhereInAChain) {
   }
 }
 
+TEST(Hashtable, VisitsEachEntryOnce) {
+  Table table;
+  fill(table, 500);
+  table.erase(17);
+  std::unordered_map<std::uint64_t, std::uint64_t> visited;
+  table.for_each([&](const Pair& entry) { EXPECT_TRUE(visited.insert(entry).second); });
+  EXPECT_EQ(visited.size(), 499U);
+  EXPECT_FALSE(visited.contains(17));
+  EXPECT_EQ(visited.at(499), 1499U);
+}
+
 TEST(Hashtable, ErasingAnAbsentKeyChangesNothing) {
   Table table;
   fill(table, 10);

@@ -9,7 +9,12 @@ namespace vorn::fp {
 
 /// Equality of terms, not of numbers: of bit patterns, or of rounding-mode codes.
 const Term* FpBvEncoder::encode_equality(const Term* t) {
-  return dst_mgr->make_equal(encoded_arg(t, 0), encoded_arg(t, 1));
+  const auto encoding_of = [&](const Term* arg) {
+    return cache.insert({arg, nullptr})->value.second;
+  };
+  const Term* a = encoding_of(t->get_arg(0));
+  const Term* b = encoding_of(t->get_arg(1));
+  return dst_mgr->make_equal(a, b);
 }
 
 const Term* FpBvEncoder::encode_fp_equal(const Term* t) {

@@ -48,6 +48,10 @@ FpBvEncoder::FpBvEncoder(TermManager* src, TermManager* dst, std::size_t mode_wi
   rm_minus_inf_bv = seed_rounding_mode(3, mode_width, src_mgr->make_fprounding_minus_inf());
 
   rounding_counter = const_counter = ite_counter = spare_counter = 1;
+  holder = std::make_shared<const TermManager::Holder>(
+      [this](std::vector<const Term*>* terms) { append_held_terms(terms); });
+  src_mgr->add_holder(holder);
+  if (dst_mgr != src_mgr) dst_mgr->add_holder(holder);
   static_cast<void>(own.release());
 }
 
@@ -65,6 +69,16 @@ void FpBvEncoder::set_method(SymbolTag::tag kind, EncodeMethod method) {
   dispatch.insert({kind, method})->value.second = method;
 }
 
+void FpBvEncoder::append_held_terms(std::vector<const Term*>* terms) const {
+  terms->insert(terms->end(), {rm_even_bv, rm_zero_bv, rm_plus_inf_bv, rm_minus_inf_bv});
+  cache.for_each([&](const auto& entry) {
+    terms->insert(terms->end(), {entry.first, entry.second});
+  });
+  // What was retracted out of turn is still mentioned, and looked up when its turn comes.
+  terms->insert(terms->end(), trail.begin(), trail.end());
+  terms->insert(terms->end(), new_bv_terms.begin(), new_bv_terms.end());
+}
+
 void FpBvEncoder::set_logger(Logger* l) {
   if (logger != nullptr && own_logger) delete logger;
   logger = l;
@@ -79,7 +93,12 @@ void FpBvEncoder::set_debug_flag(bool on) {
   debug = on;
 }
 
+void FpBvEncoder::set_free_constants(bool on) {
+  free_constants = on;
+}
+
 const Term* FpBvEncoder::get_cached(const Term* t) const {
+  if (t == nullptr) return nullptr;
   const TermMap::Node* node = cache.find(t);
   return node == nullptr ? nullptr : node->value.second;
 }

@@ -15,6 +15,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -50,6 +51,11 @@ class VORN_EXPORT FpBvEncoder {
   /// In debug mode every named intermediate value of a circuit is tied to a fresh constant of that
   /// name by a side constraint, so that a model shows it.
   void set_debug_flag(bool on);
+  /// What becomes of a term that nothing is known of: an operation without a circuit, or an
+  /// if-then-else or bits read as a float that have not been given an encoding. It is a constant,
+  /// free to have any value (`on`, as from the start), or an error. Bit-vector operations are
+  /// constants in either case, since get_new_bv_terms tells the owner of them.
+  void set_free_constants(bool on);
 
   // Translation -------------------------------------------------------------------------------
 
@@ -57,18 +63,23 @@ class VORN_EXPORT FpBvEncoder {
   /// rounding mode. `out` receives the constraints that define the fresh constants of this call, in
   /// the order of their making, and loses what it held; they must be asserted beside any use of the
   /// result. `t` must be a floating-point atom or term, a rounding mode, or a bit-vector argument
-  /// of a conversion; the Boolean structure above them is the owner's. Exceptions of the term
-  /// managers pass through; the owner must then retract `t`, since the constraints of what was
-  /// encoded on the way are lost.
+  /// of a conversion; the Boolean structure above them is the owner's.
+  /// Throws std::invalid_argument, having changed nothing, where `t` is null or no term of the
+  /// source; with a sentence of its own where there is Boolean structure or, unless free constants
+  /// are asked for, something without a meaning. Exceptions of the term managers pass through.
+  /// After these the owner must retract `t`, since the constraints of what was encoded on the way
+  /// are lost.
   const Term* get_bv_encoding(const Term* t, std::vector<const Term*>* out);
 
-  /// The cached encoding of `t`, or null.
+  /// The cached encoding of `t`, or null; null for null.
   const Term* get_cached(const Term* t) const;
 
   /// Makes `encoding` the encoding of `t`, which must not have one yet. This is how an owner gives
   /// a meaning to terms that the encoder would replace by fresh constants: if-then-else, bits read
-  /// as a float, bit-vector arguments. The encoding must be a term of the target manager with the
-  /// width that `t` calls for, and have no NaN but the canonical one.
+  /// as a float, bit-vector arguments. The encoding must have no NaN but the canonical one.
+  /// Throws std::invalid_argument, having changed nothing, where `t` has an encoding or is no term
+  /// of the source, or where the encoding is no term of the target or has another sort than `t`
+  /// calls for.
   void define_encoding(const Term* t, const Term* encoding);
 
   /// Whether the encoder has circuits for operations of this kind.
@@ -106,6 +117,8 @@ class VORN_EXPORT FpBvEncoder {
   void set_method(SymbolTag::tag kind, EncodeMethod method);
   /// Adds a Boolean term of the target to the constraints of this call.
   void add_side_constraint(const Term* c) { side_constraints.push_back(c); }
+  /// Appends the terms, of either manager, that the encoder keeps from call to call.
+  virtual void append_held_terms(std::vector<const Term*>* terms) const;
 
   // Leaves (leaves.cpp) -------------------------------------------------------------------------
 
@@ -327,6 +340,8 @@ class VORN_EXPORT FpBvEncoder {
   const Term* make_ite_constant(const Term* ite);
   bool push_missing_args(const Term* t);
   const Term* encode(const Term* t);
+  void check_leaf(const Term* t) const;
+  const DataType* find_encoding_type(const DataType* type);
 
   // Protected are the members that circuits of derived encoders read. The order is fixed.
  protected:
@@ -363,6 +378,9 @@ class VORN_EXPORT FpBvEncoder {
 
  private:
   std::vector<const Term*> new_bv_terms;  // for get_new_bv_terms
+
+  bool free_constants = true;                         // see set_free_constants
+  std::shared_ptr<const TermManager::Holder> holder;  // append_held_terms, for collections
 };
 
 }  // namespace vorn::fp

@@ -30,6 +30,7 @@ namespace vorn::fp {
 class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
  public:
   /// `src` owns the terms to read, `dst` those to build; both are borrowed and may be the same.
+  /// There are no free constants unless set_free_constants asks for them.
   IeeeBvEncoder(TermManager* src, TermManager* dst);
 
   /// As in FpBvEncoder, which has no operation that the theory leaves open.
@@ -40,6 +41,8 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
 
   /// There is a fifth mode, and three of the eight codes of 3 bits stand for none.
   const Term* encode_rounding(const Term* t) override;
+  /// There are constants that retractions leave.
+  void append_held_terms(std::vector<const Term*>* terms) const override;
   /// What is asserted again after a retraction has to be the same formula.
   const Term* make_leaf(const Term* t, const char* prefix, std::int32_t* counter,
                         const DataType* type) override;

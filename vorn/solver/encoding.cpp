@@ -81,6 +81,8 @@ class LineReader {
       name += static_cast<char>(code);
       i += 3;
     }
+    // A backslash may come out of an escape; a bar is in no symbol.
+    if (name.find('|') != std::string::npos) fail("symbol map: a name cannot hold a bar");
     skip(end + 1);
     return name;
   }

@@ -68,10 +68,6 @@ void Translator::finish(const Term* t, Trail<const Term*>* constraints) {
 }
 
 void Translator::encode(const Term* t, Trail<const Term*>* constraints) {
-  if (t->get_arity() != 0 && !encoder.supports(t->get_tag())) {
-    throw std::invalid_argument(std::string(find_operation(t->get_tag())->name) +
-                                " is not supported by this encoder");
-  }
   for (const Term* arg : t->get_args()) {
     if (encoder.get_cached(arg) == nullptr) define(arg, find(arg));
   }
@@ -80,7 +76,7 @@ void Translator::encode(const Term* t, Trail<const Term*>* constraints) {
   try {
     encoder.get_bv_encoding(t, &definitions);
   } catch (const std::invalid_argument& error) {
-    if (t->get_arity() == 0) throw;
+    if (!encoder.supports(t->get_tag())) throw;
     // The base encoder's circuits have no well-formed widths for some formats.
     throw std::invalid_argument(std::string(find_operation(t->get_tag())->name) + " on " +
                                 t->get_arg(t->get_arity() - 1)->get_type()->to_string() +

@@ -19,8 +19,11 @@ namespace vorn::solver {
 /// Translates formulas of one manager within that manager, level by level.
 class Translator {
  public:
+  /// The encoder is to make no free constants from here on.
   Translator(TermManager& manager, fp::FpBvEncoder& fp_encoder)
-      : mgr(manager), encoder(fp_encoder) {}
+      : mgr(manager), encoder(fp_encoder) {
+    encoder.set_free_constants(false);
+  }
 
   /// The translation of a Boolean term. The constraints that must hold beside it are appended to
   /// `constraints`; they stay in force until the level in which they were made is popped.

@@ -5,11 +5,18 @@
 // memory, identifier included, goes to the next term of the same arity. Operands are ordered by
 // identifier, so the order in which identifiers are given again is part of what a session computes:
 // it is that of the identifiers, whatever the order of the tables.
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "vorn/terms/term_manager.h"
 
 namespace vorn {
+
+void TermManager::add_holder(const std::shared_ptr<const Holder>& holder) {
+  std::erase_if(holders, [](const auto& known) { return known.expired(); });
+  holders.push_back(holder);
+}
 
 void TermManager::collect(std::span<const Term* const> roots) {
   const std::vector<bool> live = mark_live(roots);
@@ -52,6 +59,11 @@ std::vector<bool> TermManager::mark_live(std::span<const Term* const> roots) con
   std::vector<const Term*> stack(roots.begin(), roots.end());
   stack.insert(stack.end(), {true_term, false_term});
   stack.insert(stack.end(), rounding_terms.begin(), rounding_terms.end());
+  std::vector<const Term*> held;
+  for (const auto& known : holders) {
+    if (const auto holder = known.lock()) (*holder)(&held);
+  }
+  std::ranges::copy_if(held, std::back_inserter(stack), [this](const Term* t) { return owns(t); });
   while (!stack.empty()) {
     const Term* term = stack.back();
     stack.pop_back();

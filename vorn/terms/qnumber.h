@@ -12,6 +12,7 @@
 
 #include <array>
 #include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -60,6 +61,14 @@ class VORN_EXPORT QNumber {
 
   /// The integer `value` in the small form if it lies within +-(2^63 - 1), else in the big form.
   static QNumber from_mpz(const mpz_class& value);
+  /// The same of a machine integer of at most 64 bits, signed or not.
+  template <std::integral Integer>
+  static QNumber from_integer(Integer value) {
+    static_assert(sizeof(Integer) <= sizeof(std::int64_t));
+    // Promotion makes numbers of characters and truth values.
+    if (std::in_range<std::int64_t>(+value)) return QNumber(static_cast<std::int64_t>(value));
+    return from_mpz(mpz_class(static_cast<unsigned long>(value)));
+  }
   /// Reads an integer ("-12") or fraction ("3/4") in a base from 2 to 36, or a decimal ("-1.25",
   /// no exponent) in base 10.
   /// Throws std::invalid_argument naming the text when it is no number or a denominator is zero.
@@ -103,8 +112,26 @@ class VORN_EXPORT QNumber {
   friend VORN_EXPORT std::strong_ordering operator<=>(const QNumber& a, const QNumber& b);
   friend VORN_EXPORT bool operator==(const QNumber& a, const QNumber& b);
 
-  /// Scratch integers of the GMP paths, one set for each thread.
-  static thread_local std::array<mpz_class, 4> gmp_tmp;
+  /// Scratch integers, made when the first is asked for. Destroying this object destroys nothing,
+  /// so that it serves the destructors of whatever outlives it.
+  class VORN_EXPORT Scratch {
+   public:
+    /// Integer i, below 4; its value is what its last user left.
+    mpz_class& operator[](std::size_t i) {
+      if (integers == nullptr) make();
+      return (*integers)[i];
+    }
+
+   private:
+    using Integers = std::array<mpz_class, 4>;
+    struct Release;
+    void make();
+
+    Integers* integers = nullptr;
+  };
+  /// Scratch integers of the GMP paths, one set for each thread and to its very end: handlers that
+  /// run at exit may compute.
+  static constinit thread_local Scratch gmp_tmp;
 
  private:
   struct Big {

@@ -8,9 +8,11 @@
 #define VORN_TERMS_TERM_MANAGER_H
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <span>
@@ -27,6 +29,10 @@
 #include "vorn/utils/termination_test.h"
 
 namespace vorn {
+
+/// What would be narrowed to an int without a word where an integer is asked for.
+template <class Value>
+concept NoInteger = !std::integral<Value> && !std::convertible_to<Value, QNumber>;
 
 /// Factory and owner of terms, symbols and sorts.
 ///
@@ -90,6 +96,8 @@ class VORN_EXPORT TermManager {
     return make(tag, std::span(indices.begin(), indices.size()),
                 std::span(args.begin(), args.size()));
   }
+  /// Whether `t` is a term of this manager. False for null.
+  bool owns(const Term* t) const { return t != nullptr && t->get_symbol()->owner == this; }
   /// The operation of `t` on other arguments of the same sorts.
   const Term* rebuild(const Term* t, std::span<const Term* const> args);
 
@@ -125,13 +133,17 @@ class VORN_EXPORT TermManager {
 
   // Bit-vectors -------------------------------------------------------------------------------
 
-  /// The literal of `width` bits with value modulo 2^width; the value must be an integer.
+  /// The literal of `width` bits with value modulo 2^width, whatever the value's sign and size: -1
+  /// is all ones, and of a value that does not fit the low bits stay. It must be an integer.
   const Term* make_bv_number(const QNumber& value, std::size_t width);
   const Term* make_bv_number(int value, std::size_t width);
-  const Term* make_bv_number(std::int64_t value, std::size_t width) {
+  template <std::integral Integer>
+  const Term* make_bv_number(Integer value, std::size_t width) {
     if (value == 0 || value == 1) return make_bv_number(static_cast<int>(value), width);
-    return make_bv_number(QNumber(value), width);
+    return make_bv_number(QNumber::from_integer(value), width);
   }
+  template <NoInteger Value>
+  const Term* make_bv_number(Value value, std::size_t width) = delete;
   /// Bits msb down to lsb of t: msb - lsb + 1 bits.
   const Term* make_bv_extract(std::size_t msb, std::size_t lsb, const Term* t);
   /// a above b.
@@ -257,12 +269,17 @@ class VORN_EXPORT TermManager {
   std::uint64_t get_term_count() const { return next_id; }
   /// Number of terms there are.
   std::uint64_t get_live_count() const { return next_id - free_count; }
-  /// Drops every term that is not in `roots` or below them, with the names of the constants among
-  /// them. Sorts, operations' symbols, truth values and rounding modes stay. Identifiers of dropped
-  /// terms are given to new ones, the smallest first among those that one call dropped and that
-  /// have as many arguments, so whoever keeps terms or looks them up by identifier must have
-  /// forgotten them.
+  /// Drops every term that is not in `roots`, held by a holder, or below those, with the names of
+  /// the constants among them. Sorts, operations' symbols, truth values and rounding modes stay.
+  /// Identifiers of dropped terms are given to new ones, the smallest first among those that one
+  /// call dropped and that have as many arguments, so whoever keeps terms or looks them up by
+  /// identifier must have forgotten them, or be a holder as encoders are.
   void collect(std::span<const Term* const> roots);
+  /// Appends the terms that somebody keeps from call to call.
+  using Holder = std::function<void(std::vector<const Term*>* terms)>;
+  /// Collections ask `holder` for terms to keep, as long as it is owned by others. Terms of other
+  /// managers may be among them.
+  void add_holder(const std::shared_ptr<const Holder>& holder);
   /// Bytes that terms and the table that shares them take.
   std::size_t get_term_bytes() const;
 
@@ -357,6 +374,7 @@ class VORN_EXPORT TermManager {
   std::vector<std::vector<Term*>> free_terms;  // dropped ones by arity, to be used again
   std::vector<Symbol*> free_symbols;
   std::uint64_t free_count = 0;
+  std::vector<std::weak_ptr<const Holder>> holders;
 
   const TerminationTest* termtest = nullptr;
   std::size_t steps = 0;  // for asking the test only now and then

@@ -151,6 +151,15 @@ class Hashtable {
     if (renew_buckets) std::vector<Node*>(buckets.size(), nullptr).swap(buckets);
   }
 
+  /// Calls `visit` with each entry, in an order that means nothing.
+  template <class Visit>
+  void for_each(const Visit& visit) const {
+    for (const Node* chain : buckets) {
+      for (const Node* n = chain; n != nullptr; n = n->next)
+        visit(n->value);
+    }
+  }
+
   /// Number of entries, and of buckets.
   std::uint64_t size() const noexcept { return count; }
   std::size_t bucket_count() const noexcept { return buckets.size(); }

@@ -36,6 +36,17 @@ IeeeBvEncoder::IeeeBvEncoder(TermManager* src, TermManager* dst)
   };
   for (const auto& [kind, method] : rows)
     set_method(kind, static_cast<EncodeMethod>(method));
+  set_free_constants(false);
+}
+
+void IeeeBvEncoder::append_held_terms(std::vector<const Term*>* terms) const {
+  FpBvEncoder::append_held_terms(terms);
+  terms->push_back(rm_away_bv);
+  leaves.for_each([&](const auto& entry) {
+    terms->insert(terms->end(), {entry.first, entry.second});
+  });
+  for (const auto& [operation, choice] : zero_choices)
+    terms->push_back(choice);
 }
 
 FpBvEncoder::format IeeeBvEncoder::arg_format(const Term* t, std::size_t i) const {
