@@ -36,16 +36,17 @@ std::vector<std::string> split(const std::string& line) {
   return words;
 }
 
-/// Whether none of the words can be a width beyond the limit that the program would accept.
-bool is_narrow(const std::vector<std::string>& words) {
-  return std::none_of(words.begin(), words.begin() + std::min(words.size(), kHead),
-                      [](const std::string& word) {
-                        std::size_t value = 0;
-                        const char* end = word.data() + word.size();
-                        const auto [stop, error] = std::from_chars(word.data(), end, value);
-                        return error == std::errc() && stop == end && value > kMaxWidth &&
-                               value < TermManager::kMaxWidth;
-                      });
+/// Whether the word may be taken for a width beyond the limit.
+bool is_wide(const std::string& word) {
+  std::size_t value = 0;
+  const char* end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, value);
+  return error == std::errc() && stop == end && value > kMaxWidth && value < TermManager::kMaxWidth;
+}
+
+/// Whether no width of the line is.
+bool is_narrow(std::span<const std::string> words) {
+  return std::ranges::none_of(words.first(std::min(words.size(), kHead)), is_wide);
 }
 
 std::vector<std::string> answer(const std::vector<std::string>& lines,
