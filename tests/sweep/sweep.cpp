@@ -75,7 +75,10 @@ struct Plan {
 class Sweep {
  public:
   Sweep(const Operation& of, const Plan& plan)
-      : operation(of), modes(plan.get_modes(of)), rows(plan.get_rows(of)) {}
+      : operation(of),
+        modes(plan.get_modes(of)),
+        rows(plan.get_rows(of)),
+        in_order(plan.sample == 0) {}
 
   /// True when everything matches and there was something to match.
   bool run(unsigned thread_count) {
@@ -108,7 +111,8 @@ class Sweep {
       const std::vector<std::string> found = circuit.check_row(row, kMostMismatches);
       lock.lock();
       mismatches.insert(mismatches.end(), found.begin(), found.end());
-      if (in_work[thread] % std::max<std::size_t>(rows.size() / kReports, 1) == 0) report();
+      const std::size_t step = std::max<std::size_t>(rows.size() / kReports, 1);
+      if (in_order && in_work[thread] % step == 0) report();
     }
     in_work[thread] = next;
   }
@@ -127,6 +131,7 @@ class Sweep {
   const Operation& operation;
   const std::vector<std::size_t> modes;
   const std::vector<std::uint64_t> rows;
+  const bool in_order;
   const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
   std::mutex mutex;  // guards what follows
   std::size_t next = 0;
