@@ -12,6 +12,7 @@
 namespace vorn {
 
 void TermManager::collect(std::span<const Term* const> roots) {
+  ++collections;
   const std::vector<bool> live = mark_live(roots);
   std::vector<const Term*> dead(next_id, nullptr);  // by identifier
   drop_operations(live, &dead);

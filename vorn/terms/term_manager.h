@@ -256,6 +256,8 @@ class VORN_EXPORT TermManager {
   /// have as many arguments, so whoever keeps terms or looks them up by identifier must have
   /// forgotten them.
   void collect(std::span<const Term* const> roots);
+  /// How often terms were dropped: whoever remembers terms of his own finds out by it.
+  std::uint64_t get_collection_count() const { return collections; }
   /// Bytes that terms and the table that shares them take.
   std::size_t get_term_bytes() const;
 
@@ -349,6 +351,7 @@ class VORN_EXPORT TermManager {
   std::vector<std::vector<Term*>> free_terms;  // dropped ones by arity, to be used again
   std::vector<Symbol*> free_symbols;
   std::uint64_t free_count = 0;
+  std::uint64_t collections = 0;
 
   const Term* true_term = nullptr;
   const Term* false_term = nullptr;
