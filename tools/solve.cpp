@@ -151,6 +151,10 @@ int solve_one(const std::string& file, const SolveOptions& options) {
   solver_options.proof_file = options.proof_file;
   LimitedSolver engine(manager, solver_options, limit);
   smt2::InterpreterOptions session;
+  session.strict = options.strict;
+  if (options.verbose) {
+    session.warn = [](const std::string& warning) { std::cerr << warning << '\n'; };
+  }
   smt2::Interpreter interpreter(manager, engine, std::cout, session);
 
   int status = run(interpreter, file, std::move(text));

@@ -30,6 +30,7 @@ struct SolveOptions {
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;
+  bool strict = false;  // spellings beyond the standard are errors
 };
 
 /// Runs the scripts one after the other, each in a session of its own. Answers go to standard

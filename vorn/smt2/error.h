@@ -1,5 +1,6 @@
-// What a script did wrong and where. One error ends a script: its position is all that a user has
-// to find the cause, so everything that reads a script carries positions along.
+// What a script did wrong and where, and where reading it was ended. One error ends a script: its
+// position is all that a user has to find the cause, so everything that reads a script carries
+// positions along.
 #ifndef VORN_SMT2_ERROR_H
 #define VORN_SMT2_ERROR_H
 
@@ -18,10 +19,11 @@ struct Position {
 
   bool operator==(const Position&) const = default;
 
-  /// Moves past one byte. Continuation bytes of UTF-8 belong to the character before.
-  void advance(char c) {
+  /// Moves past one byte; `next` is the one behind it, or negative. A line ends with a line feed, a
+  /// carriage return, or both. Continuation bytes of UTF-8 belong to the character before.
+  void advance(char c, int next = -1) {
     const auto byte = static_cast<unsigned char>(c);
-    if (byte == '\n') {
+    if (byte == '\n' || (byte == '\r' && next != '\n')) {
       ++line;
       column = 1;
     } else if ((byte & 0xC0U) != 0x80U) {
@@ -52,6 +54,24 @@ class VORN_EXPORT ScriptError : public std::runtime_error {
   std::string file;
   Position position;
   std::string message;
+};
+
+/// Reading was ended because a termination test asked for it. The script is not wrong, but from
+/// this place on it has not been read. Names are as they were before the command.
+class VORN_EXPORT ReadingInterrupted : public std::runtime_error {
+ public:
+  ReadingInterrupted(const std::string& file_name, Position place)
+      : std::runtime_error(file_name + ":" + std::to_string(place.line) + ":" +
+                           std::to_string(place.column) + ": reading was interrupted"),
+        file(file_name),
+        position(place) {}
+
+  const std::string& get_file() const { return file; }
+  Position get_position() const { return position; }
+
+ private:
+  std::string file;
+  Position position;
 };
 
 }  // namespace vorn::smt2

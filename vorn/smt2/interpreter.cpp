@@ -22,6 +22,7 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"declare-fun", &Interpreter::declare_fun},
     {"define-const", &Interpreter::define_const},
     {"define-fun", &Interpreter::define_fun},
+    {"declare-sort", &Interpreter::declare_sort},
     {"define-sort", &Interpreter::define_sort},
     {"assert", &Interpreter::assert_formula},
     {"push", &Interpreter::push},
@@ -36,7 +37,6 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"get-assignment", &Interpreter::get_assignment},
     {"get-unsat-assumptions", &Interpreter::get_unsat_assumptions},
 
-    {"declare-sort"},
     {"declare-datatype"},
     {"declare-datatypes"},
     {"define-fun-rec"},
@@ -54,11 +54,17 @@ const Interpreter::Command* Interpreter::find_command(std::string_view name) {
 
 Interpreter::Interpreter(TermManager& manager, Engine& solver, std::ostream& stream,
                          InterpreterOptions session)
-    : mgr(manager), engine(solver), out(stream), defaults(std::move(session)), options(defaults) {}
+    : mgr(manager),
+      engine(solver),
+      out(stream),
+      defaults(std::move(session)),
+      options(defaults),
+      dialect(defaults.strict, defaults.warn),
+      poll(defaults.termination_test) {}
 
 void Interpreter::run(std::string text, const std::string& file) {
   script = std::make_shared<const std::string>(std::move(text));
-  Parser parser(mgr, symbols, *script, file);
+  Parser parser(mgr, symbols, *script, file, {}, {&dialect, &poll});
   interactive = false;
   exited = false;
   std::optional<Token> name = parser.open_command();
@@ -78,7 +84,7 @@ bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
     script = std::make_shared<const std::string>(std::move(command->text));
     const SymbolTable::Mark mark = symbols.get_mark();
     try {
-      Parser parser(mgr, symbols, *script, file, command->position);
+      Parser parser(mgr, symbols, *script, file, command->position, {&dialect, &poll});
       if (const std::optional<Token> name = parser.open_command()) execute(parser, *name);
     } catch (const ScriptError& error) {
       // Commands change levels only once nothing can fail any more: what is to be undone are names
@@ -101,7 +107,13 @@ void Interpreter::execute(Parser& parser, const Token& name) {
     parser.fail(name.position, fmt::format("{} is not supported", name.text));
   }
   answered = false;
-  (this->*command->handler)(parser, name);
+  const SymbolTable::Mark mark = symbols.get_mark();
+  try {
+    (this->*command->handler)(parser, name);
+  } catch (const ReadingInterrupted&) {
+    symbols.retract(mark);  // levels change once a command has been read
+    throw;
+  }
   if (!answered && options.print_success) out << "success\n";
   out.flush();
 }

@@ -21,11 +21,14 @@
 #include <string_view>
 #include <vector>
 
+#include "vorn/smt2/dialect.h"
 #include "vorn/smt2/parser.h"
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_poll.h"
+#include "vorn/utils/termination_test.h"
 #include "vorn/utils/trail.h"
 #include "vorn/version.h"
 
@@ -46,6 +49,18 @@ struct InterpreterOptions {
   bool global_declarations = false;
   std::uint32_t random_seed = 0;
   std::uint32_t verbosity = 0;
+  /// Options that scripts set and that have no effect here; their values can be asked for.
+  bool produce_unsat_cores = false;
+  bool produce_proofs = false;
+  bool incremental = true;
+  std::uint32_t timeout = 0;
+  std::uint32_t reproducible_resource_limit = 0;
+  /// Whether spellings beyond the standard are errors, and who gets the warnings of them otherwise;
+  /// may be empty.
+  bool strict = false;
+  Dialect::Sink warn = nullptr;
+  /// Asked now and then while scripts are read; borrowed, may be null.
+  const TerminationTest* termination_test = nullptr;
 };
 
 /// One session: names, options and assertions last from one script to the next until `(reset)`.
@@ -55,9 +70,10 @@ class VORN_EXPORT Interpreter {
   Interpreter(TermManager& manager, Engine& solver, std::ostream& stream,
               InterpreterOptions session = {});
 
-  /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError.
-  /// Where the engine or this library is wrong itself, an exception for which is_internal holds
-  /// passes, here and below: the session cannot go on.
+  /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError, and
+  /// ReadingInterrupted where the termination test ended the reading of a command, which then has
+  /// had no effect. So does run_interactive. Where the engine or this library is wrong itself, an
+  /// exception for which is_internal holds passes, here and below: the session cannot go on.
   void run(std::string text, const std::string& file);
   /// Executes commands as they come out of a stream, answering each before it reads the next. An
   /// error is printed as the response `(error "...")`. Returns whether there was none.
@@ -80,11 +96,12 @@ class VORN_EXPORT Interpreter {
     std::string_view name;
     Handler handler = nullptr;  // null: known, and refused by name
   };
-  /// An option with a value of one of two kinds, or of none: known, and unsupported.
+  /// An option with a value of one of three kinds.
   struct Option {
     std::string_view name;
     bool InterpreterOptions::*flag = nullptr;
     std::uint32_t InterpreterOptions::*number = nullptr;
+    std::string_view channel = {};  // the only one that there is
   };
   struct Assertion {
     std::string_view text;  // as the user wrote it, within
@@ -105,6 +122,9 @@ class VORN_EXPORT Interpreter {
   void set_info(Parser& parser, const Token& command);
   void get_info(Parser& parser, const Token& command);
   void set_option(Parser& parser, const Token& command);
+  void set_flag(Parser& parser, const Token& key, const Option& option);
+  void set_number(Parser& parser, const Option& option);
+  void set_channel(Parser& parser, const Option& option);
   void get_option(Parser& parser, const Token& command);
   void echo(Parser& parser, const Token& command);
   void exit(Parser& parser, const Token& command);
@@ -116,6 +136,7 @@ class VORN_EXPORT Interpreter {
   void declare_fun(Parser& parser, const Token& command);
   void define_const(Parser& parser, const Token& command);
   void define_fun(Parser& parser, const Token& command);
+  void declare_sort(Parser& parser, const Token& command);
   void define_sort(Parser& parser, const Token& command);
   void assert_formula(Parser& parser, const Token& command);
   void push(Parser& parser, const Token& command);
@@ -124,7 +145,7 @@ class VORN_EXPORT Interpreter {
   void reset_assertions(Parser& parser, const Token& command);
   void declare(const Token& name, const DataType* type);
   void define(Parser& parser, std::span<const Parameter> parameters, const Token& name);
-  static std::uint32_t read_count(Parser& parser);
+  static std::uint32_t read_count(Parser& parser, const Token& command);
   void drop_garbage();
 
   // Answers (answers.cpp)
@@ -144,6 +165,8 @@ class VORN_EXPORT Interpreter {
   const InterpreterOptions defaults;
 
   InterpreterOptions options;
+  Dialect dialect;
+  TerminationPoll poll;
   SymbolTable symbols;
   std::shared_ptr<const std::string> script;  // what is being executed
   Trail<Assertion> assertions;

@@ -1,8 +1,15 @@
 #include "vorn/smt2/symbol_table.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace vorn::smt2 {
+
+std::string make_term_name(std::string_view name) {
+  std::string result(name);
+  std::ranges::replace(result, '\\', '/');
+  return result;
+}
 
 void SymbolTable::declare(std::string_view name, const Term* constant) {
   define(name, {{}, constant});

@@ -1,2 +1,4 @@
-; expect: 2:18: a quoted symbol cannot contain '\'
+; strict: 2:18: a quoted symbol cannot contain '\'
 (declare-const |a\b| Bool)
+(set-info :status sat)
+(check-sat)
