@@ -67,6 +67,8 @@ set(public_headers
 set(included_headers
     bv/circuits.h
     bv/gates.h
+    smt2/dialect.h
+    smt2/instances.h
     smt2/lexer.h
     smt2/operators.h
     smt2/parser.h
@@ -74,6 +76,7 @@ set(included_headers
     smt2/token_stream.h
     smt2/value.h
     semantics/application.h
+    utils/termination_poll.h
     utils/trail.h)
 foreach(header ${public_headers} ${included_headers})
   get_filename_component(folder ${header} DIRECTORY)

@@ -222,7 +222,8 @@ void encode_script(const EncodeOptions& options) {
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
   solver_options.debug_labels = options.target == EncodeOptions::Target::dot;
-  const FirstCheck check = read_first_check(manager, text, options.file, solver_options);
+  const FirstCheck check =
+      read_first_check(manager, text, options.file, solver_options, {.strict = options.strict});
   if (const std::size_t checks = smt2::count_checks(text, options.file); checks > 1) {
     std::cerr << fmt::format("{}: note: only the first of {} checks is encoded\n",
                              display_name(options.file), checks);

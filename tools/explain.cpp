@@ -149,7 +149,8 @@ int explain_script(const ExplainOptions& options, const std::string& file) {
   TermManager manager;
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
-  const FirstCheck check = read_first_check(manager, text, file, solver_options, true);
+  const FirstCheck check = read_first_check(manager, text, file, solver_options,
+                                            {.strict = options.strict, .decide = true});
   if (const std::size_t checks = smt2::count_checks(text, file); checks > 1) {
     std::cerr << fmt::format("{}: note: only the first of {} checks is explained\n",
                              display_name(file), checks);

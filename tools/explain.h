@@ -13,6 +13,7 @@ struct ExplainOptions {
   /// An operation as in a line of `vorn eval`, or one script; "-" is standard input.
   std::vector<std::string> words;
   solver::EncoderKind encoder = solver::EncoderKind::ieee;
+  bool strict = false;  // spellings of a script beyond the standard are errors
   bool json = false;
 };
 

@@ -68,10 +68,12 @@ std::string read_all(const std::string& file) {
 }
 
 FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
-                            const solver::Options& options, bool decide) {
-  auto engine = std::make_unique<CapturingSolver>(manager, options, decide);
+                            const solver::Options& options, const ReadingOptions& reading) {
+  auto engine = std::make_unique<CapturingSolver>(manager, options, reading.decide);
   std::ostringstream answers;
-  smt2::Interpreter interpreter(manager, *engine, answers);
+  smt2::InterpreterOptions session;
+  session.strict = reading.strict;
+  smt2::Interpreter interpreter(manager, *engine, answers, session);
   const std::string name = display_name(file);
   try {
     interpreter.run(text, name);

@@ -31,10 +31,16 @@ struct FirstCheck {
   std::optional<Answer> answer;  // where it was decided
 };
 
-/// Reads a script up to its first check, and decides that if `decide` holds. Throws
-/// smt2::ScriptError, and std::runtime_error where there is no check.
+/// How a script is read.
+struct ReadingOptions {
+  bool strict = false;  // spellings beyond the standard are errors
+  bool decide = false;  // the check is decided
+};
+
+/// Reads a script up to its first check. Throws smt2::ScriptError, and std::runtime_error where
+/// there is no check.
 FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
-                            const solver::Options& options, bool decide = false);
+                            const solver::Options& options, const ReadingOptions& reading = {});
 
 }  // namespace vorn::tools
 

@@ -76,8 +76,13 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
   return chosen;
 }
 
-smt2::InterpreterOptions choose_session(Limits& limits) {
+smt2::InterpreterOptions choose_session(const SolveOptions& options, Limits& limits) {
   smt2::InterpreterOptions session;
+  session.strict = options.strict;
+  if (options.verbose) {
+    session.warn = [](const std::string& warning) { std::cerr << warning << '\n'; };
+  }
+  session.termination_test = &limits;
   session.diagnostics = &std::cerr;
   session.before_command = [&limits] { limits.start_command(); };
   return session;
@@ -88,7 +93,7 @@ struct Session {
   explicit Session(const SolveOptions& options)
       : limits(options.time_limit),
         engine(manager, choose_solver(options, limits, &logger), limits),
-        interpreter(manager, engine, std::cout, choose_session(limits)) {
+        interpreter(manager, engine, std::cout, choose_session(options, limits)) {
     manager.set_termination_test(&limits);
   }
 

@@ -22,7 +22,7 @@ enum ExitStatus : int {
 struct SolveOptions {
   std::vector<std::string> files;  // "-" is standard input
   solver::EncoderKind encoder = solver::EncoderKind::ieee;
-  std::optional<double> time_limit;  // seconds for each check; more than 0
+  std::optional<double> time_limit;    // seconds for each check; more than 0
   std::optional<double> memory_limit;  // megabytes for all; more than 0
   // Of a single file with a single check; empty for nowhere.
   std::string cnf_file;
@@ -31,6 +31,7 @@ struct SolveOptions {
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;
+  bool strict = false;  // spellings beyond the standard are errors
 };
 
 /// Runs the scripts one after the other, each in a session of its own. Answers and errors of

@@ -42,6 +42,12 @@ std::string is_positive(const std::string& text) {
   return value > 0 ? "" : "must be more than 0, not " + text;
 }
 
+void add_strict_option(CLI::App& app, bool& strict) {
+  app.add_flag("--strict", strict,
+               "refuse spellings of scripts that the standard does not allow, instead of accepting "
+               "those whose meaning is plain");
+}
+
 /// Options that `vorn FILE...` and `vorn solve FILE...` share.
 void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
   app.add_option(
@@ -72,7 +78,9 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       "--no-rewrite", [&options] { options.rewrite = false; },
       "encode floating-point operations as they were asserted");
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
-  app.add_flag("--verbose", options.verbose, "report progress on standard error");
+  app.add_flag("--verbose", options.verbose,
+               "report progress on standard error, and spellings that the standard does not allow");
+  add_strict_option(app, options.strict);
 }
 
 void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
@@ -101,6 +109,7 @@ void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
                  "write to FILE instead of standard output; a circuit is binary if it ends in .aig")
       ->type_name("FILE");
   add_encoder_option(app, options.encoder);
+  add_strict_option(app, options.strict);
 }
 
 void add_explain_options(CLI::App& app, vorn::tools::ExplainOptions& options) {
@@ -112,6 +121,7 @@ void add_explain_options(CLI::App& app, vorn::tools::ExplainOptions& options) {
       ->required();
   app.add_flag("--json", options.json, "print one JSON object, for programs");
   add_encoder_option(app, options.encoder);
+  add_strict_option(app, options.strict);
 }
 
 void add_lift_options(CLI::App& app, vorn::tools::LiftOptions& options) {

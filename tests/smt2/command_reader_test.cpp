@@ -69,6 +69,15 @@ TEST(CommandReader, CountsLinesAndCharacters) {
   EXPECT_EQ(split("(a |b\n c|) (d)"), (Commands{"1:1 (a |b\n c|)", "2:6 (d)"}));
 }
 
+TEST(CommandReader, EndsALineWithALineFeedACarriageReturnOrBoth) {
+  EXPECT_EQ(split("; x\r(a)\r\n(b ; )\r c)\r\r(d)"),
+            (Commands{"2:1 (a)", "3:1 (b ; )\r c)", "6:1 (d)"}));
+}
+
+TEST(CommandReader, HandsOnAByteOrderMarkByItself) {
+  EXPECT_EQ(split("\xEF\xBB\xBF(a)\n(b)"), (Commands{"1:1 \xEF\xBB\xBF", "1:1 (a)", "2:1 (b)"}));
+}
+
 TEST(CommandReader, KeepsCommentsWithinACommandSoThatColumnsStayRight) {
   EXPECT_EQ(split("(a ; \")|(\n b)(c)"), (Commands{"1:1 (a ; \")|(\n b)", "2:4 (c)"}));
 }

@@ -117,6 +117,43 @@ TEST(Options, NumbersAreKeptAndTheSeedReachesTheEngine) {
   EXPECT_EQ(s.error("(set-option :random-seed true)"), "1:26: expected a numeral, got 'true'");
 }
 
+TEST(Options, WhatHasNoEffectIsTakenWithoutAWord) {
+  Session s;
+  EXPECT_EQ(s.run("(set-option :produce-unsat-cores true)(set-option :produce-proofs true)"
+                  "(set-option :incremental false)(set-option :timeout 30000)"
+                  "(set-option :reproducible-resource-limit 7)(set-option :verbosity 1)"
+                  "(set-option :regular-output-channel \"stdout\")"
+                  "(set-option :diagnostic-output-channel \"stderr\")"),
+            "");
+  EXPECT_EQ(s.run("(get-option :produce-unsat-cores)(get-option :produce-proofs)"
+                  "(get-option :incremental)(get-option :timeout)"
+                  "(get-option :reproducible-resource-limit)"
+                  "(get-option :regular-output-channel)(get-option :diagnostic-output-channel)"),
+            "true\ntrue\nfalse\n30000\n7\n\"stdout\"\n\"stderr\"\n");
+  EXPECT_EQ(s.run("(reset)(get-option :produce-unsat-cores)(get-option :timeout)"
+                  "(get-option :incremental)"),
+            "false\n0\ntrue\n");
+}
+
+TEST(Options, AnotherChannelIsUnsupported) {
+  Session s;
+  EXPECT_EQ(s.run("(set-option :regular-output-channel \"/tmp/answers\")"
+                  "(set-option :diagnostic-output-channel \"stdout\")"
+                  "(get-option :regular-output-channel)"),
+            "unsupported\nunsupported\n\"stdout\"\n");
+}
+
+TEST(Options, AValueOfTheWrongKindIsAnError) {
+  Session s;
+  EXPECT_EQ(s.error("(set-option :produce-proofs 1)"), "1:29: expected true or false, got '1'");
+  EXPECT_EQ(s.error("(set-option :timeout 1.5)"), "1:22: expected a numeral, got '1.5'");
+  EXPECT_EQ(s.error("(set-option :timeout)"), "1:21: expected a numeral, got ')'");
+  EXPECT_EQ(s.error("(set-option :regular-output-channel 1)"),
+            "1:37: expected the name of a channel, got '1'");
+  EXPECT_EQ(s.error("(set-option :incremental \"false\")"),
+            "1:26: expected true or false, got '\"false\"'");
+}
+
 TEST(Options, AnotherSeedDropsTheModel) {
   Session s;
   const std::string tail = ": there is no model, the last answer is not sat";

@@ -134,7 +134,41 @@ TEST(Lexer, RefusesWhatIsNeverClosed) {
   EXPECT_EQ(error_of("a\n  \"b\nc"), "t:2:3: error: this string has no closing '\"'");
   EXPECT_EQ(error_of("\"b\"\""), "t:1:1: error: this string has no closing '\"'");
   EXPECT_EQ(error_of("a |b\nc"), "t:1:3: error: this quoted symbol has no closing '|'");
-  EXPECT_EQ(error_of("|a\\b|"), "t:1:3: error: a quoted symbol cannot contain '\\'");
+}
+
+TEST(Lexer, EndsALineWithALineFeedACarriageReturnOrBoth) {
+  const std::vector<Token> tokens = tokens_of("a ;b\rc ;d\r\n\r\n e\n\rf |g\rh| i\r");
+  ASSERT_EQ(tokens.size(), 7U);
+  EXPECT_EQ(tokens[0].position, (Position{1, 1}));
+  EXPECT_EQ(tokens[1].position, (Position{2, 1}));
+  EXPECT_EQ(tokens[1].text, "c");
+  EXPECT_EQ(tokens[2].position, (Position{4, 2}));
+  EXPECT_EQ(tokens[2].text, "e");
+  EXPECT_EQ(tokens[3].position, (Position{6, 1}));
+  EXPECT_EQ(tokens[4].text, "g\rh");
+  EXPECT_EQ(tokens[5].position, (Position{7, 4}));
+  EXPECT_TRUE(tokens[6].is(Kind::end));
+}
+
+TEST(Lexer, PassesOverAByteOrderMarkAtTheBeginningOfAFileOnly) {
+  const std::vector<Token> tokens = tokens_of("\xEF\xBB\xBF(a)");
+  ASSERT_EQ(tokens.size(), 4U);
+  EXPECT_EQ(tokens[0].position, (Position{1, 1}));
+  EXPECT_EQ(tokens[1].text, "a");
+  EXPECT_TRUE(tokens_of("\xEF\xBB\xBF")[0].is(Kind::end));
+  EXPECT_TRUE(error_of("a \xEF\xBB\xBF").starts_with("t:1:3: error: stray byte 0xEF"));
+  EXPECT_TRUE(error_of("\n\xEF\xBB\xBF").starts_with("t:2:1: error: stray byte 0xEF"));
+  EXPECT_TRUE(error_of("\xEF\xBB\xBF\xEF\xBB\xBF").starts_with("t:1:1: error: stray byte 0xEF"));
+  Lexer later("\xEF\xBB\xBF", "t", {3, 1});
+  EXPECT_THROW(later.next(), ScriptError);
+}
+
+TEST(Lexer, TakesAnyByteInCommentsStringsAndBetweenBars) {
+  expect_token("|a\\b|", Kind::quoted_symbol, "a\\b");
+  expect_token("|\\|", Kind::quoted_symbol, "\\");
+  expect_token("|caf\xE9|", Kind::quoted_symbol, "caf\xE9");     // Latin-1
+  expect_token("\"caf\xC3\xA9\"", Kind::string, "caf\xC3\xA9");  // UTF-8
+  EXPECT_EQ(tokens_of("a ; caf\xE9 \xFF\x80\nb").size(), 3U);
 }
 
 TEST(Lexer, CollapsesGaps) {

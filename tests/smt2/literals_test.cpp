@@ -191,6 +191,43 @@ TEST_F(LiteralsTest, ANumberThatIsTooLargeOverflowsByItsMode) {
   EXPECT_EQ(rounded(rtn, QNumber(0) - power(128)), single(0xff800000));
 }
 
+TEST_F(LiteralsTest, AScaledNumberIsRoundedOnce) {
+  const auto scaled = [&](const Term* rm, const QNumber& real, const QNumber& exponent) {
+    return make_float_from_real(mgr, {8, 23}, rm, real, exponent);
+  };
+  EXPECT_EQ(scaled(rne, QNumber(1) / QNumber(2), 3), single(0x40800000));
+  EXPECT_EQ(scaled(rne, 4, -3), single(0x3f000000));
+  // What no float in between could hold: each is the number written out, rounded.
+  for (const int k : {-190, -150, -149, -127, -126, -1, 0, 1, 100, 127, 128}) {
+    const QNumber factor = k < 0 ? QNumber(1) / power(-k) : power(k);
+    for (const Term* rm : {rne, rna, rtp, rtn, rtz}) {
+      for (const int numerator : {1, -1, 3, -7, 12345679}) {
+        const QNumber real = QNumber(numerator) / QNumber(3);
+        EXPECT_EQ(scaled(rm, real, k), rounded(rm, real * factor)) << numerator << " " << k;
+      }
+    }
+  }
+}
+
+TEST_F(LiteralsTest, AScaleMayBeBeyondAllFormats) {
+  const QNumber huge = QNumber::from_string("1000000000000000000000000000000");
+  const auto scaled = [&](const Term* rm, int real, const QNumber& exponent) {
+    return make_float_from_real(mgr, {8, 23}, rm, QNumber(real) / QNumber(3), exponent);
+  };
+  EXPECT_EQ(scaled(rne, 1, huge), single(0x7f800000));
+  EXPECT_EQ(scaled(rtz, 1, huge), single(0x7f7fffff));
+  EXPECT_EQ(scaled(rtn, -1, huge), single(0xff800000));
+  EXPECT_EQ(scaled(rtp, -1, huge), single(0xff7fffff));
+  EXPECT_EQ(scaled(rne, 1, huge.neg()), single(0));
+  EXPECT_EQ(scaled(rtp, 1, huge.neg()), single(1));
+  EXPECT_EQ(scaled(rne, -1, huge.neg()), single(0x80000000));
+  EXPECT_EQ(scaled(rtn, -1, huge.neg()), single(0x80000001));
+  for (const QNumber& exponent : {huge, huge.neg()})
+    EXPECT_EQ(scaled(rtn, 0, exponent), single(0));
+  EXPECT_EQ(error_of([&] { scaled(rne, 1, QNumber(1) / QNumber(2)); }),
+            "to_fp: the exponent must be an integer, got 1/2");
+}
+
 TEST_F(LiteralsTest, ZeroIsPositiveInEveryMode) {
   for (const Term* rm : {rne, rna, rtp, rtn, rtz})
     EXPECT_EQ(rounded(rm, QNumber(0)), single(0));

@@ -55,7 +55,8 @@ TEST_F(OperatorsTest, EveryOperationIsReadUnderItsName) {
     EXPECT_TRUE(found->is_supported()) << op.name;
     if (found->build != nullptr || op.is_printed_only) continue;
     EXPECT_EQ(found->operation, &op) << op.name;
-    EXPECT_EQ(found->min_args, op.get_least_arguments()) << op.name;
+    EXPECT_EQ(found->standard_min_args, op.signature.get_arguments().size()) << op.name;
+    EXPECT_LE(found->min_args, op.get_least_arguments()) << op.name;
     EXPECT_EQ(found->max_args, op.get_most_arguments()) << op.name;
     EXPECT_EQ(found->indices, op.get_index_count()) << op.name;
   }
@@ -67,7 +68,7 @@ TEST_F(OperatorsTest, OfTwoKindsThatPrintAlikeTheGeneralOneIsRead) {
 }
 
 TEST_F(OperatorsTest, NamesThatNothingBuildsAreKnown) {
-  for (const char* name : {"fp.to_real", "select", "store", "+", "bv2nat", "is_int"}) {
+  for (const char* name : {"fp.to_real", "select", "store", "bv2nat", "is_int"}) {
     ASSERT_NE(find_operator(name), nullptr) << name;
     EXPECT_FALSE(find_operator(name)->is_supported()) << name;
   }
@@ -99,7 +100,7 @@ TEST_F(OperatorsTest, ToFpSaysWhatItLacks) {
   EXPECT_EQ(error("to_fp", {3, 6}, {v}),
             "to_fp: a bit-vector of width 8 is no (_ FloatingPoint 3 6)");
   EXPECT_EQ(error("to_fp", {3}, {rm, x}), "to_fp takes 2 indices, got 1");
-  EXPECT_EQ(error("to_fp", {3, 5}, {}), "to_fp takes 1 or 2 arguments, got 0");
+  EXPECT_EQ(error("to_fp", {3, 5}, {}), "to_fp takes 1 to 3 arguments, got 0");
 }
 
 TEST_F(OperatorsTest, LiteralsOfFloatsHaveTheFormatOfTheirNumerals) {
@@ -123,6 +124,89 @@ TEST_F(OperatorsTest, ModesHaveShortAndLongNames) {
     EXPECT_EQ(apply(brief, {}, {}).term, apply(full, {}, {}).term);
     EXPECT_EQ(print(brief, {}, {}), full);
   }
+}
+
+TEST_F(OperatorsTest, ToFpScalesANumber) {
+  const Value rtz = Value::of(mgr.make_fprounding_zero());
+  EXPECT_EQ(print("to_fp", {3, 5}, {rtz, number(1, 3), number(2)}), "(fp #b0 #b011 #b0101)");
+  EXPECT_EQ(print("to_fp", {3, 5}, {rtz, number(-3), number(-2)}), "(fp #b1 #b010 #b1000)");
+  EXPECT_EQ(error("to_fp", {3, 5}, {rtz, number(3), number(1, 2)}),
+            "to_fp: the exponent must be an integer, got 1/2");
+  EXPECT_EQ(error("to_fp", {3, 5}, {rtz, x, number(1)}),
+            "to_fp: expected a number, got a term of (_ FloatingPoint 3 5)");
+  EXPECT_EQ(error("to_fp", {3, 5}, {rtz, number(1), v}),
+            "to_fp: expected a number, got a term of (_ BitVec 8)");
+  EXPECT_EQ(error("to_fp", {3, 5}, {number(1), number(1), number(1)}),
+            "to_fp: expected a rounding mode, got a number");
+  EXPECT_EQ(error("to_fp", {3, 5}, {v, number(1), number(1)}),
+            "to_fp: expected a rounding mode, got a term of (_ BitVec 8)");
+}
+
+TEST_F(OperatorsTest, WhatGroupsToTheLeftIsItsOnlyArgument) {
+  for (const char* name : {"and", "or", "xor"})
+    EXPECT_EQ(apply(name, {}, {p}).term, p.term) << name;
+  for (const char* name : {"bvand", "bvor", "bvxor", "bvadd", "bvmul", "concat"})
+    EXPECT_EQ(apply(name, {}, {v}).term, v.term) << name;
+  EXPECT_EQ(error("xor", {}, {v}), "xor: expected a Bool, got a term of (_ BitVec 8)");
+  EXPECT_EQ(error("bvadd", {}, {p}), "bvadd: expected a bit-vector, got a term of Bool");
+  EXPECT_EQ(error("concat", {}, {x}),
+            "concat: expected a bit-vector, got a term of (_ FloatingPoint 3 5)");
+  EXPECT_TRUE(error("bvadd", {}, {number(1)}).starts_with("bvadd: a number is no operand here"));
+}
+
+TEST_F(OperatorsTest, OneValueIsEqualToAllAndDistinctFromAllOthers) {
+  for (const char* name : {"=", "distinct"}) {
+    for (const Value& only : {p, v, x, rm})
+      EXPECT_EQ(apply(name, {}, {only}).term, mgr.make_true()) << name;
+  }
+  EXPECT_EQ(error("fp.lt", {}, {x}), "fp.lt takes at least 2 arguments, got 1");
+}
+
+TEST_F(OperatorsTest, NumbersAreComputedExactlyFromLeftToRight) {
+  EXPECT_EQ(*apply("+", {}, {number(1, 3), number(1, 6), number(2)}).real, QNumber(5) / QNumber(2));
+  EXPECT_EQ(*apply("-", {}, {number(1, 3), number(1), number(1)}).real, QNumber(-5) / QNumber(3));
+  EXPECT_EQ(*apply("*", {}, {number(2, 3), number(3, 2)}).real, QNumber(1));
+  EXPECT_EQ(*apply("/", {}, {number(7), number(2), number(-3)}).real, QNumber(-7) / QNumber(6));
+  EXPECT_EQ(*apply("+", {}, {number(5)}).real, QNumber(5));
+  EXPECT_EQ(*apply("*", {}, {number(5)}).real, QNumber(5));
+  EXPECT_EQ(error("/", {}, {number(1), number(2), number(0)}), "/: division by zero");
+  EXPECT_EQ(error("/", {}, {number(1)}), "/ takes at least 2 arguments, got 1");
+  EXPECT_EQ(error("+", {}, {number(1), v}), "+: expected a number, got a term of (_ BitVec 8)");
+}
+
+TEST_F(OperatorsTest, NumbersDoNotGrowWithoutBound) {
+  Value big = number(2);
+  std::string message;
+  for (int i = 0; i < 100 && message.empty(); ++i) {
+    try {
+      big = apply("*", {}, {big, big});
+    } catch (const std::invalid_argument& e) {
+      message = e.what();
+    }
+  }
+  EXPECT_EQ(message, "*: a number of 1048578 bits; results go up to 1048576");
+  EXPECT_EQ(error("/", {}, {number(1), big, big}),
+            "/: a number of 1048578 bits; results go up to 1048576");
+}
+
+TEST_F(OperatorsTest, DeparturesAreWhatTheStandardDoesNotHave) {
+  EXPECT_TRUE(find_operator("and")->is_departure(1));
+  EXPECT_FALSE(find_operator("and")->is_departure(2));
+  EXPECT_FALSE(find_operator("and")->is_departure(9));
+  EXPECT_TRUE(find_operator("to_fp")->is_departure(3));
+  EXPECT_FALSE(find_operator("to_fp")->is_departure(2));
+  EXPECT_FALSE(find_operator("-")->is_departure(1));
+  EXPECT_TRUE(find_operator("-")->is_departure(2));
+  EXPECT_FALSE(find_operator("/")->is_departure(2));
+  EXPECT_TRUE(find_operator("/")->is_departure(3));
+  for (const char* name : {"+", "*"}) {
+    EXPECT_TRUE(find_operator(name)->is_departure(1)) << name;
+    EXPECT_TRUE(find_operator(name)->is_departure(2)) << name;
+  }
+  // What is no application at all is an error, whatever the dialect.
+  EXPECT_FALSE(find_operator("and")->is_departure(0));
+  EXPECT_FALSE(find_operator("fp.lt")->is_departure(1));
+  EXPECT_EQ(find_operator("xor")->describe_departure(1), "xor takes at least 2 arguments, got 1");
 }
 
 TEST_F(OperatorsTest, NumbersAreNegatedAndDivided) {
@@ -149,7 +233,7 @@ TEST_F(OperatorsTest, ComplaintsNameWhatWasWrittenAndOperandsInTheirOrder) {
   EXPECT_EQ(error("bvite", {}, {v, v, w}),
             "bvite: expected a bit-vector of width 1, got a term of (_ BitVec 8)");
   EXPECT_EQ(error("ite", {}, {p, v}), "ite takes 3 arguments, got 2");
-  EXPECT_EQ(error("xor", {}, {p}), "xor takes at least 2 arguments, got 1");
+  EXPECT_EQ(error("=>", {}, {p}), "=> takes at least 2 arguments, got 1");
 }
 
 TEST_F(OperatorsTest, ManyArgumentsAreAppliedInOrder) {

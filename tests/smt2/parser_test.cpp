@@ -90,7 +90,10 @@ TEST_F(ParserTest, RefusesWrongSorts) {
   EXPECT_EQ(sort_error("Int"), "1:1: Int is not supported");
   EXPECT_EQ(sort_error(" Real"), "1:2: Real is not supported");
   EXPECT_EQ(sort_error("(Array Int Int)"), "1:2: Array is not supported");
-  EXPECT_EQ(sort_error("(Bool)"), "1:2: the sort Bool takes no sorts as arguments");
+  EXPECT_EQ(sort_error("(Bool Bool)"), "1:2: the sort Bool takes no sorts as arguments");
+  EXPECT_EQ(sort_error("((Bool))"), "1:2: expected the name of a sort, got '('");
+  EXPECT_EQ(sort_error("(BitVec)"), "1:2: the sort BitVec takes no sorts as arguments");
+  EXPECT_EQ(sort_error("(Int)"), "1:2: Int is not supported");
   EXPECT_EQ(sort_error("BitVec"), "1:1: BitVec takes 1 index, got 0");
   EXPECT_EQ(sort_error("(_ BitVec 1 2)"), "1:4: BitVec takes 1 index, got 2");
   EXPECT_EQ(sort_error("(_ FloatingPoint 8)"), "1:4: FloatingPoint takes 2 indices, got 1");
@@ -345,7 +348,8 @@ TEST_F(ParserTest, RefusesWrongNumbersOfArguments) {
   EXPECT_EQ(error("(and)"), "1:2: and takes at least 1 argument, got 0");
   EXPECT_EQ(error("(fp.add x y)"), "1:2: fp.add takes 3 arguments, got 2");
   EXPECT_EQ(error("(bvsub a b c)"), "1:2: bvsub takes 2 arguments, got 3");
-  EXPECT_EQ(error("((_ to_fp 3 5) m x y)"), "1:5: to_fp takes 1 or 2 arguments, got 3");
+  EXPECT_EQ(error("((_ to_fp 3 5) m x y)"),
+            "1:5: to_fp: expected a number, got a term of (_ FloatingPoint 3 5)");
   EXPECT_EQ(error("((_ to_fp 3) m x)"), "1:5: to_fp takes 2 indices, got 1");
   EXPECT_EQ(error("(to_fp m x)"), "1:2: to_fp takes 2 indices, got 0");
   EXPECT_EQ(error("((_ extract 1) a)"), "1:5: extract takes 2 indices, got 1");
@@ -396,7 +400,9 @@ TEST_F(ParserTest, RefusesRealNumbersOutsideOfConversions) {
   EXPECT_EQ(error("((_ to_fp 3 5) m (/ 1 0.0))"), "1:19: /: division by zero");
   EXPECT_EQ(error("((_ to_fp 3 5) m (- a))"),
             "1:19: -: expected a number, got a term of (_ BitVec 8)");
-  EXPECT_EQ(error("((_ to_fp 3 5) m (+ 1 1))"), "1:19: + is not supported");
+  EXPECT_EQ(error("((_ to_fp 3 5) m (+ 1 a))"),
+            "1:19: +: expected a number, got a term of (_ BitVec 8)");
+  EXPECT_EQ(error("((_ to_fp 3 5) m (< 1 1))"), "1:19: < is not supported");
 }
 
 TEST_F(ParserTest, RefusesWrongParentheses) {

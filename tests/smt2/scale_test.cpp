@@ -90,6 +90,34 @@ TEST(Scale, MacrosShareWhatTheirBodiesShare) {
   EXPECT_EQ(s.depth(0), 1000U);
 }
 
+TEST(Scale, LetsThatDoubleAreShared) {
+  DeepSession s;
+  std::string script = "(assert ";
+  for (int i = 0; i < 5000; ++i)
+    script += "(let ((p (xor p p))) ";
+  s.run(script + "p" + repeated(")", 5001));
+  EXPECT_EQ(s.depth(0), 5000U);
+}
+
+TEST(Scale, NumbersThatDoubleAreRefused) {
+  DeepSession s;
+  std::string script = "(assert (fp.isZero (let ((n 3.5)) ";
+  for (int i = 0; i < 100; ++i)
+    script += "(let ((n (* n n))) ";
+  EXPECT_NE(
+      s.error(script + "((_ to_fp 8 24) RNE n)" + repeated(")", 103)).find("results go up to"),
+      std::string::npos);
+}
+
+TEST(Scale, MacrosDoNotWalkWhatIsClosed) {
+  // Each application of f would pass over the body's hundred thousand negations of q.
+  DeepSession s;
+  s.run("(define-fun f2 ((a Bool)) Bool (xor a " + repeated("(not ", kDepth) + "q" +
+        repeated(")", kDepth) + "))");
+  s.assert_nested("(f2 ", "p", ")");
+  EXPECT_EQ(s.depth(0), kDepth);
+}
+
 TEST(Scale, WideOperations) {
   DeepSession s;
   for (const std::string name : {"and", "or", "xor", "=>", "="}) {

@@ -98,8 +98,8 @@ class FakeEngine : public Engine {
 
 /// One interpreter with all that it needs.
 struct Session {
-  explicit Session(bool rewrite = true)
-      : mgr(rewrite), engine(mgr), interpreter(mgr, engine, out) {}
+  explicit Session(bool rewrite = true, const InterpreterOptions& options = {})
+      : mgr(rewrite), engine(mgr), interpreter(mgr, engine, out, options) {}
 
   /// Runs a script that must be right and returns what it printed.
   std::string run(const std::string& text) {

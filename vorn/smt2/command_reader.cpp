@@ -15,6 +15,10 @@ bool is_in(std::string_view characters, int c) {
   return c >= 0 && characters.find(static_cast<char>(c)) != std::string_view::npos;
 }
 
+bool is_line_end(int c) {
+  return c == '\n' || c == '\r';
+}
+
 }  // namespace
 
 /// Moves one byte from the stream to the text; false at the end.
@@ -22,7 +26,7 @@ bool CommandReader::take(std::string* text) {
   const int c = in.get();
   if (c == std::istream::traits_type::eof()) return false;
   text->push_back(static_cast<char>(c));
-  position.advance(text->back());
+  position.advance(text->back(), c == '\r' ? in.peek() : -1);
   return true;
 }
 
@@ -41,7 +45,7 @@ void CommandReader::skip_blanks() {
 /// Leaves the comment out of the text, but for the end of the line.
 void CommandReader::take_comment() {
   std::string comment;
-  while (in.peek() != '\n' && take(&comment))
+  while (!is_line_end(in.peek()) && take(&comment))
     comment.clear();
 }
 
@@ -63,7 +67,7 @@ std::optional<CommandText> CommandReader::next() {
     const int c = in.peek();
     if (c == ';') {
       // Comments keep their place: columns behind them must stay right.
-      while (in.peek() != '\n' && take(&text)) {
+      while (!is_line_end(in.peek()) && take(&text)) {
       }
     } else if (c == '"' || c == '|') {
       take_quoted(&text, static_cast<char>(c));
@@ -76,6 +80,7 @@ std::optional<CommandText> CommandReader::next() {
       }
     }
   } while (depth > 0 && in.peek() != std::istream::traits_type::eof());
+  if (text == kByteOrderMark) position = command.position;
   return command;
 }
 

@@ -27,7 +27,8 @@ class CommandReader {
   explicit CommandReader(std::istream& stream) : in(stream) {}
 
   /// The next command, or what stands in its place: a word, a stray parenthesis, or the rest of the
-  /// stream where a parenthesis, string or quoted symbol is never closed. Nothing at the end.
+  /// stream where a parenthesis, string or quoted symbol is never closed. Nothing at the end. A
+  /// byte-order mark comes by itself and takes no column.
   /// Reads no further than the command.
   std::optional<CommandText> next();
   /// Where the reader is.

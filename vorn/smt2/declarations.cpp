@@ -19,7 +19,7 @@ constexpr std::size_t kMaxLevels = std::size_t{1} << 20;
 // Names -----------------------------------------------------------------------------------------
 
 void Interpreter::declare(const Token& name, const DataType* type) {
-  const Symbol* symbol = mgr.make_unique_symbol(std::string(name.text), type);
+  const Symbol* symbol = mgr.make_unique_symbol(make_term_name(name.text), type);
   symbols.declare(name.text, mgr.make_constant(symbol));
 }
 
@@ -68,6 +68,14 @@ void Interpreter::define_fun(Parser& parser, const Token& /*command*/) {
   define(parser, parser.read_parameters(), name);
 }
 
+/// A declaration that nothing uses does no harm; a use is refused where it stands.
+void Interpreter::declare_sort(Parser& parser, const Token& /*command*/) {
+  const Token name = parser.read_new_sort_symbol();
+  const std::uint32_t arity = parser.get_tokens().expect_index();
+  parser.close_command();
+  symbols.define_sort(name.text, {arity, {}, true});
+}
+
 void Interpreter::define_sort(Parser& parser, const Token& /*command*/) {
   const Token name = parser.read_new_sort_symbol();
   const SortDefinition definition = parser.read_sort_definition();
@@ -94,12 +102,16 @@ void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
 }
 
 /// The number of levels; one when none is given.
-std::uint32_t Interpreter::read_count(Parser& parser) {
-  return parser.get_tokens().at_close() ? 1 : parser.get_tokens().expect_index();
+std::uint32_t Interpreter::read_count(Parser& parser, const Token& command) {
+  TokenStream& tokens = parser.get_tokens();
+  if (!tokens.at_close()) return tokens.expect_index();
+  tokens.depart(Departure::level_count, command.position,
+                [&] { return fmt::format("{} takes a number of levels", command.text); });
+  return 1;
 }
 
 void Interpreter::push(Parser& parser, const Token& command) {
-  const std::uint32_t count = read_count(parser);
+  const std::uint32_t count = read_count(parser, command);
   parser.close_command();
   if (count > kMaxLevels - assertions.get_level()) {
     parser.fail(command.position,
@@ -135,7 +147,7 @@ void Interpreter::pop_to(std::size_t level) {
 }
 
 void Interpreter::pop(Parser& parser, const Token& command) {
-  const std::uint32_t count = read_count(parser);
+  const std::uint32_t count = read_count(parser, command);
   parser.close_command();
   if (count > assertions.get_level()) {
     parser.fail_state(command.position, fmt::format("pop {}: the number of open levels is {}",

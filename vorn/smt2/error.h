@@ -18,10 +18,11 @@ struct Position {
 
   bool operator==(const Position&) const = default;
 
-  /// Moves past one byte. Continuation bytes of UTF-8 belong to the character before.
-  void advance(char c) {
+  /// Moves past one byte; `next` is the one behind it, or negative. A line ends with a line feed, a
+  /// carriage return, or both. Continuation bytes of UTF-8 belong to the character before.
+  void advance(char c, int next = -1) {
     const auto byte = static_cast<unsigned char>(c);
-    if (byte == '\n') {
+    if (byte == '\n' || (byte == '\r' && next != '\n')) {
       ++line;
       column = 1;
     } else if ((byte & 0xC0U) != 0x80U) {

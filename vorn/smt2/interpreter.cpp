@@ -23,6 +23,7 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"declare-fun", &Interpreter::declare_fun},
     {"define-const", &Interpreter::define_const},
     {"define-fun", &Interpreter::define_fun},
+    {"declare-sort", &Interpreter::declare_sort},
     {"define-sort", &Interpreter::define_sort},
     {"assert", &Interpreter::assert_formula},
     {"push", &Interpreter::push},
@@ -39,7 +40,6 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"get-proof", &Interpreter::answer_unsupported},
     {"get-unsat-core", &Interpreter::answer_unsupported},
 
-    {"declare-sort"},
     {"declare-datatype"},
     {"declare-datatypes"},
     {"define-fun-rec"},
@@ -55,7 +55,13 @@ const Interpreter::Command* Interpreter::find_command(std::string_view name) {
 
 Interpreter::Interpreter(TermManager& manager, Engine& solver, std::ostream& stream,
                          InterpreterOptions session)
-    : mgr(manager), engine(solver), out(stream), defaults(std::move(session)), options(defaults) {}
+    : mgr(manager),
+      engine(solver),
+      out(stream),
+      defaults(std::move(session)),
+      options(defaults),
+      dialect(defaults.strict, defaults.warn),
+      poll(defaults.termination_test) {}
 
 void Interpreter::run(std::string text, const std::string& file) {
   errors = Errors::thrown;
@@ -88,7 +94,7 @@ void Interpreter::answer_remaining(const LimitError& error) {
 void Interpreter::execute_all(std::string text, const std::string& file) {
   script = std::make_shared<const std::string>(std::move(text));
   checks_of_script = 0;
-  Parser parser(mgr, symbols, *script, file);
+  Parser parser(mgr, symbols, *script, file, {}, {&dialect, &poll});
   exited = false;
   if (!execute_next(parser, file, {})) parser.fail({}, "the script has no commands");
   while (!exited && execute_next(parser, file, {})) {
@@ -105,7 +111,7 @@ bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
       std::optional<CommandText> command = reader.next();
       if (!command) break;
       script = std::make_shared<const std::string>(std::move(command->text));
-      Parser parser(mgr, symbols, *script, file, command->position);
+      Parser parser(mgr, symbols, *script, file, command->position, {&dialect, &poll});
       execute_next(parser, file, command->position);
     } catch (const ScriptError& error) {
       respond_error(error);

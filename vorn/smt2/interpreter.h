@@ -23,11 +23,14 @@
 #include <system_error>
 #include <vector>
 
+#include "vorn/smt2/dialect.h"
 #include "vorn/smt2/parser.h"
 #include "vorn/smt2/symbol_table.h"
 #include "vorn/terms/engine.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_poll.h"
+#include "vorn/utils/termination_test.h"
 #include "vorn/utils/trail.h"
 #include "vorn/version.h"
 
@@ -52,6 +55,18 @@ struct InterpreterOptions {
   std::ostream* diagnostics = nullptr;
   /// Called before each command is read; may be empty.
   std::function<void()> before_command = {};
+  /// Options that scripts set and that have no effect here; their values can be asked for.
+  bool produce_unsat_cores = false;
+  bool produce_proofs = false;
+  bool incremental = true;
+  std::uint32_t timeout = 0;
+  std::uint32_t reproducible_resource_limit = 0;
+  /// Whether spellings beyond the standard are errors, and who gets the warnings of them otherwise;
+  /// may be empty.
+  bool strict = false;
+  Dialect::Sink warn = nullptr;
+  /// Asked now and then while scripts are read; borrowed, may be null.
+  const TerminationTest* termination_test = nullptr;
 };
 
 /// One session: names, options and assertions last from one script to the next until `(reset)`.
@@ -63,9 +78,9 @@ class VORN_EXPORT Interpreter {
 
   /// Runs a script up to its end or to `(exit)`; `file` names it in errors. Throws ScriptError at
   /// the first error, and a LimitError where the term manager's termination test or lack of memory
-  /// ends a command other than a check. Where the engine or this library is wrong itself, an exception for which
-  /// is_internal holds passes, here and below: the session cannot go on. A std::system_error of the
-  /// engine, which could not write a file, passes too.
+  /// ends a command other than a check. Where the engine or this library is wrong itself, an
+  /// exception for which is_internal holds passes, here and below: the session cannot go on. A
+  /// std::system_error of the engine, which could not write a file, passes too.
   void run(std::string text, const std::string& file);
   /// The same with each error printed as the response `(error "...")`. A StateError ends its
   /// command only, a LimitError the script, and each check that would have followed is answered
@@ -96,11 +111,12 @@ class VORN_EXPORT Interpreter {
     std::string_view name;
     Handler handler = nullptr;  // null: known, and refused by name
   };
-  /// An option with a value of one of two kinds, or of none: known, and unsupported.
+  /// An option with a value of one of three kinds.
   struct Option {
     std::string_view name;
     bool InterpreterOptions::*flag = nullptr;
     std::uint32_t InterpreterOptions::*number = nullptr;
+    std::string_view channel = {};  // the only one that there is
   };
   struct Assertion {
     std::string_view text;  // as the user wrote it, within
@@ -130,6 +146,9 @@ class VORN_EXPORT Interpreter {
   void set_info(Parser& parser, const Token& command);
   void get_info(Parser& parser, const Token& command);
   void set_option(Parser& parser, const Token& command);
+  void set_flag(Parser& parser, const Token& key, const Option& option);
+  void set_number(Parser& parser, const Option& option);
+  void set_channel(Parser& parser, const Option& option);
   void get_option(Parser& parser, const Token& command);
   void echo(Parser& parser, const Token& command);
   void exit(Parser& parser, const Token& command);
@@ -141,6 +160,7 @@ class VORN_EXPORT Interpreter {
   void declare_fun(Parser& parser, const Token& command);
   void define_const(Parser& parser, const Token& command);
   void define_fun(Parser& parser, const Token& command);
+  void declare_sort(Parser& parser, const Token& command);
   void define_sort(Parser& parser, const Token& command);
   void assert_formula(Parser& parser, const Token& command);
   void push(Parser& parser, const Token& command);
@@ -149,7 +169,7 @@ class VORN_EXPORT Interpreter {
   void reset_assertions(Parser& parser, const Token& command);
   void declare(const Token& name, const DataType* type);
   void define(Parser& parser, std::span<const Parameter> parameters, const Token& name);
-  static std::uint32_t read_count(Parser& parser);
+  static std::uint32_t read_count(Parser& parser, const Token& command);
   void pop_to(std::size_t level);
   void drop_garbage();
 
@@ -172,6 +192,8 @@ class VORN_EXPORT Interpreter {
   const InterpreterOptions defaults;
 
   InterpreterOptions options;
+  Dialect dialect;
+  TerminationPoll poll;
   SymbolTable symbols;
   std::shared_ptr<const std::string> script;  // what is being executed
   Trail<Assertion> assertions;

@@ -46,6 +46,10 @@ bool is_separator(char c) {
   return class_of(c) == CharClass::blank || class_of(c) == CharClass::bracket;
 }
 
+bool is_line_end(char c) {
+  return c == '\n' || c == '\r';
+}
+
 template <class Predicate>
 bool all_of(std::string_view text, Predicate holds) {
   for (const char c : text) {
@@ -96,10 +100,21 @@ void Lexer::fail_stray() const {
   fail(position, what + "; a symbol with such characters is written between bars: |...|");
 }
 
+/// Passes over a byte-order mark, which takes no column.
+void Lexer::skip_mark() {
+  if (position != Position{} || !text.starts_with(kByteOrderMark)) return;
+  if (dialect != nullptr) {
+    dialect->depart(Departure::byte_order_mark, file, position,
+                    [] { return "the script begins with a byte-order mark"; });
+  }
+  offset = kByteOrderMark.size();
+}
+
 void Lexer::skip_blanks() {
+  if (offset == 0) skip_mark();
   while (!at_end()) {
     if (text[offset] == ';') {
-      while (!at_end() && text[offset] != '\n')
+      while (!at_end() && !is_line_end(text[offset]))
         advance();
     } else if (class_of(text[offset]) == CharClass::blank) {
       advance();
@@ -135,7 +150,10 @@ Token Lexer::quoted_symbol() {
   const std::size_t begin = offset;
   advance();
   while (!at_end() && text[offset] != '|') {
-    if (text[offset] == '\\') fail(position, "a quoted symbol cannot contain '\\'");
+    if (text[offset] == '\\' && dialect != nullptr) {
+      dialect->depart(Departure::backslash, file, position,
+                      [] { return "a quoted symbol cannot contain '\\'"; });
+    }
     advance();
   }
   if (at_end()) fail(token.position, "this quoted symbol has no closing '|'");
@@ -160,6 +178,16 @@ Token Lexer::string_literal() {
   return token;
 }
 
+/// SMT-LIB 2.6, section 3.1: a numeral is 0 or begins with another digit, a decimal begins with a
+/// numeral.
+void Lexer::check_leading_zero(const Token& token) const {
+  if (dialect == nullptr || token.text.size() < 2) return;
+  if (token.text[0] != '0' || token.text[1] == '.') return;
+  dialect->depart(Departure::leading_zero, file, token.position, [&] {
+    return fmt::format("the number {} begins with a needless zero", token.text);
+  });
+}
+
 Token Lexer::word() {
   Token token{Token::Kind::end, position, {}, {}};
   const std::size_t begin = offset;
@@ -174,6 +202,8 @@ Token Lexer::word() {
   }
   if (token.is(Token::Kind::binary) || token.is(Token::Kind::hexadecimal)) {
     token.text.remove_prefix(2);
+  } else if (token.is(Token::Kind::numeral) || token.is(Token::Kind::decimal)) {
+    check_leading_zero(token);
   }
   return token;
 }

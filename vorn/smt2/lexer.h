@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "vorn/smt2/dialect.h"
 #include "vorn/smt2/error.h"
 #include "vorn/utils/export.h"
 
@@ -44,13 +45,17 @@ struct Token {
   bool is_word(std::string_view word) const { return kind == Kind::symbol && text == word; }
 };
 
-/// Splits a text into tokens. Numerals may have leading zeros, which the standard does not ask for
-/// but whose value is plain.
+/// What some editors write in front of a text in UTF-8.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Splits a text into tokens. A byte-order mark at the beginning of a file, numerals with leading
+/// zeros and backslashes between bars are departures from the standard.
 class VORN_EXPORT Lexer {
  public:
-  /// `start` is the place of the text in the file.
-  Lexer(std::string_view source, std::string file_name, Position start = {})
-      : text(source), file(std::move(file_name)), position(start) {}
+  /// `start` is the place of the text in the file; the dialect is borrowed and may be null.
+  Lexer(std::string_view source, std::string file_name, Position start = {},
+        Dialect* spellings = nullptr)
+      : text(source), file(std::move(file_name)), dialect(spellings), position(start) {}
 
   /// The next token; at the end of the text one of kind `end`, again and again.
   /// Throws ScriptError on anything that is no token.
@@ -60,7 +65,11 @@ class VORN_EXPORT Lexer {
 
  private:
   bool at_end() const { return offset == text.size(); }
-  void advance() { position.advance(text[offset++]); }
+  void advance() {
+    const char c = text[offset++];
+    position.advance(c, at_end() ? -1 : text[offset]);
+  }
+  void skip_mark();
   void skip_blanks();
   Token single(Token::Kind kind);
   Token quoted_symbol();
@@ -68,11 +77,13 @@ class VORN_EXPORT Lexer {
   Token word();
   Token finish(Token token, std::size_t begin, std::size_t fence) const;
   void check_delimiter(const Token& token);
+  void check_leading_zero(const Token& token) const;
   [[noreturn]] void fail(Position place, const std::string& message) const;
   [[noreturn]] void fail_stray() const;
 
   std::string_view text;
   std::string file;
+  Dialect* dialect;
   std::size_t offset = 0;
   Position position;
 };

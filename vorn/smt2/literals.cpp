@@ -85,14 +85,18 @@ const Term* make_float_from_fields(TermManager& mgr, const Term* sign, const Ter
 }
 
 const Term* make_float_from_real(TermManager& mgr, IEEEFloat::format f, const Term* rm,
-                                 const QNumber& real) {
+                                 const QNumber& real, const QNumber& exponent) {
   using enum IEEEFloat::rounding_mode;
   const auto rounded = [&](IEEEFloat::rounding_mode mode) {
     IEEEFloat value(f, mode);
-    value.self_round(real);
+    value.self_round(real, exponent.get_numerator());
     return mgr.make_fp_number(value);
   };
   mgr.get_fp_type(f.e, f.m);
+  if (!exponent.is_integer()) {
+    throw std::invalid_argument("to_fp: the exponent must be an integer, got " +
+                                exponent.to_string());
+  }
   if (!mgr.is_fprounding_type(rm->get_type())) {
     throw std::invalid_argument("to_fp: expected a rounding mode, got a term of " +
                                 rm->get_type()->to_string());

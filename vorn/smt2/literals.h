@@ -32,10 +32,11 @@ const Term* make_float_from_bits(TermManager& mgr, IEEEFloat::format f, const Te
 /// (fp sign exponent fraction)
 const Term* make_float_from_fields(TermManager& mgr, const Term* sign, const Term* exponent,
                                    const Term* fraction);
-/// A real number rounded to the format; for a symbolic rounding mode a choice between the literals
-/// of the five modes.
+/// The number real * 2^exponent rounded once to the format, without building it; for a symbolic
+/// rounding mode a choice between the literals of the five modes. The exponent is an integer of any
+/// size.
 const Term* make_float_from_real(TermManager& mgr, IEEEFloat::format f, const Term* rm,
-                                 const QNumber& real);
+                                 const QNumber& real, const QNumber& exponent = 0);
 
 }  // namespace vorn::smt2
 

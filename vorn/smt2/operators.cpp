@@ -46,7 +46,16 @@ Value from_fields(const Call& c) {
   return Value::of(make_float_from_fields(c.mgr, c.term(0), c.term(1), c.term(2)));
 }
 
-/// to_fp from bits; or, with a rounding mode, from a real number, a float or a signed integer.
+const QNumber& real_operand(std::string_view name, const Value& value) {
+  if (!value.real) {
+    throw std::invalid_argument(
+        fmt::format("{}: expected a number, got a term of {}", name, sort_of(value)));
+  }
+  return *value.real;
+}
+
+/// to_fp from bits; or, with a rounding mode, from a real number, a float or a signed integer; or
+/// from a significand and an exponent of 2, both numbers.
 Value to_fp(const Call& c) {
   const IEEEFloat::format f = format_of(c);
   if (c.args.size() == 1) {
@@ -60,6 +69,11 @@ Value to_fp(const Call& c) {
   }
   if (c.args[0].real) {
     throw std::invalid_argument("to_fp: expected a rounding mode, got a number");
+  }
+  if (c.args.size() == 3) {
+    const QNumber& significand = real_operand("to_fp", c.args[1]);
+    return Value::of(
+        make_float_from_real(c.mgr, f, c.term(0), significand, real_operand("to_fp", c.args[2])));
   }
   if (c.args[1].real) {
     return Value::of(make_float_from_real(c.mgr, f, c.term(0), *c.args[1].real));
@@ -82,27 +96,74 @@ Value to_fp_unsigned(const Call& c) {
 
 // Real numbers ----------------------------------------------------------------------------------
 
-const QNumber& real_operand(std::string_view name, const Value& value) {
-  if (!value.real) {
-    throw std::invalid_argument(fmt::format("{}: expected a number, got a term of {}", name,
-                                            value.term->get_type()->to_string()));
+/// Nobody writes numbers of that size, but a product of products would have it soon.
+constexpr std::size_t kMaxNumberBits = std::size_t{1} << 20;
+
+void check_size(std::string_view name, const QNumber& number) {
+  if (const mpz_class* numerator = number.get_big_numerator()) {
+    const std::size_t bits = mpz_sizeinbase(numerator->get_mpz_t(), 2) +
+                             mpz_sizeinbase(number.get_denominator().get_mpz_t(), 2);
+    if (bits > kMaxNumberBits) {
+      throw std::invalid_argument(
+          fmt::format("{}: a number of {} bits; results go up to {}", name, bits, kMaxNumberBits));
+    }
   }
-  return *value.real;
+}
+
+/// From left to right.
+template <class Combine>
+Value fold_reals(std::string_view name, const Call& c, const Combine& combine) {
+  QNumber result = real_operand(name, c.args[0]);
+  for (const Value& arg : c.args.subspan(1)) {
+    combine(&result, real_operand(name, arg));
+    check_size(name, result);
+  }
+  return Value::of(result);
+}
+
+Value real_plus(const Call& c) {
+  return fold_reals("+", c, [](QNumber* sum, const QNumber& x) { *sum += x; });
 }
 
 Value real_minus(const Call& c) {
-  return Value::of(real_operand("-", c.args[0]).neg());
+  if (c.args.size() == 1) return Value::of(real_operand("-", c.args[0]).neg());
+  return fold_reals("-", c, [](QNumber* difference, const QNumber& x) { *difference -= x; });
+}
+
+Value real_times(const Call& c) {
+  return fold_reals("*", c, [](QNumber* product, const QNumber& x) { *product *= x; });
 }
 
 Value real_divide(const Call& c) {
-  const QNumber& divisor = real_operand("/", c.args[1]);
-  if (divisor.sign() == 0) throw std::invalid_argument("/: division by zero");
-  return Value::of(real_operand("/", c.args[0]) / divisor);
+  return fold_reals("/", c, [](QNumber* quotient, const QNumber& x) {
+    if (x.sign() == 0) throw std::invalid_argument("/: division by zero");
+    *quotient /= x;
+  });
 }
 
 // The table -------------------------------------------------------------------------------------
 
 using Mode = IEEEFloat::rounding_mode;
+
+constexpr bool kTakesReals = true;
+
+/// A function on numbers. The theory of floats has none; a negation and a quotient are how the
+/// standard writes numbers that are not positive decimals, so these are taken for literals.
+constexpr Operator real_function(std::string_view name, Value (*build)(const Call& call),
+                                 std::size_t least, std::size_t literal_args) {
+  Operator row{name, nullptr, build, least, kAnyNumber, 0, kTakesReals};
+  row.standard_min_args = std::max<std::size_t>(literal_args, 1);
+  row.standard_max_args = literal_args;
+  row.departure = Departure::number_arithmetic;
+  return row;
+}
+
+constexpr Operator conversion_of_two_numbers() {
+  Operator row{"to_fp", nullptr, to_fp, 1, 3, 2, kTakesReals};
+  row.standard_max_args = 2;
+  row.departure = Departure::scaled_number;
+  return row;
+}
 
 /// What is no operation of the table: literals, to_fp, which stands for several, and numbers.
 constexpr Operator kForms[] = {
@@ -123,20 +184,45 @@ constexpr Operator kForms[] = {
     {"-oo", nullptr, infinity<true>, 0, 0, 2},
     {"+zero", nullptr, zero<false>, 0, 0, 2},
     {"-zero", nullptr, zero<true>, 0, 0, 2},
-    {"to_fp", nullptr, to_fp, 1, 2, 2, true},
+    conversion_of_two_numbers(),
     {"to_fp_unsigned", nullptr, to_fp_unsigned, 2, 2, 2},
-    {"-", nullptr, real_minus, 1, 1, 0, true},
-    {"/", nullptr, real_divide, 2, 2, 0, true},
+    real_function("-", real_minus, 1, 1),
+    real_function("/", real_divide, 2, 2),
+    real_function("+", real_plus, 1, 0),
+    real_function("*", real_times, 1, 0),
 };
 
 /// Known, and refused by name.
 constexpr std::string_view kRefused[] = {
-    "fp.to_real", "select", "store",  "+",          "*",          "<",         "<=",
-    ">",          ">=",     "div",    "mod",        "abs",        "to_real",   "to_int",
+    "fp.to_real", "select", "store",  "<",          "<=",         ">",
+    ">=",         "div",    "mod",    "abs",        "to_real",    "to_int",
     "is_int",     "bv2nat", "int2bv", "ubv_to_int", "sbv_to_int", "int_to_bv",
 };
 
 using OperatorIndex = std::unordered_map<std::string_view, Operator>;
+
+bool is_grouped_left(const Operation& op) {
+  return op.arity == Arity::left || op.arity == Arity::left_from_one;
+}
+
+/// Whether an application to one argument has a plain meaning: what a function that groups to the
+/// left makes of one argument is that argument, and one value is equal to all and distinct from all
+/// others.
+bool takes_one(const Operation& op) {
+  return is_grouped_left(op) || op.tag == SymbolTag::equal || op.tag == SymbolTag::distinct;
+}
+
+Operator operator_of(const Operation& op) {
+  Operator row{op.name,
+               &op,
+               nullptr,
+               op.get_least_arguments(),
+               op.get_most_arguments(),
+               op.get_index_count()};
+  if (takes_one(op)) row.min_args = 1;
+  row.standard_min_args = op.signature.get_arguments().size();
+  return row;
+}
 
 /// The first of a name counts.
 OperatorIndex index_by_name() {
@@ -145,8 +231,7 @@ OperatorIndex index_by_name() {
     index.emplace(form.name, form);
   for (const Operation& op : get_operations()) {
     if (op.is_printed_only) continue;
-    index.emplace(op.name, Operator{op.name, &op, nullptr, op.get_least_arguments(),
-                                    op.get_most_arguments(), op.get_index_count()});
+    index.emplace(op.name, operator_of(op));
   }
   for (const std::string_view name : kRefused)
     index.emplace(name, Operator{name});
@@ -170,7 +255,31 @@ const Term* apply_operation(const Operation& op, const Call& call) {
   return call.mgr.make(op.tag, std::span(indices).first(call.indices.size()), args);
 }
 
+/// An operation on one argument less than its signature has; see takes_one.
+const Term* apply_to_one(const Operation& op, const Call& call) {
+  const Term* only = call.term(0);
+  const bool fits = op.signature.get_arguments()[0].fits(only->get_type()->get_kind());
+  if (!fits) {
+    // Fails, and says why.
+    const std::array<Value, 2> twice = {call.args[0], call.args[0]};
+    return apply_operation(op, {call.mgr, call.indices, twice});
+  }
+  return is_grouped_left(op) ? only : call.mgr.make_true();
+}
+
 }  // namespace
+
+std::string Operator::describe_departure(std::size_t args) const {
+  if (departure == Departure::number_arithmetic) {
+    return "numbers are put together by - of one argument and / of two only";
+  }
+  try {
+    check_count(name, {"argument", "arguments"}, args, standard_min_args, standard_max_args);
+  } catch (const std::invalid_argument& error) {
+    return error.what();
+  }
+  return "";
+}
 
 const Operator* find_operator(std::string_view name) {
   static const OperatorIndex index = index_by_name();
@@ -189,7 +298,9 @@ Value apply_operator(const Operator& op, const Call& call) {
                     op.name));
   }
   if (op.build != nullptr) return op.build(call);
-  return Value::of(apply_operation(*op.operation, call));
+  const Operation& operation = *op.operation;
+  const bool is_one = call.args.size() == 1 && operation.signature.get_arguments().size() > 1;
+  return Value::of(is_one ? apply_to_one(operation, call) : apply_operation(operation, call));
 }
 
 }  // namespace vorn::smt2

@@ -10,8 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
+#include "vorn/smt2/dialect.h"
 #include "vorn/smt2/value.h"
 #include "vorn/terms/operations.h"
 #include "vorn/terms/term_manager.h"
@@ -29,7 +31,7 @@ struct Call {
 };
 
 /// A name with what builds it: an operation, or a form of the reader.
-struct Operator {
+struct VORN_EXPORT Operator {
   std::string_view name = {};
   const Operation* operation = nullptr;
   Value (*build)(const Call& call) = nullptr;
@@ -37,15 +39,28 @@ struct Operator {
   std::size_t max_args = 0;
   std::size_t indices = 0;
   bool takes_reals = false;
+  /// The numbers of arguments that the standard has, and what another one is. None, where the least
+  /// is above the most: the standard has the name in other theories only.
+  std::size_t standard_min_args = min_args;
+  std::size_t standard_max_args = max_args;
+  Departure departure = Departure::one_argument;
 
   bool is_supported() const { return operation != nullptr || build != nullptr; }
+  /// Whether an application to that many arguments is accepted and beyond the standard.
+  bool is_departure(std::size_t args) const {
+    return args >= min_args && args <= max_args &&
+           (args < standard_min_args || args > standard_max_args);
+  }
+  /// What the standard would have instead.
+  std::string describe_departure(std::size_t args) const;
 };
 
 /// The row of `name`; null when no theory has it.
 VORN_EXPORT const Operator* find_operator(std::string_view name);
 
-/// Applies a supported operator. Throws std::invalid_argument when the numbers of indices or
-/// arguments or the arguments' sorts do not fit.
+/// Applies a supported operator, departures from the standard included. Throws
+/// std::invalid_argument when the numbers of indices or arguments or the arguments' sorts do not
+/// fit.
 VORN_EXPORT Value apply_operator(const Operator& op, const Call& call);
 
 }  // namespace vorn::smt2

@@ -8,9 +8,22 @@
 #include "vorn/smt2/literals.h"
 #include "vorn/smt2/sort_parser.h"
 #include "vorn/smt2/substitution.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::smt2 {
 namespace {
+
+/// -12 and -1.5: symbols to the standard, which no theory has.
+bool is_signed_number(const Token& token) {
+  if (!token.is(Token::Kind::symbol) || !token.text.starts_with('-')) return false;
+  const std::string_view digits = token.text.substr(1);
+  const std::size_t point = digits.find('.');
+  const auto is_number = [](std::string_view part) {
+    return !part.empty() && part.find_first_not_of("0123456789") == std::string_view::npos;
+  };
+  if (point == std::string_view::npos) return is_number(digits);
+  return is_number(digits.substr(0, point)) && is_number(digits.substr(point + 1));
+}
 
 /// Nesting depth of names that are bound around a whole term; forms inside have depths from 1 on.
 constexpr std::size_t kParameterDepth = 0;
@@ -18,16 +31,19 @@ constexpr std::size_t kParameterDepth = 0;
 }  // namespace
 
 Parser::Parser(TermManager& manager, SymbolTable& table, std::string_view text, std::string file,
-               Position start)
-    : mgr(manager), symbols(table), tokens(text, std::move(file), start) {}
+               Position start, ReaderHooks hooks)
+    : mgr(manager), symbols(table), tokens(text, std::move(file), start, hooks) {}
 
-/// Runs `build`; what the term manager refuses is an error at `place`.
+/// Runs `build`; what the term manager refuses is an error at `place`, and what the poll ends is
+/// ended there.
 template <class Build>
 auto Parser::build_at(Position place, const Build& build) const {
   try {
     return build();
   } catch (const std::invalid_argument& error) {
     fail(place, error.what());
+  } catch (const Terminated&) {
+    tokens.interrupt(place);
   }
 }
 
@@ -118,7 +134,7 @@ std::vector<Parameter> Parser::read_parameters() {
     }
     // Under a name of its own, lest it take one that the script declares later.
     const Symbol* fresh =
-        mgr.make_unique_symbol(".parameter." + std::string(name.text), read_sort());
+        mgr.make_unique_symbol(".parameter." + make_term_name(name.text), read_sort());
     parameters.push_back({name.text, mgr.make_constant(fresh)});
     tokens.expect_close("')' to close the parameter");
   }
@@ -226,11 +242,20 @@ Value Parser::symbol(const Token& name) {
   if (const Value* local = locals.find(name.text)) return *local;
   const Function* function = symbols.find(name.text);
   const Operator* op = function == nullptr ? find_operator(name.text) : nullptr;
+  if (function == nullptr && op == nullptr && is_signed_number(name)) return signed_number(name);
   if (function == nullptr && (op == nullptr || !op->is_supported())) fail_unknown(name);
   open_frame(Frame::Kind::application, name, op, function);
   Value value = apply(frames.back(), {});
   close_frame();
   return value;
+}
+
+Value Parser::signed_number(const Token& name) const {
+  tokens.depart(Departure::signed_number, name.position, [&] {
+    return fmt::format("'{}' is a symbol; a negative number is written (- {})", name.text,
+                       name.text.substr(1));
+  });
+  return Value::of(QNumber::from_string(name.text));
 }
 
 void Parser::fail_unknown(const Token& name) const {
@@ -241,9 +266,6 @@ void Parser::fail_unknown(const Token& name) const {
   std::string hint;
   if (is_bv_decimal(name.text)) {
     hint = fmt::format("; a bit-vector is written (_ {} width)", name.text);
-  } else if (name.text.size() > 1 && name.text[0] == '-' && name.text[1] >= '0' &&
-             name.text[1] <= '9') {
-    hint = fmt::format("; a negative number is written (- {})", name.text.substr(1));
   }
   fail(name.position, fmt::format("unknown symbol '{}'{}", name.text, hint));
 }
@@ -307,6 +329,11 @@ std::optional<Value> Parser::indexed_constant() {
   if (is_bv_decimal(name.text)) {
     const std::uint32_t width = tokens.expect_index();
     tokens.expect_close("')' behind the width");
+    if (name.text.size() > 3 && name.text[2] == '0') {
+      tokens.depart(Departure::leading_zero, name.position, [&] {
+        return fmt::format("the number in {} begins with a needless zero", name.text);
+      });
+    }
     return build_at(name.position,
                     [&] { return Value::of(make_bv_decimal(mgr, name.text, width)); });
   }
@@ -345,6 +372,10 @@ Value Parser::close_application(const Token& close) {
 }
 
 Value Parser::apply(const Frame& frame, std::span<const Value> args) {
+  if (frame.op != nullptr && frame.op->is_departure(args.size())) {
+    tokens.depart(frame.op->departure, frame.head.position,
+                  [&] { return frame.op->describe_departure(args.size()); });
+  }
   return build_at(frame.head.position, [&] {
     if (frame.function != nullptr) return apply_function(frame, args);
     return apply_operator(*frame.op, {mgr, std::span(indices).subspan(frame.first_index), args});
@@ -368,7 +399,8 @@ Value Parser::apply_function(const Frame& frame, std::span<const Value> args) {
     }
     terms.push_back(args[i].term);
   }
-  return Value::of(instantiate(mgr, *frame.function, terms));
+  return Value::of(
+      instantiate(mgr, *frame.function, terms, symbols.get_instances(), tokens.get_hooks().poll));
 }
 
 // let and annotations ---------------------------------------------------------------------------

@@ -38,12 +38,13 @@ struct Parameter {
 
 /// Reads one script. Terms are built by the manager; the symbol table says what names mean, and
 /// takes the names that `:named` gives to terms. Everything throws ScriptError at the place that is
-/// wrong. The text must outlive the parser; after an error a parser is of no more use.
+/// wrong, and LimitError where the poll ends it. The text must outlive the parser; after
+/// either a parser is of no more use.
 class VORN_EXPORT Parser {
  public:
-  /// `start` is the place of the text in the file.
+  /// `start` is the place of the text in the file; what the hooks point to is borrowed.
   Parser(TermManager& manager, SymbolTable& table, std::string_view text, std::string file,
-         Position start = {});
+         Position start = {}, ReaderHooks hooks = {});
 
   // Commands ----------------------------------------------------------------------------------
 
@@ -109,6 +110,7 @@ class VORN_EXPORT Parser {
   Value atom(const Token& token);
   Value symbol(const Token& name);
   std::optional<Value> indexed_constant();
+  Value signed_number(const Token& name) const;
   void open_application(const Token& head);
   void open_indexed_application();
   const Operator& find_indexed(const Token& name) const;

@@ -14,7 +14,7 @@ bool is_logic(std::string_view name) {
   static constexpr auto kParts =
       std::to_array<std::string_view>({"AX", "A", "UF", "BV", "FP", "DT", "S", "LIRA", "NIRA",
                                        "LIA", "LRA", "NIA", "NRA", "IDL", "RDL"});
-  if (name == "ALL" || name == "QF_ALL" || name == "HORN") return true;
+  if (name == "ALL" || name == "QF_ALL" || name == "ALL_SUPPORTED" || name == "HORN") return true;
   if (name.starts_with("QF_")) name.remove_prefix(3);
   if (name.empty()) return false;
   while (!name.empty()) {
@@ -41,6 +41,13 @@ const Interpreter::Option Interpreter::kOptions[] = {
     {":global-declarations", &InterpreterOptions::global_declarations},
     {":random-seed", nullptr, &InterpreterOptions::random_seed},
     {":verbosity", nullptr, &InterpreterOptions::verbosity},
+    {":produce-unsat-cores", &InterpreterOptions::produce_unsat_cores},
+    {":produce-proofs", &InterpreterOptions::produce_proofs},
+    {":incremental", &InterpreterOptions::incremental},
+    {":timeout", nullptr, &InterpreterOptions::timeout},
+    {":reproducible-resource-limit", nullptr, &InterpreterOptions::reproducible_resource_limit},
+    {":regular-output-channel", nullptr, nullptr, "stdout"},
+    {":diagnostic-output-channel", nullptr, nullptr, "stderr"},
 };
 
 const Interpreter::Option* Interpreter::find_option(std::string_view name) {
@@ -121,44 +128,55 @@ void Interpreter::set_option(Parser& parser, const Token& /*command*/) {
     respond("unsupported");
     return;
   }
-  if (option->number != nullptr) {
-    const std::uint32_t value = tokens.expect_index();
-    parser.close_command();
-    const bool is_new = options.*option->number != value;
-    options.*option->number = value;
-    if (is_new && option->number == &InterpreterOptions::random_seed) {
-      last_answer.reset();
-      engine.set_seed(value);
-    }
-    return;
-  }
+  if (option->flag != nullptr) set_flag(parser, key, *option);
+  if (option->number != nullptr) set_number(parser, *option);
+  if (!option->channel.empty()) set_channel(parser, *option);
+}
+
+void Interpreter::set_flag(Parser& parser, const Token& key, const Option& option) {
+  TokenStream& tokens = parser.get_tokens();
   const Token value = tokens.next();
   if (!value.is_word("true") && !value.is_word("false")) {
     tokens.fail_expected("true or false", value);
   }
   parser.close_command();
-  if (option->flag == &InterpreterOptions::global_declarations && !symbols.is_empty()) {
+  if (option.flag == &InterpreterOptions::global_declarations && !symbols.is_empty()) {
     parser.fail_state(key.position,
                       ":global-declarations must be set before the first declaration");
   }
-  options.*option->flag = value.is_word("true");
+  options.*option.flag = value.is_word("true");
   symbols.set_global(options.global_declarations);
+}
+
+void Interpreter::set_number(Parser& parser, const Option& option) {
+  const std::uint32_t value = parser.get_tokens().expect_index();
+  parser.close_command();
+  const bool is_new = options.*option.number != value;
+  options.*option.number = value;
+  if (is_new && option.number == &InterpreterOptions::random_seed) {
+    last_answer.reset();
+    engine.set_seed(value);
+  }
+}
+
+void Interpreter::set_channel(Parser& parser, const Option& option) {
+  const Token value = parser.get_tokens().expect(Token::Kind::string, "the name of a channel");
+  parser.close_command();
+  if (value.text != option.channel) respond("unsupported");
 }
 
 void Interpreter::get_option(Parser& parser, const Token& /*command*/) {
   const Token key = parser.get_tokens().expect(Token::Kind::keyword, "an option");
   parser.close_command();
   const Option* option = find_option(key.text);
-  if (option != nullptr && option->number != nullptr) {
-    respond(std::to_string(options.*option->number));
-  } else if (option != nullptr) {
-    respond(options.*option->flag ? "true" : "false");
-  } else if (key.text == ":regular-output-channel") {
-    respond("\"stdout\"");
-  } else if (key.text == ":diagnostic-output-channel") {
-    respond("\"stderr\"");
-  } else {
+  if (option == nullptr) {
     respond("unsupported");
+  } else if (option->flag != nullptr) {
+    respond(options.*option->flag ? "true" : "false");
+  } else if (option->number != nullptr) {
+    respond(std::to_string(options.*option->number));
+  } else {
+    respond(quoted_string(option->channel));
   }
 }
 

@@ -52,6 +52,12 @@ const BuiltinSort* find_builtin(std::string_view name) {
   return nullptr;
 }
 
+/// Whether the sort is supported and complete without indices.
+bool is_plain_sort(std::string_view name) {
+  const BuiltinSort* sort = find_builtin(name);
+  return sort != nullptr && sort->build != nullptr && sort->indices == 0;
+}
+
 }  // namespace
 
 bool is_builtin_sort(std::string_view name) {
@@ -82,6 +88,11 @@ std::optional<SortValue> SortParser::read_step(const Token& token) {
 std::optional<SortValue> SortParser::open_form() {
   if (tokens.peek().is_word("_")) return indexed();
   const Token head = tokens.expect_symbol("the name of a sort");
+  if (is_plain_sort(head.text) && !is_parameter(head) && tokens.at_close()) {
+    tokens.next();
+    note_parentheses(head);
+    return named(head);
+  }
   frames.push_back({head, &find(head), args.size()});
   return std::nullopt;
 }
@@ -90,7 +101,7 @@ SortValue SortParser::close_form(const Token& close) {
   if (frames.empty()) tokens.fail_expected("a sort", close);
   const Frame& frame = frames.back();
   if (args.size() == frame.first_arg && frame.definition->parameters == 0) {
-    fail_applied(frame.head);
+    note_parentheses(frame.head);
   }
   const SortValue sort =
       apply(frame.head, *frame.definition, std::span(args).subspan(frame.first_arg));
@@ -144,6 +155,12 @@ SortValue SortParser::apply(const Token& head, const SortDefinition& definition,
   } catch (const std::invalid_argument& error) {
     tokens.fail(head.position, error.what());
   }
+  if (definition.is_uninterpreted) {
+    tokens.fail(head.position,
+                fmt::format("the sort {} is declared and has no definition: such sorts are not "
+                            "supported",
+                            head.text));
+  }
   return definition.body.type != nullptr ? definition.body : sorts[definition.body.parameter];
 }
 
@@ -163,6 +180,11 @@ void SortParser::fail_unknown(const Token& name) const {
     tokens.fail(name.position, fmt::format("{} is not supported", name.text));
   }
   fail_applied(name);
+}
+
+void SortParser::note_parentheses(const Token& name) const {
+  tokens.depart(Departure::sort_in_parentheses, name.position,
+                [&] { return fmt::format("the sort {} stands without parentheses", name.text); });
 }
 
 void SortParser::fail_applied(const Token& name) const {

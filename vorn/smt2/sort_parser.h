@@ -44,6 +44,7 @@ class SortParser {
                   std::span<const SortValue> sorts) const;
   const SortDefinition& find(const Token& name) const;
   bool is_parameter(const Token& name) const;
+  void note_parentheses(const Token& name) const;
   [[noreturn]] void fail_unknown(const Token& name) const;
   [[noreturn]] void fail_applied(const Token& name) const;
 

@@ -3,33 +3,61 @@
 #include <algorithm>
 #include <cassert>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "vorn/smt2/literals.h"
 #include "vorn/terms/post_order.h"
+#include "vorn/terms/term_set.h"
 
 namespace vorn::smt2 {
 namespace {
 
-/// Rebuilds terms bottom-up, each shared subterm once.
+void step(TerminationPoll* poll) {
+  if (poll != nullptr && poll->is_over()) throw Terminated();
+}
+
+/// The terms of the body that change when the parameters do, arguments first, without the
+/// parameters themselves.
+std::vector<const Term*> list_dependents(const Function& function, TerminationPoll* poll) {
+  TermSet seen;
+  TermSet dependent;
+  for (const Term* parameter : function.parameters) {
+    seen.insert(parameter);
+    dependent.insert(parameter);
+  }
+  std::vector<const Term*> result;
+  walk_post_order<ArgumentOrder::last_to_first>(
+      function.body, [&](const Term* t) { return seen.contains(t); },
+      [&](const Term* t) {
+        step(poll);
+        seen.insert(t);
+        if (std::ranges::none_of(t->get_args(),
+                                 [&](const Term* arg) { return dependent.contains(arg); })) {
+          return;
+        }
+        dependent.insert(t);
+        result.push_back(t);
+      });
+  return result;
+}
+
+/// Rebuilds terms, each once; what has no image stays.
 class Substitution {
  public:
   explicit Substitution(TermManager& manager) : mgr(manager) {}
 
-  void map(const Term* from, const Term* to) { images.emplace(from, to); }
-
-  const Term* apply(const Term* root) {
-    walk_post_order<ArgumentOrder::last_to_first>(
-        root, [this](const Term* t) { return images.contains(t); },
-        [this](const Term* t) { images.emplace(t, rebuilt(t)); });
-    return images.at(root);
+  void map(const Term* from, const Term* to) { images.emplace(from->get_id(), to); }
+  const Term* get_image(const Term* t) const {
+    const auto found = images.find(t->get_id());
+    return found == images.end() ? t : found->second;
   }
 
- private:
+  /// The term with the images of its arguments.
   const Term* rebuilt(const Term* t) {
     args.clear();
     for (const Term* arg : t->get_args())
-      args.push_back(images.at(arg));
+      args.push_back(get_image(arg));
     if (std::ranges::equal(args, t->get_args())) return t;
     if (t->get_tag() == SymbolTag::fp_from_bits) {
       // Bits that have become known make a literal, as they do where they are written out.
@@ -38,20 +66,38 @@ class Substitution {
     return mgr.rebuild(t, args);
   }
 
+ private:
   TermManager& mgr;
-  std::unordered_map<const Term*, const Term*> images;
+  std::unordered_map<std::uint64_t, const Term*> images;  // by identifier
   std::vector<const Term*> args;
 };
 
 }  // namespace
 
 const Term* instantiate(TermManager& mgr, const Function& function,
-                        std::span<const Term* const> args) {
-  assert(args.size() == function.parameters.size());
+                        std::span<const Term* const> args, InstanceCache& cache,
+                        TerminationPoll* poll) {
+  assert(args.size() == function.parameters.size() && !args.empty());
+  cache.renew(mgr);
+  const Term* first = function.parameters.front();
+  InstanceCache::Application application{first};
+  application.insert(application.end(), args.begin(), args.end());
+  if (const Term* known = cache.find(application)) return known;
+
+  const std::vector<const Term*>* dependents = cache.find_dependents(first);
+  if (dependents == nullptr) {
+    dependents = &cache.add_dependents(first, list_dependents(function, poll));
+  }
   Substitution substitution(mgr);
   for (std::size_t i = 0; i < args.size(); ++i)
     substitution.map(function.parameters[i], args[i]);
-  return substitution.apply(function.body);
+  for (const Term* t : *dependents) {
+    step(poll);
+    substitution.map(t, substitution.rebuilt(t));
+  }
+  const Term* instance = substitution.get_image(function.body);
+  cache.add(application, instance);
+  return instance;
 }
 
 }  // namespace vorn::smt2

@@ -1,9 +1,16 @@
 #include "vorn/smt2/symbol_table.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
 namespace vorn::smt2 {
+
+std::string make_term_name(std::string_view name) {
+  std::string result(name);
+  std::ranges::replace(result, '\\', '/');
+  return result;
+}
 
 void SymbolTable::declare(std::string_view name, const Term* constant) {
   add_to(&declarations, Change::Kind::declaration, {std::string(name), constant});

@@ -14,12 +14,17 @@
 #include <unordered_map>
 #include <vector>
 
+#include "vorn/smt2/instances.h"
 #include "vorn/smt2/value.h"
 #include "vorn/terms/term.h"
 #include "vorn/utils/export.h"
 #include "vorn/utils/trail.h"
 
 namespace vorn::smt2 {
+
+/// The name that terms print for a name of a script: the standard has no backslashes in symbols, so
+/// there are none in terms, and slashes instead.
+VORN_EXPORT std::string make_term_name(std::string_view name);
 
 /// What a function symbol stands for: `body` with terms in place of the parameters, which are fresh
 /// constants. A declared constant or a defined one has no parameters.
@@ -35,9 +40,11 @@ struct SortValue {
   std::uint32_t parameter = 0;  // when there is no type
 };
 
+/// A sort that was only declared has no body and cannot be used.
 struct SortDefinition {
   std::uint32_t parameters = 0;
   SortValue body;
+  bool is_uninterpreted = false;
 };
 
 /// The names that commands introduce.
@@ -62,6 +69,8 @@ class VORN_EXPORT SymbolTable {
   void add_label(std::string_view name, const Term* term);
   /// The named Boolean terms in the order of their naming.
   const std::vector<Declaration>& get_labels() const { return labels; }
+  /// What applications of functions have become.
+  InstanceCache& get_instances() { return instances; }
   /// All terms that names stand for, and the parameters of functions.
   void append_terms(std::vector<const Term*>* terms) const;
 
@@ -106,6 +115,7 @@ class VORN_EXPORT SymbolTable {
   std::vector<Declaration> declarations;
   std::vector<Declaration> labels;
   Trail<Change> changes;
+  InstanceCache instances;
   bool global = false;
 };
 

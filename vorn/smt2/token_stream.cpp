@@ -13,8 +13,8 @@ bool is_reserved_word(const Token& token) {
   return token.is(Token::Kind::symbol) && vorn::is_reserved_word(token.text);
 }
 
-TokenStream::TokenStream(std::string_view text, std::string file, Position start)
-    : lexer(text, std::move(file), start) {}
+TokenStream::TokenStream(std::string_view text, std::string file, Position start, ReaderHooks hooks)
+    : owner(hooks), lexer(text, std::move(file), start, hooks.dialect) {}
 
 void TokenStream::fail(Position place, const std::string& message) const {
   throw ScriptError(lexer.get_file(), place, message);
@@ -30,6 +30,10 @@ void TokenStream::fail_expected(std::string_view what, const Token& got) const {
   fail(got.position, fmt::format("expected {}, got {}", what, found));
 }
 
+void TokenStream::interrupt(Position place) const {
+  throw LimitError(lexer.get_file(), place, "the limit of time or memory was reached");
+}
+
 const Token& TokenStream::peek() {
   if (!ahead) ahead = lexer.next();
   if (ahead->is(Token::Kind::end) && !open.empty()) {
@@ -41,6 +45,7 @@ const Token& TokenStream::peek() {
 Token TokenStream::next() {
   last = peek();
   ahead.reset();
+  if (owner.poll != nullptr && owner.poll->is_over()) interrupt(last.position);
   if (last.is(Token::Kind::open)) {
     open.push_back(last.position);
   } else if (last.is(Token::Kind::close)) {

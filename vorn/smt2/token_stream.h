@@ -15,10 +15,11 @@
 
 namespace vorn::smt2 {
 
-/// The tokens of one script. Everything throws ScriptError at the token that is not as expected.
+/// The tokens of one script. Everything throws ScriptError at the token that is not as expected,
+/// and LimitError where the poll says that reading is to end.
 class VORN_EXPORT TokenStream {
  public:
-  TokenStream(std::string_view text, std::string file, Position start = {});
+  TokenStream(std::string_view text, std::string file, Position start = {}, ReaderHooks hooks = {});
 
   // Tokens ------------------------------------------------------------------------------------
 
@@ -48,8 +49,16 @@ class VORN_EXPORT TokenStream {
   [[noreturn]] void fail(Position place, const std::string& message) const;
   [[noreturn]] void fail_state(Position place, const std::string& message, bool unknown) const;
   [[noreturn]] void fail_expected(std::string_view what, const Token& got) const;
+  [[noreturn]] void interrupt(Position place) const;
+  /// A spelling that the standard does not have; `describe()` says why not.
+  template <class Describe>
+  void depart(Departure kind, Position place, const Describe& describe) const {
+    if (owner.dialect != nullptr) owner.dialect->depart(kind, lexer.get_file(), place, describe);
+  }
+  const ReaderHooks& get_hooks() const { return owner; }
 
  private:
+  ReaderHooks owner;
   Lexer lexer;
   // Read on demand only: an error behind a command must not forestall the command's result.
   std::optional<Token> ahead;

@@ -1,6 +1,6 @@
 // What an expression of a script stands for while it is read.
 //
-// Besides terms there are real numbers: literals, their negations and quotients. No term has the
+// Besides terms there are real numbers: literals and what is computed from them. No term has the
 // sort Real; such a value lives only until `to_fp` rounds it to a format.
 #ifndef VORN_SMT2_VALUE_H
 #define VORN_SMT2_VALUE_H

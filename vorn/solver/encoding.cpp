@@ -157,7 +157,7 @@ MappedTerm read_choice(TermManager& manager, LineReader& line, std::uint64_t var
 std::string line_symbol(std::string_view name) {
   std::string text = "|";
   for (const char c : name) {
-    if (is_control(c)) {
+    if (is_control(c) || c == '\\') {
       text += fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
     } else {
       text += c;

@@ -10,7 +10,7 @@
 //     vorn choice WIDTH BIT...
 //
 // A bit is a literal, T or F; the most significant one comes first. Names stand between bars, with
-// line breaks and other control characters as `\xHH`. The choices are those of find_open_terms, in
+// control characters and backslashes as `\xHH`. The choices are those of find_open_terms, in
 // its order.
 #ifndef VORN_SOLVER_ENCODING_H
 #define VORN_SOLVER_ENCODING_H
@@ -57,7 +57,7 @@ struct SymbolMap {
   std::vector<MappedTerm> choices;    // in the order of find_open_terms
 };
 
-/// The symbol between bars, on one line.
+/// The symbol between bars, on one line; control characters and backslashes as `\xHH`.
 VORN_EXPORT std::string line_symbol(std::string_view name);
 
 /// The lines of the map, without "c ".

@@ -19,6 +19,7 @@ void TermManager::add_holder(const std::shared_ptr<const Holder>& holder) {
 }
 
 void TermManager::collect(std::span<const Term* const> roots) {
+  ++collections;
   const std::vector<bool> live = mark_live(roots);
   std::vector<const Term*> dead(next_id, nullptr);  // by identifier
   drop_operations(live, &dead);

@@ -119,7 +119,7 @@ void IEEEFloat::self_largest(bool negative) {
   set(negative, fmt.max_exponent() - 1, BVNumber::all_ones(fmt.m));
 }
 
-void IEEEFloat::self_round(const QNumber& value) {
+void IEEEFloat::self_round(const QNumber& value, const mpz_class& exponent) {
   const mpz_class n = abs(value.get_numerator());
   const mpz_class d = value.get_denominator();
   if (n == 0) {
@@ -134,7 +134,7 @@ void IEEEFloat::self_round(const QNumber& value) {
   mpz_class q;
   mpz_class r;
   mpz_fdiv_qr(q.get_mpz_t(), r.get_mpz_t(), scaled.get_mpz_t(), d.get_mpz_t());
-  self_round(value.sign() < 0, q, -mpz_class(static_cast<unsigned long>(scale)), r != 0);
+  self_round(value.sign() < 0, q, exponent - static_cast<unsigned long>(scale), r != 0);
 }
 
 void IEEEFloat::self_round(bool negative, const mpz_class& significand, const mpz_class& exponent,

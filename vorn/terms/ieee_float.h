@@ -68,7 +68,9 @@ class VORN_EXPORT IEEEFloat {
   void self_largest(bool negative);
   /// The rational `value` rounded in this float's mode, overflow and underflow as IEEE 754-2019,
   /// clauses 4.3 and 7.4, have them. Zero becomes +0.
-  void self_round(const QNumber& value);
+  void self_round(const QNumber& value) { self_round(value, 0); }
+  /// The same for `value` * 2^`exponent`, rounded once; no number of that size is built.
+  void self_round(const QNumber& value, const mpz_class& exponent);
   /// The same for (-1)^negative * (significand + t) * 2^exponent with significand > 0 and, if
   /// `sticky`, some 0 < t < 1, else t = 0. With `sticky` the significand must have at least m + 3
   /// bits.

@@ -280,6 +280,8 @@ class VORN_EXPORT TermManager {
   /// Collections ask `holder` for terms to keep, as long as it is owned by others. Terms of other
   /// managers may be among them.
   void add_holder(const std::shared_ptr<const Holder>& holder);
+  /// How often terms were dropped: whoever remembers terms of his own finds out by it.
+  std::uint64_t get_collection_count() const { return collections; }
   /// Bytes that terms and the table that shares them take.
   std::size_t get_term_bytes() const;
 
@@ -375,6 +377,7 @@ class VORN_EXPORT TermManager {
   std::vector<Symbol*> free_symbols;
   std::uint64_t free_count = 0;
   std::vector<std::weak_ptr<const Holder>> holders;
+  std::uint64_t collections = 0;
 
   const TerminationTest* termtest = nullptr;
   std::size_t steps = 0;  // for asking the test only now and then

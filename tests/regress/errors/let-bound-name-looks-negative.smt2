@@ -1,3 +1,3 @@
-; expect: 3:31: unknown symbol '-2'; a negative number is written (- 2)
+; expect: 3:24: and: a number is no operand here; to_fp makes it a float, (_ bvN width) writes a bit-vector
 (declare-const p Bool)
 (assert (let ((-1 p)) (and -1 -2)))

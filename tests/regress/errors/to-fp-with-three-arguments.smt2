@@ -1,3 +1,3 @@
-; expect: 3:23: to_fp takes 1 or 2 arguments, got 3
+; expect: 3:23: to_fp: expected a number, got a term of (_ FloatingPoint 8 24)
 (declare-const x Float32)
 (assert (fp.isNaN ((_ to_fp 8 24) RNE x x)))

@@ -1,3 +1,0 @@
-; expect: 3:10: distinct takes at least 2 arguments, got 1
-(declare-const p Bool)
-(assert (distinct p))

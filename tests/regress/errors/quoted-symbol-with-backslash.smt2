@@ -1,2 +1,0 @@
-; expect: 2:18: a quoted symbol cannot contain '\'
-(declare-const |a\b| Bool)

@@ -1,2 +1,0 @@
-; expect: 2:19: the sort Bool takes no sorts as arguments
-(declare-const f (Bool))

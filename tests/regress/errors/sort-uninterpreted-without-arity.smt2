@@ -1,0 +1,2 @@
+; expect: 2:16: expected a numeral, got ')'
+(declare-sort U)

@@ -1,3 +1,0 @@
-; expect: 3:10: xor takes at least 2 arguments, got 1
-(declare-const p Bool)
-(assert (xor p))

@@ -1,0 +1,5 @@
+; strict: 3:15: bvadd takes at least 2 arguments, got 1
+(declare-const a (_ BitVec 8))
+(assert (= a (bvadd a)))
+(set-info :status sat)
+(check-sat)

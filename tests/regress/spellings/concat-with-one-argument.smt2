@@ -1,0 +1,5 @@
+; strict: 3:15: concat takes at least 2 arguments, got 1
+(declare-const a (_ BitVec 8))
+(assert (= a (concat a)))
+(set-info :status sat)
+(check-sat)

@@ -1,0 +1,4 @@
+; strict: 2:48: numbers are put together by - of one argument and / of two only
+(assert (distinct ((_ to_fp 8 24) RNE (/ (+ 1 (* 2 3)) (- 10 3.0))) (fp #b0 #x7f #b00000000000000000000000)))
+(set-info :status unsat)
+(check-sat)
