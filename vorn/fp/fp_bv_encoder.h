@@ -283,14 +283,14 @@ class VORN_EXPORT FpBvEncoder {
     const Term* sx;  // signs of the operands as given
     const Term* sy;
     const Term* samesign;    // 1 bit
-    const Term* x_bigger;    // Boolean: x has the larger exponent, or they tie
+    const Term* x_bigger;    // Boolean: x has the larger exponent, or they tie; exact: magnitude
     const Term* exp_bigger;  // e bits
     const Term* distance;    // e bits, unsigned
     const Term* big;         // m + 1 bits each
     const Term* small;
   };
   const Term* enc_add_sub(const Term* t, bool is_sub);
-  Addends enc_add_unpack(format fmt, const Term* x, const Term* y);
+  virtual Addends enc_add_unpack(format fmt, const Term* x, const Term* y);
   /// The distance capped at m + 3, in m + 1 bits.
   const Term* enc_add_distance(format fmt, const Term* dist0);
   /// `small` (m + 1 bits) moved down by dist0 within m + 4 bits, three of them below its own; the
@@ -298,7 +298,7 @@ class VORN_EXPORT FpBvEncoder {
   virtual const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
                                     const Term** sticky);
   /// The magnitude of the sum in m + 6 bits, and the sign of the difference.
-  const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign);
+  virtual const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign);
   /// The final result, once the sign of an exact zero is chosen.
   virtual const Term* enc_add_zero_result(const Term* rm, format fmt, const Term* x, const Term* y,
                                           const Term* rounded);

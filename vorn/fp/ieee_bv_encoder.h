@@ -55,6 +55,10 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
                                      const Term* least, const Term* sticky) override;
   /// The base loses the bits that a subnormal result shifts out, and its exponent can wrap.
   const Term* enc_round(const Term* rm, format fmt, const Unrounded& value) override;
+  /// The base orders by exponents, so that a difference may be negative, and has an adder for each
+  /// of sum, difference and negation.
+  Addends enc_add_unpack(format fmt, const Term* x, const Term* y) override;
+  const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign) override;
   /// One shifter that collects the sticky bit is smaller than the base's two, and serves m = 1.
   const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
                             const Term** sticky) override;

@@ -131,36 +131,6 @@ void IeeeBvEncoder::enc_normalization_shift_log(format /*fmt*/, const Term** exp
   *exp = mgr.make_bv_sub(*exp, mgr.make_bv_zero_extend(width_of(*exp) - S, lz));
 }
 
-const Term* IeeeBvEncoder::enc_add_align(format /*fmt*/, const Term* small, const Term* dist0,
-                                         const Term** sticky) {
-  debug_track_term(dist0, "add_distance");
-  const Term* aligned = enc_shift_right_sticky(dst_mgr->make_bv_concat(small, bv(0, 3)), dist0);
-  *sticky = dst_mgr->make_bv_extract(0, 0, aligned);
-  debug_track_term(aligned, "add_aligned");
-  return aligned;
-}
-
-/// A sum is zero only if it is exact. Of zeros of one sign it keeps that sign, which is the sign it
-/// was rounded with; otherwise the rounding mode decides (IEEE 754-2019, clause 6.3).
-const Term* IeeeBvEncoder::enc_add_zero_result(const Term* rm, format fmt, const Term* x,
-                                               const Term* y, const Term* rounded) {
-  TermManager& mgr = *dst_mgr;
-  const std::size_t w = fmt.e + fmt.m;
-  const Term* absres = mgr.make_bv_extract(w - 1, 0, rounded);
-  debug_track_term(absres, "add_absres");
-  const Term* sx = mgr.make_bv_extract(w, w, x);
-  const Term* sy = mgr.make_bv_extract(w, w, y);
-  const Term* opposite = mgr.make_bv_not(mgr.make_bv_comp(sx, sy));
-  const Term* zero = enc_is_zero(rounded, fmt);
-  const Term* cancelled = mgr.make_bv_and(zero, opposite);
-  const Term* negative = mgr.make_bv_comp(rm, rm_minus_inf_bv);
-  const Term* rounded_sign = mgr.make_bv_extract(w, w, rounded);
-  const Term* sign = enc_make_ite(cancelled, negative, rounded_sign);
-  debug_track_term(cancelled, "add_cancelled");
-  debug_track_term(sign, "add_sign");
-  return mgr.make_bv_concat(sign, absres);
-}
-
 /// Exponents of normalised operands go down to 1 - bias - m, and differences are twice as far from
 /// zero.
 std::size_t IeeeBvEncoder::enc_div_extension(format fmt) const {
