@@ -319,6 +319,7 @@ class VORN_EXPORT FpBvEncoder {
 
   // Debugging -------------------------------------------------------------------------------------
 
+  bool is_debugging() const { return debug; }
   /// In debug mode, ties a non-null `t` to a fresh constant called `name`.
   void debug_track_term(const Term* t, const char* name);
   /// The same for a part of an operand, called "<prefix><part><number>".

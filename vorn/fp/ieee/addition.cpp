@@ -35,7 +35,7 @@ FpBvEncoder::Addends IeeeBvEncoder::enc_add_unpack(format fmt, const Term* x, co
   in.distance = mgr.make_bv_sub(big_biased, raised(small_field, small_hidden));
   in.big = mgr.make_bv_concat(big_hidden, mgr.make_bv_extract(m - 1, 0, big));
   in.small = mgr.make_bv_concat(small_hidden, mgr.make_bv_extract(m - 1, 0, small));
-  if (debug) {
+  if (is_debugging()) {
     debug_track_term(enc_get_exponent(x, fmt, true), "add_exp1");
     debug_track_term(enc_get_exponent(y, fmt, true), "add_exp2");
     debug_track_term(enc_get_mantissa(x, fmt, true), "add_mant1");
@@ -59,8 +59,8 @@ const Term* IeeeBvEncoder::enc_add_significands(format fmt, const Addends& in,
   // further bit below.
   const Term* differ = mgr.make_bv_not(in.samesign);
   const Term* addend = mgr.make_bv_xor(b, enc_mask(differ, W));
-  const Term* sum = mgr.make_bv_add(mgr.make_bv_concat(a, bv(1, 1)),
-                                    mgr.make_bv_concat(addend, differ));
+  const Term* sum =
+      mgr.make_bv_add(mgr.make_bv_concat(a, bv(1, 1)), mgr.make_bv_concat(addend, differ));
   const Term* addres = mgr.make_bv_extract(W, 1, sum);
   *res_sign = bv(0, 1);
   debug_track_term(addres, "add_addres");
@@ -70,8 +70,7 @@ const Term* IeeeBvEncoder::enc_add_significands(format fmt, const Addends& in,
   debug_track_term(in.samesign, "add_samesign");
   debug_track_term(*res_sign, "add_mant_res_sign");
   // The alignment keeps the order of the significands, so that the top bit is never set.
-  const Term* magnitude =
-      mgr.make_bv_concat(bv(0, 1), mgr.make_bv_extract(W - 2, 0, addres));
+  const Term* magnitude = mgr.make_bv_concat(bv(0, 1), mgr.make_bv_extract(W - 2, 0, addres));
   debug_track_term(magnitude, "add_mant_res");
   return magnitude;
 }
