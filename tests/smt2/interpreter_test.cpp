@@ -306,9 +306,8 @@ TEST(Interpreter, SaysWhatIsUnsupported) {
 TEST(Interpreter, RefusesWrongCommands) {
   Session s;
   EXPECT_EQ(s.error("\n (foo 1)"), "2:3: unknown command 'foo'");
-  for (const std::string name :
-       {"declare-sort", "declare-datatype", "declare-datatypes", "define-fun-rec",
-        "define-funs-rec"}) {
+  for (const std::string name : {"declare-sort", "declare-datatype", "declare-datatypes",
+                                 "define-fun-rec", "define-funs-rec"}) {
     EXPECT_EQ(s.error("(" + name + " x)"), "1:2: " + name + " is not supported");
   }
   EXPECT_EQ(s.error("(declare-fun f (Bool) Bool)"),

@@ -94,6 +94,8 @@ class VORN_EXPORT Interpreter {
     bool InterpreterOptions::*flag = nullptr;
     std::uint32_t InterpreterOptions::*number = nullptr;
   };
+  /// What becomes of an error.
+  enum class Errors : std::uint8_t { thrown, answered };
   struct Assertion {
     std::string_view text;  // as the user wrote it, within
     std::shared_ptr<const std::string> script;
@@ -106,9 +108,6 @@ class VORN_EXPORT Interpreter {
   static const Command* find_command(std::string_view name);
   static const Option* find_option(std::string_view name);
   static std::string_view answer_text(Answer answer);
-  /// What becomes of an error: it is thrown, or it is answered.
-  enum class Errors : std::uint8_t { thrown, answered };
-
   void execute_all(std::string text, const std::string& file);
   void execute(Parser& parser, const Token& name);
   void respond(std::string_view text);
