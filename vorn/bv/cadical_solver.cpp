@@ -5,12 +5,14 @@
 // over. Such an instance is left alone for the rest of the process, with all its memory.
 #include <cadical.hpp>
 #include <cstdlib>
+#include <exception>
 #include <limits>
 #include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "vorn/bv/sat_solver.h"
 #include "vorn/utils/output_file.h"
@@ -19,15 +21,28 @@ namespace vorn::bv {
 namespace {
 
 /// Passes CaDiCaL's question on to a termination test. A proof that cannot be written, of which
-/// CaDiCaL takes no notice, ends the search too.
+/// CaDiCaL takes no notice, ends the search too. So does an exception of the test: CaDiCaL, which
+/// could not be used any more had it gone through it, is left as by any other end.
 class TestTerminator final : public CaDiCaL::Terminator {
  public:
   bool terminate() override {
-    return (test != nullptr && test->terminate()) || (proof && proof->has_failed());
+    try {
+      return (test != nullptr && test->terminate()) || (proof && proof->has_failed());
+    } catch (...) {
+      failure = std::current_exception();
+      return true;
+    }
+  }
+  /// Throws what the test threw, if it did.
+  void rethrow() {
+    if (failure != nullptr) std::rethrow_exception(std::exchange(failure, nullptr));
   }
 
   const TerminationTest* test = nullptr;  // not owned
   std::optional<OutputFile> proof;        // while it is written
+
+ private:
+  std::exception_ptr failure;
 };
 
 class CadicalSolver final : public SatSolver {
@@ -83,6 +98,7 @@ class CadicalSolver final : public SatSolver {
       if (status == kSatisfiable) last_result = Result::sat;
       if (status == kUnsatisfiable) last_result = Result::unsat;
     });
+    terminator.rethrow();
     return last_result;
   }
 

@@ -3,9 +3,10 @@
 // gate that is implied without any "unless".
 #include "vorn/bv/cnf.h"
 
-#include <array>
+#include <algorithm>
 #include <bit>
 #include <cassert>
+#include <cstddef>
 
 #include "vorn/bv/gates.h"
 
@@ -15,6 +16,8 @@ namespace {
 constexpr std::uint8_t kPositive = 1;
 constexpr std::uint8_t kNegative = 2;
 constexpr std::uint8_t kBoth = 3;
+
+constexpr std::size_t kMostInputsAroundInner = 6;
 
 constexpr std::uint32_t kStepsBetweenTests = 1U << 12U;
 
@@ -65,12 +68,16 @@ void Cnf::count_step() {
   }
 }
 
+void Cnf::count_use(std::uint32_t node) {
+  if (nodes[node].uses < kManyUses) ++nodes[node].uses;
+}
+
 /// Makes room for the graph as it is now and counts the uses of nodes below `root`, itself used by
 /// the caller. Uses decide only which nodes are drawn into the gates above them; a node that gets
 /// another use later is then defined beside the gate that it is in.
 void Cnf::prepare(Lit root) {
   nodes.resize(graph.get_node_count());
-  ++nodes[root.get_node()].uses;
+  count_use(root.get_node());
   std::vector<std::uint32_t> stack = {root.get_node()};
   while (!stack.empty()) {
     const std::uint32_t node = stack.back();
@@ -80,37 +87,37 @@ void Cnf::prepare(Lit root) {
     nodes[node].visited = true;
     if (!graph.is_and(node)) continue;
     for (const Lit operand : {graph.get_left(node), graph.get_right(node)}) {
-      ++nodes[operand.get_node()].uses;
+      count_use(operand.get_node());
       stack.push_back(operand.get_node());
     }
   }
 }
 
 /// Loads `gate` with the gate that computes `node`.
-void Cnf::load_gate(std::uint32_t node) {
+void Cnf::load_gate(std::uint32_t node, WideGate* gate) {
   const Gate core = match_gate(graph, node);
   switch (core.kind) {
     case GateKind::conjunction:
-      gate.shape = Shape::conjunction;
-      load_conjunction(node);
+      gate->shape = Shape::conjunction;
+      load_conjunction(node, gate);
       return;
     case GateKind::exclusive_or:
-      gate.shape = Shape::exclusive_or;
-      load_parity(node, core.get_inputs());
+      gate->shape = Shape::exclusive_or;
+      load_parity(node, core.get_inputs(), gate);
       return;
     case GateKind::if_then_else:
-      gate.shape = Shape::if_then_else;
+      gate->shape = Shape::if_then_else;
       break;
     case GateKind::majority:
-      gate.shape = Shape::majority;
+      gate->shape = Shape::majority;
       break;
   }
-  gate.inputs.assign(core.inputs.begin(), core.inputs.end());
+  gate->inputs.assign(core.inputs.begin(), core.inputs.end());
 }
 
 /// A tree of conjunctions that nothing else uses becomes one conjunction.
-void Cnf::load_conjunction(std::uint32_t node) {
-  gate.inputs.clear();
+void Cnf::load_conjunction(std::uint32_t node, WideGate* gate) {
+  gate->inputs.clear();
   tree.assign({graph.get_right(node), graph.get_left(node)});
   while (!tree.empty()) {
     const Lit lit = tree.back();
@@ -121,37 +128,37 @@ void Cnf::load_conjunction(std::uint32_t node) {
       tree.push_back(graph.get_right(inner));
       tree.push_back(graph.get_left(inner));
     } else {
-      gate.inputs.push_back(lit);
+      gate->inputs.push_back(lit);
     }
   }
 }
 
 /// An exclusive or takes in one of its inputs that is an exclusive or itself and used by this one
 /// alone, which uses an input twice: in two conjunctions, which an adder's carry would share.
-void Cnf::load_parity(std::uint32_t node, std::span<const Lit> inputs) {
-  gate.inputs.assign(inputs.begin(), inputs.end());
+void Cnf::load_parity(std::uint32_t node, std::span<const Lit> inputs, WideGate* gate) {
+  gate->inputs.assign(inputs.begin(), inputs.end());
   const std::uint32_t both = graph.get_left(node).get_node();
   const std::uint32_t neither = graph.get_right(node).get_node();
   if (nodes[both].uses != 1 || nodes[neither].uses != 1) return;
-  for (Lit& input : gate.inputs) {
+  for (Lit& input : gate->inputs) {
     const std::uint32_t inner = input.get_node();
     if (nodes[inner].uses != 2 || !graph.is_and(inner)) continue;
     const Gate core = match_gate(graph, inner);
     if (core.kind != GateKind::exclusive_or) continue;
     const bool flip = input.is_negated();
     input = core.inputs[0];
-    gate.inputs.push_back(core.inputs[1] ^ flip);
+    gate->inputs.push_back(core.inputs[1] ^ flip);
     return;
   }
 }
 
 /// Turns `gate` into the gate of its negation.
-void Cnf::complement_gate() {
-  std::vector<Lit>& in = gate.inputs;
-  switch (gate.shape) {
+void Cnf::complement_gate(WideGate* gate) {
+  std::vector<Lit>& in = gate->inputs;
+  switch (gate->shape) {
     case Shape::conjunction:
     case Shape::disjunction:
-      gate.shape = gate.shape == Shape::conjunction ? Shape::disjunction : Shape::conjunction;
+      gate->shape = gate->shape == Shape::conjunction ? Shape::disjunction : Shape::conjunction;
       for (Lit& input : in)
         input = !input;
       return;
@@ -218,12 +225,13 @@ void Cnf::assert_node(Lit lit, std::vector<Lit>* conjuncts) {
     get_variable(node);
   }
   if (is_defined) return;
-  load_gate(node);
-  if (lit.is_negated()) complement_gate();
+  WideGate& gate = gates[0];
+  load_gate(node, &gate);
+  if (lit.is_negated()) complement_gate(&gate);
   if (gate.shape == Shape::conjunction) {
     conjuncts->insert(conjuncts->end(), gate.inputs.begin(), gate.inputs.end());
   } else {
-    imply_gate(0);
+    imply_gate(0, gate);
   }
 }
 
@@ -233,70 +241,149 @@ void Cnf::define_required() {
     required.pop_back();
     count_step();
     const int variable = nodes[node].variable;
-    load_gate(node);
-    if ((directions & kPositive) != 0) imply_gate(-variable);
+    WideGate& gate = gates[0];
+    load_gate(node, &gate);
+    if ((directions & kPositive) != 0) imply_gate(-variable, gate);
     if ((directions & kNegative) != 0) {
-      complement_gate();
-      imply_gate(variable);
+      complement_gate(&gate);
+      imply_gate(variable, gate);
     }
   }
 }
 
 // Clauses -------------------------------------------------------------------------------------
 
-/// Makes `gate` hold unless the solver's literal `unless` does; 0: always.
-void Cnf::imply_gate(int unless) {
-  const std::vector<Lit>& in = gate.inputs;
+/// Whether the literal is a gate that has so many uses, and no variable yet.
+bool Cnf::is_free(Lit lit, std::uint8_t uses) const {
+  const Node& node = nodes[lit.get_node()];
+  return node.uses == uses && node.variable == 0 && node.asserted == 0 &&
+         graph.is_and(lit.get_node());
+}
+
+/// Whether the clauses of that input's gate stand in for it in those of `gate`.
+///
+/// An input that occurs once in the clauses of either direction costs no more clauses than it has
+/// by itself; two fewer without those that would define it. So does a branch of an if-then-else
+/// that is a plain if-then-else and a branch of two, as in shifters: each of its four clauses
+/// stands there twice instead of once beside two that name it, four times over all. Of a
+/// conjunction's inputs, all of which are in one clause, one can be written out.
+bool Cnf::can_be_inner(const WideGate& gate, std::size_t input, std::size_t depth) const {
+  if (depth == kMostInner) return false;
   switch (gate.shape) {
     case Shape::conjunction:
-      for (const Lit& input : in)
-        imply_clause(unless, {&input, 1});
+    case Shape::disjunction: {
+      if (gate.inputs.size() > kMostInputsAroundInner) return false;
+      for (std::size_t i = 0; i < input; ++i) {
+        if (is_free(gate.inputs[i], 1)) return false;
+      }
+      return is_free(gate.inputs[input], 1);
+    }
+    case Shape::if_then_else:
+      if (input == 0) return false;
+      if (is_free(gate.inputs[input], 1)) return true;
+      return depth == 0 && is_free(gate.inputs[input], 2) &&
+             match_gate(graph, gate.inputs[input].get_node()).kind == GateKind::if_then_else;
+    case Shape::exclusive_or:
+    case Shape::majority:
+      break;
+  }
+  return false;
+}
+
+/// Makes `gate` hold unless the solver's literal `unless` does; 0: always.
+void Cnf::imply_gate(int unless, const WideGate& gate) {
+  clauses[0].clear();
+  taken[0] = 0;
+  imply_clauses(unless, gate, 0);
+}
+
+/// Writes the clauses of `gate`, each with the parts that were taken from the gates around it.
+void Cnf::imply_clauses(int unless, const WideGate& gate, std::size_t depth) {
+  const auto part = [&](std::size_t input) {
+    return Part{gate.inputs[input], can_be_inner(gate, input, depth)};
+  };
+  const auto imply = [&](std::initializer_list<Part> parts) {
+    clauses[depth].resize(taken[depth]);
+    clauses[depth].insert(clauses[depth].end(), parts);
+    imply_clause(unless, depth);
+  };
+  switch (gate.shape) {
+    case Shape::conjunction:
+      for (std::size_t i = 0; i < gate.inputs.size(); ++i)
+        imply({part(i)});
       return;
     case Shape::disjunction:
-      imply_clause(unless, in);
+      clauses[depth].resize(taken[depth]);
+      for (std::size_t i = 0; i < gate.inputs.size(); ++i)
+        clauses[depth].push_back(part(i));
+      imply_clause(unless, depth);
       return;
     case Shape::exclusive_or:
-      imply_parity(unless);
+      imply_parity(unless, gate, depth);
       return;
-    case Shape::if_then_else:
-      imply_mixed(unless, !in[0], in[1]);
-      imply_mixed(unless, in[0], in[2]);
+    case Shape::if_then_else: {
+      const Part condition{gate.inputs[0]};
+      const Part unlike{!gate.inputs[0]};
+      imply({unlike, part(1)});
+      imply({condition, part(2)});
       return;
+    }
     case Shape::majority:
-      for (const auto& pair : {std::array{in[0], in[1]}, {in[0], in[2]}, {in[1], in[2]}}) {
-        imply_clause(unless, pair);
-      }
+      imply({part(0), part(1)});
+      imply({part(0), part(2)});
+      imply({part(1), part(2)});
       return;
   }
 }
 
 /// One clause for each assignment of even parity, which it forbids.
-void Cnf::imply_parity(int unless) {
+void Cnf::imply_parity(int unless, const WideGate& gate, std::size_t depth) {
   const std::size_t count = gate.inputs.size();
   for (unsigned assignment = 0; assignment < (1U << count); ++assignment) {
     if (std::popcount(assignment) % 2 != 0) continue;
-    clause.clear();
-    if (unless != 0) clause.push_back(unless);
-    for (std::size_t i = 0; i < count; ++i) {
-      const int literal = require(gate.inputs[i], kBoth);
-      clause.push_back((assignment >> i & 1U) != 0 ? -literal : literal);
-    }
-    solver.add_clause(clause);
+    clauses[depth].resize(taken[depth]);
+    for (std::size_t i = 0; i < count; ++i)
+      clauses[depth].push_back({gate.inputs[i] ^ ((assignment >> i & 1U) != 0)});
+    imply_clause(unless, depth);
   }
 }
 
-void Cnf::imply_clause(int unless, std::span<const Lit> lits) {
-  clause.clear();
-  if (unless != 0) clause.push_back(unless);
-  for (const Lit lit : lits)
-    clause.push_back(require(lit, kPositive));
-  solver.add_clause(clause);
+/// Writes the clause that was put together at that depth: as it stands, or once for each clause of
+/// its inner gate. There is one such gate at most.
+void Cnf::imply_clause(int unless, std::size_t depth) {
+  const std::vector<Part>& parts = clauses[depth];
+  const auto inner = std::ranges::find_if(parts, &Part::is_inner);
+  if (inner == parts.end()) {
+    add_clause(unless, parts, depth > 0);
+    return;
+  }
+  const Lit lit = inner->lit;
+  // What is written out twice is not to be made larger.
+  const std::size_t next = nodes[lit.get_node()].uses > 1 ? kMostInner : depth + 1;
+  clauses[next].assign(parts.begin(), inner);
+  clauses[next].insert(clauses[next].end(), inner + 1, parts.end());
+  taken[next] = clauses[next].size();
+  WideGate& gate = gates[next];
+  load_gate(lit.get_node(), &gate);
+  if (lit.is_negated()) complement_gate(&gate);
+  imply_clauses(unless, gate, next);
 }
 
-/// A clause of a condition that is used in both directions and a literal.
-void Cnf::imply_mixed(int unless, Lit condition, Lit lit) {
-  require(condition, kBoth);
-  imply_clause(unless, std::array{condition, lit});
+/// Gates that are `mixed` may read the same literals.
+void Cnf::add_clause(int unless, std::span<const Part> parts, bool mixed) {
+  const auto has_before = [&](std::size_t i, Lit lit) {
+    return std::ranges::find(parts.first(i), lit, &Part::lit) !=
+           parts.begin() + static_cast<std::ptrdiff_t>(i);
+  };
+  for (std::size_t i = 0; mixed && i < parts.size(); ++i) {
+    if (has_before(i, !parts[i].lit)) return;  // it holds anyway
+  }
+  clause.clear();
+  if (unless != 0) clause.push_back(unless);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    if (!mixed || !has_before(i, parts[i].lit)) clause.push_back(require(parts[i].lit, kPositive));
+  }
+  solver.add_clause(clause);
 }
 
 }  // namespace vorn::bv

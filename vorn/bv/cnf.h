@@ -8,11 +8,19 @@
 // trees of conjunctions are put together from them, and nodes that end up inside a gate get neither
 // variable nor clause.
 //
+// A gate that costs no more clauses where it is written out in those of the gate above it than it
+// would with a variable of its own gets none. That is what a solver's elimination of variables
+// would make of it (Een and Biere, "Effective Preprocessing in SAT through Variable and Clause
+// Elimination", 2005), but variables and clauses take memory, and most of it, until they are
+// eliminated.
+//
 // With one direction only, the variable of an inner node need not have the value of its function;
 // inputs are what a model tells.
 #ifndef VORN_BV_CNF_H
 #define VORN_BV_CNF_H
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <span>
@@ -63,33 +71,46 @@ class VORN_EXPORT Cnf {
     Shape shape = Shape::conjunction;
     std::vector<Lit> inputs;
   };
+  /// A literal of a clause that is put together.
+  struct Part {
+    Lit lit;
+    bool is_inner = false;  // the clauses of its gate stand in for it
+  };
   struct Node {
     int variable = 0;         // 0: none yet
-    std::uint32_t uses = 0;   // by nodes and callers seen so far
+    std::uint8_t uses = 0;    // by nodes and callers seen so far, counted up to kManyUses
     bool visited = false;     // its operands have been counted
     Directions defined = 0;   // directions whose clauses are there
     Directions asserted = 0;  // the values that it was asserted to have
   };
+  static_assert(sizeof(Node) == 8);
+  static constexpr std::uint8_t kManyUses = 3;
+  /// How many inner gates there can be, one within the other.
+  static constexpr std::size_t kMostInner = 2;
   struct Definition {
     std::uint32_t node;
     Directions directions;
   };
 
   void count_step();
+  void count_use(std::uint32_t node);
   void prepare(Lit root);
-  void load_gate(std::uint32_t node);
-  void load_conjunction(std::uint32_t node);
-  void load_parity(std::uint32_t node, std::span<const Lit> inputs);
-  void complement_gate();
+  void load_gate(std::uint32_t node, WideGate* gate);
+  void load_conjunction(std::uint32_t node, WideGate* gate);
+  void load_parity(std::uint32_t node, std::span<const Lit> inputs, WideGate* gate);
+  static void complement_gate(WideGate* gate);
   int require(Lit lit, Directions use);
   int get_variable(std::uint32_t node);
   int true_literal();
   void assert_node(Lit lit, std::vector<Lit>* conjuncts);
   void define_required();
-  void imply_gate(int unless);
-  void imply_parity(int unless);
-  void imply_clause(int unless, std::span<const Lit> lits);
-  void imply_mixed(int unless, Lit condition, Lit lit);
+  bool is_free(Lit lit, std::uint8_t uses) const;
+  bool can_be_inner(const WideGate& gate, std::size_t input, std::size_t depth) const;
+  void imply_gate(int unless, const WideGate& gate);
+  void imply_clauses(int unless, const WideGate& gate, std::size_t depth);
+  void imply_parity(int unless, const WideGate& gate, std::size_t depth);
+  void imply_clause(int unless, std::size_t depth);
+  void add_clause(int unless, std::span<const Part> parts, bool mixed);
 
   const Aig& graph;
   SatSolver& solver;
@@ -100,7 +121,9 @@ class VORN_EXPORT Cnf {
   const TerminationTest* termtest = nullptr;
 
   // Scratch, kept for its capacity.
-  WideGate gate;
+  std::array<WideGate, kMostInner + 1> gates;  // by depth: the one that is written, those within
+  std::array<std::vector<Part>, kMostInner + 1> clauses;  // likewise: the one that is put together
+  std::array<std::size_t, kMostInner + 1> taken = {};     // likewise: parts from the gates around
   std::vector<int> clause;
   std::vector<Lit> tree;
 };

@@ -118,6 +118,8 @@ class VORN_EXPORT Interpreter {
     std::uint32_t InterpreterOptions::*number = nullptr;
     std::string_view channel = {};  // the only one that there is
   };
+  /// What becomes of an error.
+  enum class Errors : std::uint8_t { thrown, answered };
   struct Assertion {
     std::string_view text;  // as the user wrote it, within
     std::shared_ptr<const std::string> script;
@@ -130,9 +132,6 @@ class VORN_EXPORT Interpreter {
   static const Command* find_command(std::string_view name);
   static const Option* find_option(std::string_view name);
   static std::string_view answer_text(Answer answer);
-  /// What becomes of an error: it is thrown, or it is answered.
-  enum class Errors : std::uint8_t { thrown, answered };
-
   void execute_all(std::string text, const std::string& file);
   bool execute_next(Parser& parser, const std::string& file, Position start);
   void execute(Parser& parser, const Token& name);

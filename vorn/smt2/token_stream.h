@@ -46,7 +46,9 @@ class VORN_EXPORT TokenStream {
   /// The text from `first` to the token that was read last.
   std::string_view text_from(const Token& first) const;
   const std::string& get_file() const { return lexer.get_file(); }
+
   [[noreturn]] void fail(Position place, const std::string& message) const;
+  /// Throws a StateError; `unknown` says that it is owed to the answer unknown.
   [[noreturn]] void fail_state(Position place, const std::string& message, bool unknown) const;
   [[noreturn]] void fail_expected(std::string_view what, const Token& got) const;
   [[noreturn]] void interrupt(Position place) const;
