@@ -18,8 +18,7 @@ constexpr std::size_t kFirstTableSize = 64;
 // A graph of millions of nodes spends its time waiting for the table's memory, unless slots follow
 // the order of nodes: new conjunctions are mostly over new operands, so most lookups then stay
 // within the window of slots that the last ones were in. A node with more uses than fit there has
-// the rest of them anywhere.
-constexpr std::size_t kSlotsPerNode = 2;
+// the rest of them anywhere. There are between three and four and a half slots for two nodes.
 constexpr std::size_t kWindow = 1U << 10U;
 constexpr std::size_t kProbesInWindow = 32;
 
@@ -211,12 +210,9 @@ Lit Aig::add_node(Lit left, Lit right) {
 
 Lit Aig::find_or_add(Lit left, Lit right) {
   assert(!left.is_constant() && left.get_node() < right.get_node());
-  std::size_t slot = find_slot(left, right);
+  if (nodes.size() + nodes.size() / 2 >= table.size()) grow_table();
+  const std::size_t slot = find_slot(left, right);
   if (table[slot] != 0) return {table[slot], false};
-  if (kSlotsPerNode * nodes.size() >= table.size()) {
-    grow_table();
-    slot = find_slot(left, right);
-  }
   const Lit result = add_node(left, right);
   table[slot] = result.get_node();
   return result;
@@ -224,26 +220,36 @@ Lit Aig::find_or_add(Lit left, Lit right) {
 
 /// The slot of the conjunction, or the free slot where it belongs.
 std::size_t Aig::find_slot(Lit left, Lit right) const {
-  const std::size_t mask = table.size() - 1;
+  const std::size_t size = table.size();
   const std::size_t hash = hash_pair(left, right);
   const auto is_found = [&](std::size_t slot) {
     if (table[slot] == 0) return true;
     const Node& node = nodes[table[slot]];
     return node.left == left && node.right == right;
   };
-  std::size_t slot = (kSlotsPerNode * right.get_node() + hash % kWindow) & mask;
+  const std::size_t node = right.get_node();
+  std::size_t slot = node + node / 2 + hash % kWindow;
+  if (slot >= size) slot %= size;
   for (std::size_t i = 0; i < kProbesInWindow; ++i) {
     if (is_found(slot)) return slot;
-    slot = (slot + 1) & mask;
+    if (++slot == size) slot = 0;
   }
-  slot = (hash / kWindow) & mask;
-  while (!is_found(slot))
-    slot = (slot + 1) & mask;
+  slot = (hash / kWindow) % size;
+  while (!is_found(slot)) {
+    if (++slot == size) slot = 0;
+  }
   return slot;
 }
 
+void Aig::release_table() {
+  table = {};
+}
+
 void Aig::grow_table() {
-  table.assign(2 * table.size(), 0);
+  // With both tables at once a large graph would have its peak here.
+  const std::size_t size = std::max(kFirstTableSize, 9 * (nodes.size() / 4));
+  table = {};
+  table.assign(size, 0);
   for (std::uint32_t node = 1; node < get_node_count(); ++node) {
     if (is_and(node)) table[find_slot(nodes[node].left, nodes[node].right)] = node;
   }

@@ -63,6 +63,9 @@ class VORN_EXPORT Aig {
   /// be called again later. Null for none.
   void set_termination_test(const TerminationTest* t) { termtest = t; }
 
+  /// Gives back the memory of what only construction needs, which the next one makes again.
+  void release_table();
+
   // Construction. Each throws std::length_error when the graph would pass kMaxNodes. -----------
 
   /// A function that nothing is known of.
@@ -110,7 +113,7 @@ class VORN_EXPORT Aig {
   std::array<Lit, 3> order_adder_inputs(Lit a, Lit b, Lit c) const;
 
   std::vector<Node> nodes;
-  std::vector<std::uint32_t> table;  // open addressing, a power of two; 0: free
+  std::vector<std::uint32_t> table;  // open addressing; 0: free
   std::uint32_t input_count = 0;
   std::uint32_t steps = 0;  // for asking the test only now and then
   const TerminationTest* termtest = nullptr;

@@ -65,13 +65,6 @@ Bits invert(Circuits& /*circuits*/, const Operands& x) {
 
 // Rearrangements of bits ------------------------------------------------------------------------
 
-Bits extract(Circuits& /*circuits*/, const Operands& x) {
-  const std::size_t msb = x.get_index(0);
-  const std::size_t lsb = x.get_index(1);
-  const BitsView part = x.a().subspan(lsb, msb - lsb + 1);
-  return {part.begin(), part.end()};
-}
-
 Bits concat(Circuits& /*circuits*/, const Operands& x) {
   Bits result(x.b().begin(), x.b().end());
   result.insert(result.end(), x.a().begin(), x.a().end());
@@ -106,7 +99,6 @@ constexpr Row kRows[] = {
     {T::bool_iff, bitwise<iff_gate>},
     {T::equal, [](C& c, const X& x) { return Bits{c.equal(x.a(), x.b())}; }},
     {T::ite, [](C& c, const X& x) { return c.select(x.a()[0], x.b(), x.c()); }},
-    {T::bv_extract, extract},
     {T::bv_concat, concat},
     {T::bv_zero_extend, [](C&, const X& x) { return extend(x, kFalse); }},
     {T::bv_sign_extend, [](C&, const X& x) { return extend(x, x.a().back()); }},
@@ -200,6 +192,11 @@ void BitBlaster::blast_leaf(const Term* t) {
 
 /// An operation whose operands are done.
 void BitBlaster::blast_operation(const Term* t) {
+  if (t->get_tag() == SymbolTag::bv_extract) {
+    // Some of the bits that are there already: no copy.
+    note(t, find(t->get_arg(0)) + t->get_symbol()->get_indices()[1]);
+    return;
+  }
   const Circuit circuit = find_circuit(t->get_tag());
   if (circuit == nullptr) reject(t);
   Operands operands = {t->get_symbol(), {}};
@@ -219,9 +216,13 @@ std::span<const Lit> BitBlaster::store(const Term* t, std::span<const Lit> bits)
   std::vector<Lit>& chunk = storage.back();
   const std::size_t first = chunk.size();
   chunk.insert(chunk.end(), bits.begin(), bits.end());
-  if (t->get_id() >= cache.size()) cache.resize(std::max(t->get_id() + 1, mgr.get_term_count()));
-  cache[t->get_id()] = chunk.data() + first;
+  note(t, chunk.data() + first);
   return {chunk.data() + first, bits.size()};
+}
+
+void BitBlaster::note(const Term* t, const Lit* bits) {
+  if (t->get_id() >= cache.size()) cache.resize(std::max(t->get_id() + 1, mgr.get_term_count()));
+  cache[t->get_id()] = bits;
 }
 
 }  // namespace vorn::bv

@@ -52,6 +52,7 @@ class VORN_EXPORT BitBlaster {
   void blast_leaf(const Term* t);
   void blast_operation(const Term* t);
   std::span<const Lit> store(const Term* t, std::span<const Lit> bits);
+  void note(const Term* t, const Lit* bits);
 
   const TermManager& mgr;
   Circuits circuits;

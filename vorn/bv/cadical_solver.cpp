@@ -3,8 +3,10 @@
 //
 // It does not expect that memory ends: what its functions leave behind then, its destructor trips
 // over. Such an instance is left alone for the rest of the process, with all its memory.
+#include <algorithm>
 #include <cadical.hpp>
 #include <cstdlib>
+#include <deque>
 #include <exception>
 #include <limits>
 #include <memory>
@@ -13,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "vorn/bv/sat_solver.h"
 #include "vorn/utils/output_file.h"
@@ -73,11 +76,12 @@ class CadicalSolver final : public SatSolver {
     for (const int literal : literals)
       check_literal(literal);
     last_result = Result::unknown;
-    ask([&](CaDiCaL::Solver& s) {
-      for (const int literal : literals)
-        s.add(literal);
-      s.add(0);
-    });
+    if (pending.empty() || pending.back().capacity() - pending.back().size() <= literals.size()) {
+      const std::size_t chunk = kFirstChunk << std::min(pending.size(), kDoublings);
+      pending.emplace_back().reserve(std::max(chunk, literals.size() + 1));
+    }
+    pending.back().insert(pending.back().end(), literals.begin(), literals.end());
+    pending.back().push_back(0);
     ++clause_count;
   }
 
@@ -90,7 +94,7 @@ class CadicalSolver final : public SatSolver {
   Result solve() override {
     last_result = Result::unknown;
     ask([&](CaDiCaL::Solver& s) {
-      if (terminator.terminate()) {
+      if (terminator.terminate() || !pass_clauses(s)) {
         s.reset_assumptions();
         return;
       }
@@ -141,6 +145,11 @@ class CadicalSolver final : public SatSolver {
   static constexpr int kSatisfiable = 10;
   static constexpr int kUnsatisfiable = 20;
 
+  // Literals in chunks of clauses: few where there is little to write, then so many that a chunk
+  // goes back to the system.
+  static constexpr std::size_t kFirstChunk = std::size_t{1} << 12;
+  static constexpr std::size_t kDoublings = 6;
+
   /// Has the instance do something. Throws std::bad_alloc, from then on always, when memory ends.
   template <class Step>
   void ask(const Step& step) {
@@ -152,6 +161,21 @@ class CadicalSolver final : public SatSolver {
       static_cast<void>(solver.release());
       throw;
     }
+  }
+
+  /// Hands over the clauses that CaDiCaL has not got yet. False where it was told to stop.
+  ///
+  /// Its tables are as long as the number of variables when it first hears of one, and are doubled
+  /// when there are more. So it hears of all variables before the first clause.
+  bool pass_clauses(CaDiCaL::Solver& s) {
+    s.reserve(variable_count);
+    while (!pending.empty()) {
+      for (const int literal : pending.front())
+        s.add(literal);
+      pending.pop_front();
+      if (terminator.terminate()) return false;
+    }
+    return true;
   }
 
   void trace_proof(const std::string& file) {
@@ -171,6 +195,7 @@ class CadicalSolver final : public SatSolver {
 
   TestTerminator terminator;
   std::unique_ptr<CaDiCaL::Solver> solver;  // null once memory has ended
+  std::deque<std::vector<int>> pending;     // clauses, each ended by 0, for the next call of solve
   int variable_count = 0;
   std::uint64_t clause_count = 0;
   Result last_result = Result::unknown;

@@ -70,6 +70,14 @@ struct Solver::BackEnd {
       return with_clauses;
     }
 
+    /// Gives up what a long first search can do without. Later ones are those of a session, which
+    /// would pay for it each time.
+    void save_memory() {
+      static constexpr std::uint32_t kLargeGraph = 1U << 20U;
+      if (!is_searched && aig.get_node_count() > kLargeGraph) aig.release_table();
+      is_searched = true;
+    }
+
     bv::Aig aig;
     bv::BitBlaster blaster;
     const bv::ClauseRecorder* recorder = nullptr;  // the solver, where clauses are to be written
@@ -79,6 +87,7 @@ struct Solver::BackEnd {
     std::size_t written = 0;  // conjuncts that are clauses already
     /// By level, the SAT variable that turns its clauses on; 0, or beyond the end, for none yet.
     std::vector<int> activations;
+    bool is_searched = false;
     bool has_garbage = false;  // a level whose clauses were written is gone
     /// Number of clauses from which on garbage is worth a new start.
     std::uint64_t rebuild_limit = kLeastRebuildLimit;
@@ -100,7 +109,7 @@ struct Solver::BackEnd {
   std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed
-  std::unique_ptr<Circuits> discarded;  // such as are of no use, until the next check
+  std::unique_ptr<Circuits> discarded;              // such as are of no use, until the next check
   std::optional<search::LocalSearch> local_search;  // of the current check
 };
 

@@ -141,6 +141,7 @@ Answer Solver::search() {
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
                   sat.get_variable_count(), sat.get_clause_count()));
   if (back_end->circuits->recorder != nullptr) write_cnf();
+  back_end->circuits->save_memory();
   for (int conflicts = kFirstConflicts;; conflicts *= 2) {
     for (const int activation : back_end->circuits->activations) {
       if (activation != 0) sat.assume(activation);

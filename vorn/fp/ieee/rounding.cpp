@@ -161,15 +161,12 @@ const Term* IeeeBvEncoder::enc_shift_right_sticky(const Term* t, const Term* amo
   TermManager& mgr = *dst_mgr;
   const std::size_t W = width_of(t);
   const std::size_t A = width_of(amount);
-  const std::size_t steps =
-      std::min<std::size_t>(A, static_cast<std::size_t>(std::bit_width(W - 1)));
+  const std::size_t steps = std::min(A, static_cast<std::size_t>(std::bit_width(W)));
   const Term* sticky = bv(0, 1);
   if (steps < A) {
-    // A distance that no step below covers moves everything out.
+    // All steps together move everything out, as does any distance beyond them.
     const Term* far = enc_any(mgr.make_bv_extract(A - 1, steps, amount));
-    sticky = mgr.make_bv_and(far, enc_any(t));
-    const Term* near = mgr.make_bv_not(far);
-    t = mgr.make_bv_and(t, enc_mask(near, W));
+    amount = mgr.make_bv_or(mgr.make_bv_extract(steps - 1, 0, amount), enc_mask(far, steps));
   }
   for (std::size_t j = 0; j < steps; ++j) {
     const std::size_t s = std::size_t{1} << j;
