@@ -194,7 +194,8 @@ bool is_grouped_left(const Operation& op) {
 /// left makes of one argument is that argument, and one value is equal to all and distinct from all
 /// others. Derived operations are left out: (bvxnor a) might be meant as a negation.
 bool takes_one(const Operation& op) {
-  return (is_grouped_left(op) && op.derive == nullptr) || op.tag == SymbolTag::equal || op.tag == SymbolTag::distinct;
+  return (is_grouped_left(op) && op.derive == nullptr) || op.tag == SymbolTag::equal ||
+         op.tag == SymbolTag::distinct;
 }
 
 Operator operator_of(const Operation& op) {

@@ -257,7 +257,7 @@ Value Parser::close_application(const Token& close) {
 }
 
 Value Parser::apply(const Frame& frame, std::span<const Value> args) {
-  if (frame.op != nullptr && frame.op->is_departure(args.size())) {
+  if (frame.function == nullptr && frame.op->is_departure(args.size())) {
     tokens.depart(frame.op->departure, frame.head.position,
                   [&] { return frame.op->describe_departure(args.size()); });
   }
