@@ -60,12 +60,14 @@ class VORN_EXPORT ScriptError : public std::runtime_error {
 /// this place on it has not been read. Names are as they were before the command.
 class VORN_EXPORT ReadingInterrupted : public std::runtime_error {
  public:
+  /// An end of reading at a place of a file.
   ReadingInterrupted(const std::string& file_name, Position place)
       : std::runtime_error(file_name + ":" + std::to_string(place.line) + ":" +
                            std::to_string(place.column) + ": reading was interrupted"),
         file(file_name),
         position(place) {}
 
+  /// Where it is.
   const std::string& get_file() const { return file; }
   Position get_position() const { return position; }
 
