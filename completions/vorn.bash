@@ -14,14 +14,14 @@ _vorn() {
     --time-limit) return ;;
   esac
   if [[ $current == -* ]]; then
-    local solve='--encoder --time-limit --no-rewrite --no-local-search --check-model --cnf --proof --stats --verbose' options=--help
+    local solve='--encoder --time-limit --no-rewrite --no-local-search --check-model --cnf --proof --stats --verbose --strict' options=--help
     case $command in
       '') options+=" --version $solve" ;;
       solve) options+=" $solve" ;;
       eval) options+=' --encoder' ;;
-      encode) options+=' --to --op --out --encoder' ;;
+      encode) options+=' --to --op --out --encoder --strict' ;;
       lift) options+=' --check' ;;
-      explain) options+=' --encoder --json' ;;
+      explain) options+=' --encoder --json --strict' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     return

@@ -11,6 +11,8 @@ complete -c vorn -l help -s h -d 'say what the command is'
 
 complete -c vorn -n "not __fish_seen_subcommand_from lift" -l encoder -x -a 'ieee base' \
   -d 'circuits for floating point'
+complete -c vorn -n "not __fish_seen_subcommand_from eval lift" -l strict \
+  -d 'refuse spellings that the standard does not allow'
 set -l solve "not __fish_seen_subcommand_from eval encode lift explain"
 complete -c vorn -n $solve -l time-limit -x -d 'end each check after that many seconds'
 complete -c vorn -n $solve -l no-rewrite -d 'encode formulas over floats as they are'

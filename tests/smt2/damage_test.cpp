@@ -51,6 +51,12 @@ lines| ) ; remark
 (assert (and (fp.geq d k (_ -zero 11 53)) (= d ((_ to_fp_unsigned 11 53) m #b101))))
 (assert (not (= (_ NaN 11 53) ((_ to_fp 11 53) roundTowardZero 1e2 0.1))))
 )",
+    "\xEF\xBB\xBF(declare-const |a\\b| (Float32)) ; \xE9\r(declare-sort U 02)\r\n"
+    "(define-fun f ((v Float32)) Float32 (fp.neg v))(push)\n"
+    "(assert (and (xor (= |a\\b| (f (f ((_ to_fp 8 24) RNE (* 2.0 (+ -1.5 (- 3 1 07))) (- "
+    "30))))))))\n"
+    "(assert (distinct ((_ to_fp 8 24) RTZ (/ 1 3 7.0) 99999999999999) (f (f |a\\b|))))\n"
+    "(set-option :timeout 1)(set-option :regular-output-channel \"stdout\")(pop)(check-sat)\n",
 };
 
 /// Runs a text; whatever comes of it, it is no crash and no other exception.

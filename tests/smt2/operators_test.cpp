@@ -147,6 +147,7 @@ TEST_F(OperatorsTest, WhatGroupsToTheLeftIsItsOnlyArgument) {
     EXPECT_EQ(apply(name, {}, {p}).term, p.term) << name;
   for (const char* name : {"bvand", "bvor", "bvxor", "bvadd", "bvmul", "concat"})
     EXPECT_EQ(apply(name, {}, {v}).term, v.term) << name;
+  EXPECT_EQ(error("bvxnor", {}, {v}), "bvxnor takes at least 2 arguments, got 1");
   EXPECT_EQ(error("xor", {}, {v}), "xor: expected a Bool, got a term of (_ BitVec 8)");
   EXPECT_EQ(error("bvadd", {}, {p}), "bvadd: expected a bit-vector, got a term of Bool");
   EXPECT_EQ(error("concat", {}, {x}),

@@ -146,24 +146,7 @@ Value real_divide(const Call& c) {
 using Mode = IEEEFloat::rounding_mode;
 
 constexpr bool kTakesReals = true;
-
-/// A function on numbers. The theory of floats has none; a negation and a quotient are how the
-/// standard writes numbers that are not positive decimals, so these are taken for literals.
-constexpr Operator real_function(std::string_view name, Value (*build)(const Call& call),
-                                 std::size_t least, std::size_t literal_args) {
-  Operator row{name, nullptr, build, least, kAnyNumber, 0, kTakesReals};
-  row.standard_min_args = std::max<std::size_t>(literal_args, 1);
-  row.standard_max_args = literal_args;
-  row.departure = Departure::number_arithmetic;
-  return row;
-}
-
-constexpr Operator conversion_of_two_numbers() {
-  Operator row{"to_fp", nullptr, to_fp, 1, 3, 2, kTakesReals};
-  row.standard_max_args = 2;
-  row.departure = Departure::scaled_number;
-  return row;
-}
+constexpr Departure kArithmetic = Departure::number_arithmetic;
 
 /// What is no operation of the table: literals, to_fp, which stands for several, and numbers.
 constexpr Operator kForms[] = {
@@ -184,12 +167,14 @@ constexpr Operator kForms[] = {
     {"-oo", nullptr, infinity<true>, 0, 0, 2},
     {"+zero", nullptr, zero<false>, 0, 0, 2},
     {"-zero", nullptr, zero<true>, 0, 0, 2},
-    conversion_of_two_numbers(),
+    {"to_fp", nullptr, to_fp, 1, 3, 2, kTakesReals, 1, 2, Departure::scaled_number},
     {"to_fp_unsigned", nullptr, to_fp_unsigned, 2, 2, 2},
-    real_function("-", real_minus, 1, 1),
-    real_function("/", real_divide, 2, 2),
-    real_function("+", real_plus, 1, 0),
-    real_function("*", real_times, 1, 0),
+    // The theory of floats has no functions on numbers; a negation and a quotient are how the
+    // standard writes numbers that are not positive decimals, so these are taken for literals.
+    {"-", nullptr, real_minus, 1, kAnyNumber, 0, kTakesReals, 1, 1, kArithmetic},
+    {"/", nullptr, real_divide, 2, kAnyNumber, 0, kTakesReals, 2, 2, kArithmetic},
+    {"+", nullptr, real_plus, 1, kAnyNumber, 0, kTakesReals, 1, 0, kArithmetic},
+    {"*", nullptr, real_times, 1, kAnyNumber, 0, kTakesReals, 1, 0, kArithmetic},
 };
 
 /// Known, and refused by name.
@@ -207,9 +192,10 @@ bool is_grouped_left(const Operation& op) {
 
 /// Whether an application to one argument has a plain meaning: what a function that groups to the
 /// left makes of one argument is that argument, and one value is equal to all and distinct from all
-/// others.
+/// others. Derived operations are left out: (bvxnor a) might be meant as a negation.
 bool takes_one(const Operation& op) {
-  return is_grouped_left(op) || op.tag == SymbolTag::equal || op.tag == SymbolTag::distinct;
+  return (is_grouped_left(op) && op.derive == nullptr) || op.tag == SymbolTag::equal ||
+         op.tag == SymbolTag::distinct;
 }
 
 Operator operator_of(const Operation& op) {

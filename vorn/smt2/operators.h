@@ -39,8 +39,8 @@ struct VORN_EXPORT Operator {
   std::size_t max_args = 0;
   std::size_t indices = 0;
   bool takes_reals = false;
-  /// The numbers of arguments that the standard has, and what another one is. None, where the least
-  /// is above the most: the standard has the name in other theories only.
+  /// The numbers of arguments that the standard has, and what another one is. There are none where
+  /// the least is above the most: the standard has the name in other theories only.
   std::size_t standard_min_args = min_args;
   std::size_t standard_max_args = max_args;
   Departure departure = Departure::one_argument;

@@ -45,7 +45,7 @@ std::vector<const Term*> list_dependents(const Function& function, TerminationPo
 /// Rebuilds terms, each once; what has no image stays.
 class Substitution {
  public:
-  explicit Substitution(TermManager& manager) : mgr(manager) {}
+  Substitution(TermManager& manager, std::size_t count) : mgr(manager) { images.reserve(count); }
 
   void map(const Term* from, const Term* to) { images.emplace(from->get_id(), to); }
   const Term* get_image(const Term* t) const {
@@ -88,7 +88,7 @@ const Term* instantiate(TermManager& mgr, const Function& function,
   if (dependents == nullptr) {
     dependents = &cache.add_dependents(first, list_dependents(function, poll));
   }
-  Substitution substitution(mgr);
+  Substitution substitution(mgr, args.size() + dependents->size());
   for (std::size_t i = 0; i < args.size(); ++i)
     substitution.map(function.parameters[i], args[i]);
   for (const Term* t : *dependents) {
