@@ -101,6 +101,7 @@ TEST_P(EncoderCollectionTest, WhatTheTrailMentionsStays) {
   encode(x);
   encoder.retract_upto(x);  // the second mention
   collect({});
+  EXPECT_EQ(name_of(x), "x") << "the first mention is still there";
   encoder.retract_upto(x);
   EXPECT_EQ(encoder.get_cached(y), nullptr);
 }

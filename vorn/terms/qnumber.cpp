@@ -1,12 +1,9 @@
 #include "vorn/terms/qnumber.h"
 
-#include <pthread.h>
-
 #include <atomic>
 #include <functional>
 #include <limits>
 #include <memory>
-#include <new>
 #include <stdexcept>
 #include <vector>
 
@@ -73,42 +70,6 @@ bool add_overflows(std::int64_t a, std::int64_t b) {
 }
 
 }  // namespace
-
-constinit thread_local QNumber::Scratch QNumber::gmp_tmp;
-
-/// Frees the integers of a thread: among its thread-local objects, or after the last of them if one
-/// of those computes again. What the main thread computes so late is at exit, and stays.
-struct QNumber::Scratch::Release {
-  ~Release() {
-    is_over = true;
-    run(gmp_tmp.integers);
-  }
-  static void run(void* integers) {
-    delete static_cast<Integers*>(integers);
-    gmp_tmp.integers = nullptr;
-  }
-  static pthread_key_t make_key() {
-    pthread_key_t key{};
-    if (pthread_key_create(&key, run) != 0) throw std::bad_alloc();
-    return key;
-  }
-
-  static constinit thread_local bool is_over;  // whether the thread-local object is gone
-};
-
-constinit thread_local bool QNumber::Scratch::Release::is_over = false;
-
-void QNumber::Scratch::make() {
-  auto made = std::make_unique<Integers>();
-  if (Release::is_over) {
-    static const pthread_key_t key = Release::make_key();
-    if (pthread_setspecific(key, made.get()) != 0) throw std::bad_alloc();
-  } else {
-    static thread_local const Release release;
-    static_cast<void>(release);
-  }
-  integers = made.release();
-}
 
 QNumber::QNumber(std::int64_t value) : num(value), den(1) {
   if (value == kMin) {
