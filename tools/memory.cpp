@@ -1,7 +1,11 @@
 #include "tools/memory.h"
 
 #include <gmp.h>
+#ifdef VORN_MIMALLOC
+#include <mimalloc.h>
+#else
 #include <malloc.h>
+#endif
 
 #include <algorithm>
 #include <atomic>
@@ -12,6 +16,36 @@
 
 namespace vorn::tools {
 namespace {
+
+// Half of what a check takes are clauses of three and four literals and lists of a few words. The
+// system's allocator has a word of its own in front of each block, and rounds up to sixteen bytes.
+#ifdef VORN_MIMALLOC
+void* get_block(std::size_t size) {
+  return mi_malloc(size);
+}
+void* move_block(void* block, std::size_t size) {
+  return mi_realloc(block, size);
+}
+void free_block(void* block) {
+  mi_free(block);
+}
+std::size_t get_size(void* block) {
+  return mi_usable_size(block);
+}
+#else
+void* get_block(std::size_t size) {
+  return std::malloc(size);
+}
+void* move_block(void* block, std::size_t size) {
+  return std::realloc(block, size);
+}
+void free_block(void* block) {
+  std::free(block);
+}
+std::size_t get_size(void* block) {
+  return malloc_usable_size(block);
+}
+#endif
 
 std::atomic<std::uint64_t> limit = 0;  // bytes; 0 is none
 /// Blocks that were allocated before the limit was set may be freed after, so it can go below zero
@@ -39,13 +73,13 @@ bool has_room(std::size_t size) {
 /// The block counts with the size that the system gave it.
 void count(void* block, std::int64_t sign) {
   if (!is_limited()) return;
-  used.fetch_add(sign * static_cast<std::int64_t>(malloc_usable_size(block)),
+  used.fetch_add(sign * static_cast<std::int64_t>(get_size(block)),
                  std::memory_order_relaxed);
 }
 
 void* allocate(std::size_t size) {
   if (!has_room(size)) throw std::bad_alloc();
-  void* block = std::malloc(size == 0 ? 1 : size);
+  void* block = get_block(size == 0 ? 1 : size);
   if (block == nullptr) throw std::bad_alloc();
   count(block, 1);
   return block;
@@ -54,7 +88,7 @@ void* allocate(std::size_t size) {
 void release(void* block) {
   if (block == nullptr) return;
   count(block, -1);
-  std::free(block);
+  free_block(block);
 }
 
 void* allocate_number(std::size_t size) {
@@ -64,7 +98,7 @@ void* allocate_number(std::size_t size) {
 void* reallocate_number(void* block, std::size_t old_size, std::size_t new_size) {
   if (new_size > old_size && !has_room(new_size - old_size)) throw std::bad_alloc();
   count(block, -1);
-  void* moved = std::realloc(block, new_size);
+  void* moved = move_block(block, new_size);
   count(moved == nullptr ? block : moved, 1);
   if (moved == nullptr) throw std::bad_alloc();
   return moved;

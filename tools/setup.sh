@@ -11,7 +11,7 @@ target=$2
 tests=yes
 [[ $target != vorn_command && $preset != package ]] || tests=
 
-packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev nlohmann-json3-dev)
+packages=(g++ cmake ninja-build libgmp-dev libcadical-dev libcli11-dev libfmt-dev libmimalloc-dev nlohmann-json3-dev)
 case $preset in
   package) packages+=(dpkg-dev file) ;;
   clang | fuzz) packages+=(clang) ;;
