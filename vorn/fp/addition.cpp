@@ -46,9 +46,7 @@ const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
   const Addends in = enc_add_unpack(fmt, x, y);
   const Term* res_sign = nullptr;
   const Term* mant_res = enc_add_significands(fmt, in, &res_sign);
-  const Term* wide_exp = mgr.make_bv_sign_extend(1, in.exp_bigger);
-  const Term* res_exp = mgr.make_bv_add(wide_exp, bv(2, e + 1));
-  debug_track_term(res_exp, "add_res_exp");
+  const Term* res_exp = enc_add_exponent(fmt, in);
 
   const Term* ix = enc_is_inf(x, fmt);
   const Term* iy = enc_is_inf(y, fmt);
@@ -69,6 +67,7 @@ const Term* FpBvEncoder::enc_add_sub(const Term* t, bool is_sub) {
 
   Unrounded value{nan, inf, sign, res_exp, mant_res};
   value.may_underflow = false;  // the exponent is that of an operand and two more
+  value.is_field = in.has_field;
   const Term* rounded = enc_round(rm, fmt, value);
   const Term* result = enc_add_zero_result(rm, fmt, x, y, rounded);
   debug_track_term(rm, "add_sub_arg0");
@@ -108,6 +107,13 @@ FpBvEncoder::Addends FpBvEncoder::enc_add_unpack(format fmt, const Term* x, cons
   in.big = enc_make_term_ite(in.x_bigger, mx, my);
   in.small = enc_make_term_ite(in.x_bigger, my, mx);
   return in;
+}
+
+const Term* FpBvEncoder::enc_add_exponent(format fmt, const Addends& in) {
+  const Term* wide_exp = dst_mgr->make_bv_sign_extend(1, in.exp_bigger);
+  const Term* res_exp = dst_mgr->make_bv_add(wide_exp, bv(2, fmt.e + 1));
+  debug_track_term(res_exp, "add_res_exp");
+  return res_exp;
 }
 
 const Term* FpBvEncoder::enc_add_distance(format fmt, const Term* dist0) {

@@ -228,9 +228,10 @@ class VORN_EXPORT FpBvEncoder {
     const Term* nan;  // flags and sign of 1 bit
     const Term* inf;
     const Term* sign;
-    const Term* exp;             // signed, any width
-    const Term* mant;            // any width, its top bit of weight 2^exp
-    bool may_underflow = true;   // whether exp may lie below that of the smallest normal number
+    const Term* exp;            // signed, any width
+    const Term* mant;           // any width, its top bit of weight 2^exp
+    bool is_field = false;      // exact: exp is the exponent field of the top bit, unsigned, from 1
+    bool may_underflow = true;  // whether exp may lie below that of the smallest normal number
     std::size_t lead_limit = 0;  // bound on the leading zeros of mant; 0: none
   };
   /// The packed value of format `fmt` nearest to `value` in mode `rm`.
@@ -284,13 +285,16 @@ class VORN_EXPORT FpBvEncoder {
     const Term* sy;
     const Term* samesign;    // 1 bit
     const Term* x_bigger;    // Boolean: x has the larger exponent, or they tie; exact: magnitude
-    const Term* exp_bigger;  // e bits
+    const Term* exp_bigger;  // e bits, signed; exact: a field, unsigned, 1 for subnormals
     const Term* distance;    // e bits, unsigned
     const Term* big;         // m + 1 bits each
     const Term* small;
+    bool has_field = false;  // exp_bigger is a field
   };
   const Term* enc_add_sub(const Term* t, bool is_sub);
   virtual Addends enc_add_unpack(format fmt, const Term* x, const Term* y);
+  /// The exponent of the sum's top bit but one, or its field: e + 1 bits.
+  virtual const Term* enc_add_exponent(format fmt, const Addends& in);
   /// The distance capped at m + 3, in m + 1 bits.
   const Term* enc_add_distance(format fmt, const Term* dist0);
   /// `small` (m + 1 bits) moved down by dist0 within m + 4 bits, three of them below its own; the

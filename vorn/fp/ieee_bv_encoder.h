@@ -58,6 +58,7 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// The base orders by exponents, so that a difference may be negative, and has an adder for each
   /// of sum, difference and negation.
   Addends enc_add_unpack(format fmt, const Term* x, const Term* y) override;
+  const Term* enc_add_exponent(format fmt, const Addends& in) override;
   const Term* enc_add_significands(format fmt, const Addends& in, const Term** res_sign) override;
   /// One shifter that collects the sticky bit is smaller than the base's two, and serves m = 1.
   const Term* enc_add_align(format fmt, const Term* small, const Term* dist0,
@@ -145,6 +146,8 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
     const Term* field;
   };
   Scaled enc_scale(format fmt, const Unrounded& value);
+  /// The same where the exponent is a field.
+  Scaled enc_scale_field(const Term* mant, const Term* lz, const Unrounded& value);
   const Term* enc_assemble(format fmt, const Unrounded& value, const Term* overflow,
                            const Term* saturates, const Term* body);
 

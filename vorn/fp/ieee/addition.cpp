@@ -30,9 +30,9 @@ FpBvEncoder::Addends IeeeBvEncoder::enc_add_unpack(format fmt, const Term* x, co
     // Subnormals have the exponent of the field 1.
     return mgr.make_bv_or(field, mgr.make_bv_zero_extend(e - 1, mgr.make_bv_not(hidden)));
   };
-  const Term* big_biased = raised(big_field, big_hidden);
-  in.exp_bigger = mgr.make_bv_sub(big_biased, mgr.make_bv_number(fmt.bias(), e));
-  in.distance = mgr.make_bv_sub(big_biased, raised(small_field, small_hidden));
+  in.exp_bigger = raised(big_field, big_hidden);
+  in.has_field = true;
+  in.distance = mgr.make_bv_sub(in.exp_bigger, raised(small_field, small_hidden));
   in.big = mgr.make_bv_concat(big_hidden, mgr.make_bv_extract(m - 1, 0, big));
   in.small = mgr.make_bv_concat(small_hidden, mgr.make_bv_extract(m - 1, 0, small));
   if (is_debugging()) {
@@ -40,11 +40,24 @@ FpBvEncoder::Addends IeeeBvEncoder::enc_add_unpack(format fmt, const Term* x, co
     debug_track_term(enc_get_exponent(y, fmt, true), "add_exp2");
     debug_track_term(enc_get_mantissa(x, fmt, true), "add_mant1");
     debug_track_term(enc_get_mantissa(y, fmt, true), "add_mant2");
-    debug_track_term(in.exp_bigger, "add_exp_bigger");
+    const Term* bias = mgr.make_bv_number(fmt.bias(), e);
+    debug_track_term(mgr.make_bv_sub(in.exp_bigger, bias), "add_exp_bigger");
     debug_track_term(enc_get_exponent(x, fmt, false), "add_exp1_biased");
     debug_track_term(enc_get_exponent(y, fmt, false), "add_exp2_biased");
   }
   return in;
+}
+
+/// Fields need no bias taken off and put on again.
+const Term* IeeeBvEncoder::enc_add_exponent(format fmt, const Addends& in) {
+  TermManager& mgr = *dst_mgr;
+  const std::size_t e = fmt.e;
+  const Term* field = mgr.make_bv_add(mgr.make_bv_zero_extend(1, in.exp_bigger), bv(2, e + 1));
+  if (is_debugging()) {
+    const Term* bias = mgr.make_bv_number(fmt.bias(), e + 1);
+    debug_track_term(mgr.make_bv_sub(field, bias), "add_res_exp");
+  }
+  return field;
 }
 
 const Term* IeeeBvEncoder::enc_add_significands(format fmt, const Addends& in,

@@ -16,7 +16,12 @@ namespace vorn::fp {
 const Term* IeeeBvEncoder::enc_round(const Term* rm, format fmt, const Unrounded& value) {
   TermManager& mgr = *dst_mgr;
   const auto [e, m] = fmt;
-  debug_track_term(value.exp, "scale_exp_before");
+  if (value.is_field && is_debugging()) {
+    const Term* bias = mgr.make_bv_number(fmt.bias(), width_of(value.exp));
+    debug_track_term(mgr.make_bv_sub(value.exp, bias), "scale_exp_before");
+  } else if (!value.is_field) {
+    debug_track_term(value.exp, "scale_exp_before");
+  }
   debug_track_term(value.mant, "scale_mant_before");
   const auto [mant, field] = enc_scale(fmt, value);
   debug_track_term(rm, "round_rounding");
@@ -63,6 +68,7 @@ IeeeBvEncoder::Scaled IeeeBvEncoder::enc_scale(format fmt, const Unrounded& valu
 
   const std::size_t lead = value.lead_limit == 0 ? given : std::min(value.lead_limit, given);
   const Term* lz = enc_leading_zeros(mgr.make_bv_extract(W - 1, W - lead, mant));
+  if (value.is_field) return enc_scale_field(mant, lz, value);
   const std::size_t S = width_of(lz);
   const std::size_t given_e = width_of(value.exp);
   const std::size_t E = std::max({given_e, static_cast<std::size_t>(e), S}) + 2;
@@ -88,6 +94,33 @@ IeeeBvEncoder::Scaled IeeeBvEncoder::enc_scale(format fmt, const Unrounded& valu
   }
   const Term* moved = mgr.make_bv_sub(d, mgr.make_bv_zero_extend(E - S, left));
   const Term* field = mgr.make_bv_add(moved, bv(1, E));
+  debug_track_term(mant, "scale_mant");
+  debug_track_term(field, "scale_field");
+  return {mant, field};
+}
+
+/// The shift is the number of leading zeros, or one less than the field where that is not more: at
+/// the field 1 it ends.
+IeeeBvEncoder::Scaled IeeeBvEncoder::enc_scale_field(const Term* mant, const Term* lz,
+                                                     const Unrounded& value) {
+  TermManager& mgr = *dst_mgr;
+  const std::size_t W = width_of(mant);
+  const std::size_t S = width_of(lz);
+  const std::size_t given = width_of(value.exp);
+  const std::size_t E = std::max(given, S);
+  const Term* field = mgr.make_bv_zero_extend(E - given, value.exp);
+  const Term* near = mgr.make_bv_ule(field, mgr.make_bv_zero_extend(E - S, lz));
+  const Term* to_first = mgr.make_bv_sub(mgr.make_bv_extract(S - 1, 0, field), bv(1, S));
+  const Term* left = enc_make_term_ite(near, to_first, lz);
+  debug_track_term(lz, "scale_leading_zeros");
+  if (is_debugging()) {
+    debug_track_term(mgr.make_bv_sub(field, bv(1, E)), "scale_distance");
+    debug_track_term(mgr.make_false(), "scale_below");
+  }
+  mant = mgr.make_bv_lshl(mant, mgr.make_bv_zero_extend(W - S, left));
+  debug_track_term(left, "scale_left");
+  field = mgr.make_bv_sub(field, mgr.make_bv_zero_extend(E - S, left));
+  field = mgr.make_bv_zero_extend(1, field);  // signed, as enc_round has it
   debug_track_term(mant, "scale_mant");
   debug_track_term(field, "scale_field");
   return {mant, field};
