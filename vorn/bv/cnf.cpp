@@ -56,7 +56,7 @@ bool Cnf::value(Lit lit) const {
   if (lit.is_constant()) return lit == kTrue;
   const std::uint32_t node = lit.get_node();
   assert(graph.is_input(node));
-  const int variable = node < nodes.size() ? nodes[node].variable : 0;
+  const int variable = node < variables.size() ? variables[node] : 0;
   return (variable != 0 && solver.value(variable)) != lit.is_negated();
 }
 
@@ -69,22 +69,23 @@ void Cnf::count_step() {
 }
 
 void Cnf::count_use(std::uint32_t node) {
-  if (nodes[node].uses < kManyUses) ++nodes[node].uses;
+  if (marks[node].uses < kManyUses) ++marks[node].uses;
 }
 
 /// Makes room for the graph as it is now and counts the uses of nodes below `root`, itself used by
 /// the caller. Uses decide only which nodes are drawn into the gates above them; a node that gets
 /// another use later is then defined beside the gate that it is in.
 void Cnf::prepare(Lit root) {
-  nodes.resize(graph.get_node_count());
+  marks.resize(graph.get_node_count());
+  variables.resize(graph.get_node_count());
   count_use(root.get_node());
   std::vector<std::uint32_t> stack = {root.get_node()};
   while (!stack.empty()) {
     const std::uint32_t node = stack.back();
     stack.pop_back();
-    if (nodes[node].visited) continue;
+    if (marks[node].visited) continue;
     count_step();
-    nodes[node].visited = true;
+    marks[node].visited = 1;
     if (!graph.is_and(node)) continue;
     for (const Lit operand : {graph.get_left(node), graph.get_right(node)}) {
       count_use(operand.get_node());
@@ -123,7 +124,7 @@ void Cnf::load_conjunction(std::uint32_t node, WideGate* gate) {
     const Lit lit = tree.back();
     tree.pop_back();
     const std::uint32_t inner = lit.get_node();
-    if (!lit.is_negated() && nodes[inner].uses == 1 && graph.is_and(inner) &&
+    if (!lit.is_negated() && marks[inner].uses == 1 && graph.is_and(inner) &&
         match_gate(graph, inner).kind == GateKind::conjunction) {
       tree.push_back(graph.get_right(inner));
       tree.push_back(graph.get_left(inner));
@@ -139,10 +140,10 @@ void Cnf::load_parity(std::uint32_t node, std::span<const Lit> inputs, WideGate*
   gate->inputs.assign(inputs.begin(), inputs.end());
   const std::uint32_t both = graph.get_left(node).get_node();
   const std::uint32_t neither = graph.get_right(node).get_node();
-  if (nodes[both].uses != 1 || nodes[neither].uses != 1) return;
+  if (marks[both].uses != 1 || marks[neither].uses != 1) return;
   for (Lit& input : gate->inputs) {
     const std::uint32_t inner = input.get_node();
-    if (nodes[inner].uses != 2 || !graph.is_and(inner)) continue;
+    if (marks[inner].uses != 2 || !graph.is_and(inner)) continue;
     const Gate core = match_gate(graph, inner);
     if (core.kind != GateKind::exclusive_or) continue;
     const bool flip = input.is_negated();
@@ -184,9 +185,9 @@ int Cnf::require(Lit lit, Directions use) {
   const std::uint32_t node = lit.get_node();
   const int variable = get_variable(node);
   const auto missing =
-      static_cast<Directions>(of_node(lit, use) & static_cast<unsigned>(~nodes[node].defined));
+      static_cast<Directions>(of_node(lit, use) & static_cast<unsigned>(~marks[node].defined));
   if (missing != 0) {
-    nodes[node].defined |= missing;
+    marks[node].defined = (marks[node].defined | missing) & kBoth;
     if (graph.is_and(node)) required.push_back({node, missing});
   }
   return lit.is_negated() ? -variable : variable;
@@ -194,13 +195,13 @@ int Cnf::require(Lit lit, Directions use) {
 
 /// The variable of a node. That the node was asserted before it had one is caught up on.
 int Cnf::get_variable(std::uint32_t node) {
-  Node& entry = nodes[node];
-  if (entry.variable == 0) {
-    entry.variable = solver.new_variable();
-    if ((entry.asserted & kPositive) != 0) solver.add_clause({entry.variable});
-    if ((entry.asserted & kNegative) != 0) solver.add_clause({-entry.variable});
+  int& variable = variables[node];
+  if (variable == 0) {
+    variable = solver.new_variable();
+    if ((marks[node].asserted & kPositive) != 0) solver.add_clause({variable});
+    if ((marks[node].asserted & kNegative) != 0) solver.add_clause({-variable});
   }
-  return entry.variable;
+  return variable;
 }
 
 int Cnf::true_literal() {
@@ -215,12 +216,12 @@ int Cnf::true_literal() {
 void Cnf::assert_node(Lit lit, std::vector<Lit>* conjuncts) {
   const std::uint32_t node = lit.get_node();
   const Directions side = of_node(lit, kPositive);
-  if ((nodes[node].asserted & side) != 0) return;
-  const bool is_defined = (nodes[node].defined & side) != 0 || !graph.is_and(node);
-  nodes[node].asserted |= side;
-  nodes[node].defined = kBoth;  // the node has a known value and so has its function
-  if (nodes[node].variable != 0) {
-    solver.add_clause({lit.is_negated() ? -nodes[node].variable : nodes[node].variable});
+  if ((marks[node].asserted & side) != 0) return;
+  const bool is_defined = (marks[node].defined & side) != 0 || !graph.is_and(node);
+  marks[node].asserted = (marks[node].asserted | side) & kBoth;
+  marks[node].defined = kBoth;  // the node has a known value and so has its function
+  if (variables[node] != 0) {
+    solver.add_clause({lit.is_negated() ? -variables[node] : variables[node]});
   } else if (is_defined) {
     get_variable(node);
   }
@@ -240,7 +241,7 @@ void Cnf::define_required() {
     const auto [node, directions] = required.back();
     required.pop_back();
     count_step();
-    const int variable = nodes[node].variable;
+    const int variable = variables[node];
     WideGate& gate = gates[0];
     load_gate(node, &gate);
     if ((directions & kPositive) != 0) imply_gate(-variable, gate);
@@ -255,8 +256,8 @@ void Cnf::define_required() {
 
 /// Whether the literal is a gate that has so many uses, and no variable yet.
 bool Cnf::is_free(Lit lit, std::uint8_t uses) const {
-  const Node& node = nodes[lit.get_node()];
-  return node.uses == uses && node.variable == 0 && node.asserted == 0 &&
+  const Mark mark = marks[lit.get_node()];
+  return mark.uses == uses && variables[lit.get_node()] == 0 && mark.asserted == 0 &&
          graph.is_and(lit.get_node());
 }
 
@@ -359,7 +360,7 @@ void Cnf::imply_clause(int unless, std::size_t depth) {
   }
   const Lit lit = inner->lit;
   // What is written out twice is not to be made larger.
-  const std::size_t next = nodes[lit.get_node()].uses > 1 ? kMostInner : depth + 1;
+  const std::size_t next = marks[lit.get_node()].uses > 1 ? kMostInner : depth + 1;
   clauses[next].assign(parts.begin(), inner);
   clauses[next].insert(clauses[next].end(), inner + 1, parts.end());
   taken[next] = clauses[next].size();

@@ -76,14 +76,14 @@ class VORN_EXPORT Cnf {
     Lit lit;
     bool is_inner = false;  // the clauses of its gate stand in for it
   };
-  struct Node {
-    int variable = 0;         // 0: none yet
-    std::uint8_t uses = 0;    // by nodes and callers seen so far, counted up to kManyUses
-    bool visited = false;     // its operands have been counted
-    Directions defined = 0;   // directions whose clauses are there
-    Directions asserted = 0;  // the values that it was asserted to have
+  /// What is known of a node, in as little as that takes: graphs have millions of them.
+  struct Mark {
+    std::uint8_t uses : 2 = 0;      // by nodes and callers seen so far, counted up to kManyUses
+    std::uint8_t visited : 1 = 0;   // its operands have been counted
+    std::uint8_t defined : 2 = 0;   // Directions whose clauses are there
+    std::uint8_t asserted : 2 = 0;  // Directions: the values that it was asserted to have
   };
-  static_assert(sizeof(Node) == 8);
+  static_assert(sizeof(Mark) == 1);
   static constexpr std::uint8_t kManyUses = 3;
   /// How many inner gates there can be, one within the other.
   static constexpr std::size_t kMostInner = 2;
@@ -114,7 +114,8 @@ class VORN_EXPORT Cnf {
 
   const Aig& graph;
   SatSolver& solver;
-  std::vector<Node> nodes;
+  std::vector<Mark> marks;           // by node
+  std::vector<int> variables;        // by node; 0: none yet
   std::vector<Definition> required;  // definitions still to be written
   int constant = 0;                  // a variable that is true; 0: none yet
   std::uint32_t steps = 0;           // for asking the test only now and then

@@ -228,11 +228,11 @@ class VORN_EXPORT FpBvEncoder {
     const Term* nan;  // flags and sign of 1 bit
     const Term* inf;
     const Term* sign;
-    const Term* exp;            // signed, any width
-    const Term* mant;           // any width, its top bit of weight 2^exp
-    bool is_field = false;      // exact: exp is the exponent field of the top bit, unsigned, from 1
-    bool may_underflow = true;  // whether exp may lie below that of the smallest normal number
+    const Term* exp;             // signed, any width
+    const Term* mant;            // any width, its top bit of weight 2^exp
+    bool may_underflow = true;   // whether exp may lie below that of the smallest normal number
     std::size_t lead_limit = 0;  // bound on the leading zeros of mant; 0: none
+    bool is_field = false;  // exact: exp is the exponent field of the top bit, unsigned, from 1
   };
   /// The packed value of format `fmt` nearest to `value` in mode `rm`.
   virtual const Term* enc_round(const Term* rm, format fmt, const Unrounded& value);
