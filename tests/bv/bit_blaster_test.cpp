@@ -390,6 +390,31 @@ TEST(BitBlaster, SelectsBetweenBitVectors) {
       [](Word v) { return (v & 1U) != 0 ? v >> 1 & 7U : v >> 4 & 7U; }, "ite");
 }
 
+TEST(BitBlaster, GivesTheSameBitsAfterItForgotThem) {
+  TermManager mgr;
+  Aig graph;
+  BitBlaster blaster(mgr, graph);
+  const Term* x = mgr.make_constant(mgr.make_unique_symbol("x", mgr.get_bv_type(8)));
+  const Term* y = mgr.make_constant(mgr.make_unique_symbol("y", mgr.get_bv_type(8)));
+  const Term* product = mgr.make_bv_mul(x, mgr.make_bv_add(y, x));
+  const Term* part = mgr.make_bv_extract(6, 2, product);
+  const auto copy = [&](const Term* t) {
+    const std::span<const Lit> bits = blaster.blast_bits(t);
+    return std::vector<Lit>(bits.begin(), bits.end());
+  };
+  const std::vector<Lit> bits = copy(product);
+  EXPECT_EQ(copy(part), std::vector<Lit>(bits.begin() + 2, bits.begin() + 7));
+  const std::vector<Lit> input = copy(x);
+  const std::uint32_t nodes = graph.get_node_count();
+  blaster.release_bits();
+  graph.release_table();
+  EXPECT_EQ(copy(part), std::vector<Lit>(bits.begin() + 2, bits.begin() + 7));
+  EXPECT_EQ(copy(product), bits);
+  EXPECT_EQ(copy(x), input);
+  EXPECT_EQ(graph.get_node_count(), nodes);
+  EXPECT_EQ(blaster.get_inputs().size(), 2U);
+}
+
 TEST(BitBlaster, SharesOneDividerBetweenQuotientAndRemainder) {
   Fixture fix;
   const Term* a = fix.variable("a", 16);

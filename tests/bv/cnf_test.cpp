@@ -118,6 +118,36 @@ TEST_F(CnfClauses, OfGatesAreThoseOfTheGateAsAWhole) {
   EXPECT_EQ(variables, 5U);
 }
 
+TEST_F(CnfClauses, OfAGateThatIsUsedOnceStandInThoseAroundIt) {
+  const Lit both = graph.make_and(a, b);
+  EXPECT_EQ(count(graph.make_ite(c, both, d), Cnf::Polarity::both), 5U);
+  EXPECT_EQ(variables, 5U);
+  EXPECT_EQ(count(graph.make_ite(c, both, d), Cnf::Polarity::positive), 3U);
+  const Lit parity = graph.make_xor(a, d);
+  EXPECT_EQ(count(graph.make_and(parity, c), Cnf::Polarity::both), 5U);
+  EXPECT_EQ(variables, 4U);
+  // Two inputs of one conjunction would multiply.
+  EXPECT_EQ(count(graph.make_and(graph.make_xor(a, b), graph.make_xor(c, d)), Cnf::Polarity::both),
+            9U);
+  EXPECT_EQ(variables, 6U);
+}
+
+TEST_F(CnfClauses, OfABranchOfTwoShiftersStandInBoth) {
+  const Lit inner = graph.make_ite(a, b, c);
+  const Lit e = graph.make_input();
+  const Lit f = graph.make_input();
+  const Lit one = graph.make_ite(d, inner, e);
+  const Lit other = graph.make_ite(d, f, inner);
+  const auto solver = make_cadical_solver();
+  Cnf cnf(graph, *solver);
+  const Lit top = graph.make_xor(one, other);
+  cnf.literal(top);
+  // Four of the parity, and for each branch of two one if-then-else that is written out and one
+  // that is not.
+  EXPECT_EQ(solver->get_clause_count(), 4U + 2U * (4U + 2U));
+  EXPECT_EQ(solver->get_variable_count(), 9U);
+}
+
 TEST_F(CnfClauses, OfOneDirectionAreThoseItNeeds) {
   EXPECT_EQ(count(graph.make_xor(a, b), Cnf::Polarity::positive), 2U);
   EXPECT_EQ(count(graph.make_maj(a, b, c), Cnf::Polarity::negative), 3U);

@@ -53,9 +53,9 @@ inline constexpr Lit kTrue{0, true};
 /// A growing graph of inputs and two-input conjunctions.
 class VORN_EXPORT Aig {
  public:
-  /// Where a gigabyte of nodes and table is reached. The clauses of such a graph would not fit the
-  /// memory of most machines.
-  static constexpr std::size_t kMaxNodes = std::size_t{1} << 26;
+  /// With terms, clauses and the SAT solver's own, 200 bytes belong to each node of a large graph:
+  /// ten gigabytes, which an ordinary machine has.
+  static constexpr std::size_t kMaxNodes = 50'000'000;
 
   Aig();
 

@@ -158,6 +158,13 @@ std::span<const Lit> BitBlaster::blast_bits(const Term* t) {
   return blast(t);
 }
 
+void BitBlaster::release_bits() {
+  of_others = {};
+  cache = {};
+  for (const Input& input : inputs)
+    note(input.constant, input.bits.data());
+}
+
 std::span<const Lit> BitBlaster::blast(const Term* root) {
   walk_post_order<ArgumentOrder::last_to_first>(
       root, [this](const Term* t) { return find(t) != nullptr; },
@@ -182,12 +189,12 @@ void BitBlaster::blast_leaf(const Term* t) {
   if (value != nullptr) {
     for (std::size_t i = 0; i < bits.size(); ++i)
       bits[i] = kFalse ^ value->test_bit(i);
-    store(t, bits);
+    store(t, bits, &of_others);
     return;
   }
   for (Lit& bit : bits)
     bit = circuits.get_graph().make_input();
-  inputs.push_back({t, store(t, bits)});
+  inputs.push_back({t, store(t, bits, &of_inputs)});
 }
 
 /// An operation whose operands are done.
@@ -206,14 +213,14 @@ void BitBlaster::blast_operation(const Term* t) {
   }
   const Bits bits = circuit(circuits, operands);
   assert(bits.size() == get_width(t));
-  store(t, bits);
+  store(t, bits, &of_others);
 }
 
-std::span<const Lit> BitBlaster::store(const Term* t, std::span<const Lit> bits) {
-  if (storage.empty() || storage.back().capacity() - storage.back().size() < bits.size()) {
-    storage.emplace_back().reserve(std::max(kChunkBits, bits.size()));
+std::span<const Lit> BitBlaster::store(const Term* t, std::span<const Lit> bits, Storage* storage) {
+  if (storage->empty() || storage->back().capacity() - storage->back().size() < bits.size()) {
+    storage->emplace_back().reserve(std::max(kChunkBits, bits.size()));
   }
-  std::vector<Lit>& chunk = storage.back();
+  std::vector<Lit>& chunk = storage->back();
   const std::size_t first = chunk.size();
   chunk.insert(chunk.end(), bits.begin(), bits.end());
   note(t, chunk.data() + first);

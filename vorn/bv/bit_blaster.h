@@ -40,6 +40,10 @@ class VORN_EXPORT BitBlaster {
   /// Throws std::invalid_argument as above.
   std::span<const Lit> blast_bits(const Term* t);
 
+  /// Forgets the bits of all terms but uninterpreted constants: the graph gives the same bits to
+  /// whoever asks again. Takes back the promise of blast_bits.
+  void release_bits();
+
   /// The uninterpreted constants met so far, in the order in which they were met.
   const std::vector<Input>& get_inputs() const { return inputs; }
 
@@ -51,13 +55,15 @@ class VORN_EXPORT BitBlaster {
   std::size_t get_width(const Term* t) const;
   void blast_leaf(const Term* t);
   void blast_operation(const Term* t);
-  std::span<const Lit> store(const Term* t, std::span<const Lit> bits);
+  using Storage = std::deque<std::vector<Lit>>;  // chunks that never grow beyond their capacity
+  std::span<const Lit> store(const Term* t, std::span<const Lit> bits, Storage* storage);
   void note(const Term* t, const Lit* bits);
 
   const TermManager& mgr;
   Circuits circuits;
-  std::vector<const Lit*> cache;         // by term: its first bit, in storage; null: not met
-  std::deque<std::vector<Lit>> storage;  // chunks that never grow beyond their capacity
+  std::vector<const Lit*> cache;  // by term: its first bit, in storage; null: not met
+  Storage of_inputs;
+  Storage of_others;
   std::vector<Input> inputs;
 };
 

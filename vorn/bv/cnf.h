@@ -86,7 +86,7 @@ class VORN_EXPORT Cnf {
   static_assert(sizeof(Mark) == 1);
   static constexpr std::uint8_t kManyUses = 3;
   /// How many inner gates there can be, one within the other.
-  static constexpr std::size_t kMostInner = 2;
+  static constexpr std::size_t kMostInner = 3;
   struct Definition {
     std::uint32_t node;
     Directions directions;

@@ -74,7 +74,10 @@ struct Solver::BackEnd {
     /// would pay for it each time.
     void save_memory() {
       static constexpr std::uint32_t kLargeGraph = 1U << 20U;
-      if (!is_searched && aig.get_node_count() > kLargeGraph) aig.release_table();
+      if (!is_searched && aig.get_node_count() > kLargeGraph) {
+        aig.release_table();
+        blaster.release_bits();
+      }
       is_searched = true;
     }
 
