@@ -13,7 +13,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "vorn/terms/operations.h"
 #include "vorn/terms/post_order.h"
 #include "vorn/terms/term.h"
 #include "vorn/utils/termination_test.h"
