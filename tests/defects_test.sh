@@ -58,14 +58,14 @@ for fault in invalid_argument length_error runtime_error; do
 done
 run 'encode an operation' 1 '^$' '^add .*: error: .*planted$' invalid_argument encode --to dot --op "$sum"
 run 'encode an operation' 3 '^$' '^add .*: error: planted$' length_error encode --to dot --op "$sum"
-run 'solve' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc "$dir/sum.smt2"
-run 'encode' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc encode --to smt2 "$dir/sum.smt2"
-run 'explain' 3 '^$' 'sum\.smt2: error: out of memory$' bad_alloc explain "$dir/sum.smt2"
+run 'solve' 3 '^unknown$' '^$' bad_alloc "$dir/sum.smt2"
+run 'encode' 3 '^$' 'sum\.smt2:3:2: error: out of memory$' bad_alloc encode --to smt2 "$dir/sum.smt2"
+run 'explain' 3 '^$' 'sum\.smt2:3:2: error: out of memory$' bad_alloc explain "$dir/sum.smt2"
 # shellcheck disable=SC2086
 run 'explain an operation' 3 '^$' '^error: out of memory$' bad_alloc explain $sum
 # shellcheck disable=SC2086
 run 'explain an operation' 3 '^$' '^error: planted$' length_error explain $sum
-run 'lift' 3 '^$' 'sum\.cnf: error: out of memory$' bad_alloc lift --check "$dir/sum.smt2" "$dir/sum.cnf" "$dir/answer"
+run 'lift' 3 '^$' 'sum\.smt2:3:2: error: out of memory$' bad_alloc lift --check "$dir/sum.smt2" "$dir/sum.cnf" "$dir/answer"
 check 'eval: bad_alloc' 3 '^error: out of memory'$'\n''error: an empty line$' '^$' \
   env FAULT=bad_alloc bash -c "{ cat '$dir/line'; echo; } | '$vorn' eval"
 

@@ -10,6 +10,7 @@
 
 #include "tools/defect.h"
 #include "tools/solve.h"
+#include "vorn/smt2/error.h"
 #include "vorn/terms/engine.h"
 
 namespace vorn::tools {
@@ -27,6 +28,9 @@ int report_failure(const std::string& place, const std::string& evidence) {
     return kLimitReached;
   } catch (const std::bad_alloc&) {
     std::cerr << prefix << "error: out of memory\n";
+    return kLimitReached;
+  } catch (const smt2::LimitError& error) {
+    std::cerr << error.what() << '\n';
     return kLimitReached;
   } catch (const std::exception& error) {
     if (is_internal(error)) return report_defect(error, evidence);

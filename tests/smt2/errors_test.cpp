@@ -90,7 +90,7 @@ TEST(StateErrors, ThatAreOwedToUnknownDoNotCount) {
 
 TEST(ScriptErrors, EndAScript) {
   for (const std::string wrong :
-       {"(assert x)", "(assert #b1)", "(assert (true)", "(declare-sort S 0)", "(push 4000000000)",
+       {"(assert x)", "(assert #b1)", "(assert (true)", "(declare-datatype S)", "(push 4000000000)",
         "(get-info status)", ")", "(frob)"}) {
     Warned s;
     const std::string printed = s.run("(check-sat)\n" + wrong + "\n(check-sat)", false);

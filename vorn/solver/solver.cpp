@@ -65,13 +65,18 @@ void Solver::assert_formula(const Term* f) {
   if (is_deferred) return;
   try {
     translate_new();
-  } catch (const std::invalid_argument&) {
-    assertions.retract(assertions.get_size() - 1, [](const Term*) {});
-    throw;
   } catch (const Terminated&) {
     is_deferred = true;
   } catch (const std::bad_alloc&) {
     is_deferred = true;
+  } catch (const std::invalid_argument&) {
+    assertions.retract(assertions.get_size() - 1, [](const Term*) {});
+    throw;
+  } catch (...) {
+    // Who knows where it came from in the midst of an encoding.
+    assertions.retract(assertions.get_size() - 1, [](const Term*) {});
+    drop_back_end();
+    throw;
   }
   if (is_deferred) drop_back_end();
 }
