@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 #include "tests/bv/random_graph.h"
 #include "vorn/bv/sat_solver.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::bv {
 namespace {
@@ -144,6 +146,83 @@ TEST_F(CnfClauses, OfAssertionsNeedNoVariableForTheTop) {
   EXPECT_EQ(count_asserted(graph.make_iff(a, b)), 2U);
   EXPECT_EQ(variables, 2U);
   EXPECT_EQ(count_asserted(kTrue), 0U);
+}
+
+TEST_F(CnfClauses, OfAGateWithinAnotherNeedNoVariableForIt) {
+  // Seven if the conjunction had a variable.
+  const Lit both = graph.make_and(b, c);
+  EXPECT_EQ(count(graph.make_ite(a, both, d), Cnf::Polarity::both), 5U);
+  EXPECT_EQ(variables, 5U);
+  EXPECT_EQ(count(graph.make_ite(a, d, !both), Cnf::Polarity::both), 5U);
+  EXPECT_EQ(variables, 5U);
+  EXPECT_EQ(count_asserted(graph.make_ite(a, both, d)), 3U);
+  EXPECT_EQ(variables, 4U);
+  // In the disjunction a clause for each input of the conjunction.
+  EXPECT_EQ(count(graph.make_or(a, both), Cnf::Polarity::both), 4U);
+  EXPECT_EQ(variables, 4U);
+}
+
+TEST_F(CnfClauses, OfAGateThatHasOtherUsesNeedAVariableForIt) {
+  const Lit both = graph.make_and(b, c);
+  const Lit chosen = graph.make_ite(a, both, d);
+  EXPECT_EQ(count_asserted(graph.make_and(chosen, graph.make_or(both, d))), 5U);
+  EXPECT_EQ(variables, 5U);
+}
+
+TEST_F(CnfClauses, MeanTheSameWhereAnInnerGateIsUsedLater) {
+  const Lit both = graph.make_and(b, !c);
+  const Lit inner = graph.make_ite(b, both, d);
+  const Lit outer = graph.make_ite(a, inner, !both);
+  const auto values = [](unsigned v) {
+    const bool x = (v >> 1 & 1U) != 0 && (v >> 2 & 1U) == 0;
+    const bool y = (v >> 1 & 1U) != 0 ? x : (v >> 3 & 1U) != 0;
+    return std::array{(v & 1U) != 0 ? y : !x, y, x};
+  };
+  const std::array asked = {outer, inner, both};
+  for (unsigned first = 0; first < asked.size(); ++first) {
+    const auto solver = make_cadical_solver();
+    Cnf cnf(graph, *solver);
+    for (unsigned turn = 0; turn < asked.size(); ++turn) {
+      const unsigned which = (first + turn) % asked.size();
+      const int literal = cnf.literal(asked[which]);
+      for (unsigned v = 0; v < 16; ++v) {
+        const std::array inputs = {a, b, c, d};
+        for (unsigned i = 0; i < inputs.size(); ++i)
+          solver->assume(cnf.literal(inputs[i] ^ ((v >> i & 1U) == 0)));
+        solver->assume(values(v)[which] ? -literal : literal);
+        ASSERT_EQ(solver->solve(), Result::unsat) << first << ' ' << which << ' ' << v;
+      }
+    }
+  }
+}
+
+class Stop final : public TerminationTest {
+ public:
+  bool terminate() const override { return true; }
+};
+
+TEST_F(CnfClauses, AreLeftUnfinishedWhenTheTestSaysStop) {
+  std::vector<Lit> inputs;
+  for (int i = 0; i < 10'000; ++i)
+    inputs.push_back(graph.make_input());
+  Lit parity = kFalse;
+  Lit all = kTrue;
+  for (const Lit input : inputs) {
+    parity = graph.make_xor(parity, input);
+    all = graph.make_and(all, graph.make_or(input, parity));
+  }
+  const Stop stop;
+  for (const Lit lit : {parity, all}) {
+    const auto solver = make_cadical_solver();
+    Cnf cnf(graph, *solver);
+    cnf.set_termination_test(&stop);
+    EXPECT_THROW(cnf.literal(lit), Terminated);
+    const auto other = make_cadical_solver();
+    Cnf whole(graph, *other);
+    whole.set_termination_test(&stop);
+    EXPECT_THROW(whole.assert_true(lit), Terminated);
+    EXPECT_LT(other->get_clause_count(), count_asserted(lit) / 2);
+  }
 }
 
 TEST_F(CnfClauses, AreNotRepeated) {
