@@ -60,6 +60,61 @@ TEST(Cnf, AnswersAsTruthTablesDoWhateverTheOrderOfUses) {
     run_script(seed);
 }
 
+/// A tree of gates over inputs, in which no gate but the lowest is likely to have two uses.
+Function make_tree(RandomGraph& random, int depth) {
+  if (depth == 0) return random.pick();
+  const Function a = random.pick();
+  const Function b = make_tree(random, depth - 1);
+  const Function c = make_tree(random, depth - 1);
+  Aig& graph = random.graph;
+  Function f = {};
+  switch (random.draw() % 4) {
+    case 0:
+      f = {graph.make_and(b.lit, c.lit), b.table & c.table};
+      break;
+    case 1:
+      f = {graph.make_xor(b.lit, c.lit), b.table ^ c.table};
+      break;
+    case 2:
+      f = {graph.make_maj(a.lit, b.lit, c.lit),
+           (b.table & c.table) | (a.table & (b.table | c.table))};
+      break;
+    default:
+      f = {graph.make_ite(a.lit, b.lit, c.lit), (a.table & b.table) | (~a.table & c.table)};
+      break;
+  }
+  return random.draw() % 2 == 0 ? f : Function{!f.lit, ~f.table};
+}
+
+TEST(Cnf, OfGatesWithinGatesHasTheModelsOfTheirTables) {
+  for (std::uint64_t seed = 0; seed < 1000; ++seed) {
+    RandomGraph random(seed);
+    const Function f = make_tree(random, 4);
+    const auto solver = make_cadical_solver();
+    Cnf cnf(random.graph, *solver);
+    const bool is_asserted = seed % 2 == 0;
+    int literal = 0;
+    if (is_asserted) {
+      cnf.assert_true(f.lit);
+    } else {
+      literal = cnf.literal(f.lit);
+    }
+    for (std::size_t v = 0; v < 64; v += 1 + random.draw() % 5) {
+      for (std::size_t i = 0; i < RandomGraph::kInputs; ++i)
+        solver->assume(cnf.literal(random.get_input(i) ^ ((v >> i & 1U) == 0)));
+      const bool value = (f.table >> v & 1U) != 0;
+      if (!is_asserted) solver->assume(value ? literal : -literal);
+      ASSERT_EQ(solver->solve(), value || !is_asserted ? Result::sat : Result::unsat)
+          << "seed " << seed << " assignment " << v;
+      if (is_asserted) continue;
+      for (std::size_t i = 0; i < RandomGraph::kInputs; ++i)
+        solver->assume(cnf.literal(random.get_input(i) ^ ((v >> i & 1U) == 0)));
+      solver->assume(value ? -literal : literal);
+      ASSERT_EQ(solver->solve(), Result::unsat) << "seed " << seed << " assignment " << v;
+    }
+  }
+}
+
 TEST(Cnf, DefinesBothDirectionsOfALiteralThatIsUsedInBoth) {
   for (std::uint64_t seed = 0; seed < 100; ++seed) {
     RandomGraph random(seed);
