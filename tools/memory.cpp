@@ -53,6 +53,8 @@ std::atomic<std::uint64_t> limit = 0;  // bytes; 0 is none
 std::atomic<std::int64_t> used = 0;
 
 constexpr double kMostMegabytes = 1e9;
+/// Below, there would be no room to say that memory has ended.
+constexpr std::uint64_t kLeastLimit = std::uint64_t{1} << 16;  // bytes
 
 constexpr std::uint64_t kReservedPart = 16;  // one of so many is left where long work stops
 
@@ -117,7 +119,7 @@ void guard_number_memory() {
 void limit_memory(double megabytes) {
   if (megabytes > kMostMegabytes) return;
   used.store(0, std::memory_order_relaxed);
-  limit.store(std::max<std::uint64_t>(1, static_cast<std::uint64_t>(megabytes * 1e6)),
+  limit.store(std::max(kLeastLimit, static_cast<std::uint64_t>(megabytes * 1e6)),
               std::memory_order_relaxed);
 }
 

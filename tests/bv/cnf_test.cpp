@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 #include "tests/bv/random_graph.h"
 #include "vorn/bv/sat_solver.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::bv {
 namespace {
@@ -56,6 +58,61 @@ void run_script(std::uint64_t seed) {
 TEST(Cnf, AnswersAsTruthTablesDoWhateverTheOrderOfUses) {
   for (std::uint64_t seed = 0; seed < 1500; ++seed)
     run_script(seed);
+}
+
+/// A tree of gates over inputs, in which no gate but the lowest is likely to have two uses.
+Function make_tree(RandomGraph& random, int depth) {
+  if (depth == 0) return random.pick();
+  const Function a = random.pick();
+  const Function b = make_tree(random, depth - 1);
+  const Function c = make_tree(random, depth - 1);
+  Aig& graph = random.graph;
+  Function f = {};
+  switch (random.draw() % 4) {
+    case 0:
+      f = {graph.make_and(b.lit, c.lit), b.table & c.table};
+      break;
+    case 1:
+      f = {graph.make_xor(b.lit, c.lit), b.table ^ c.table};
+      break;
+    case 2:
+      f = {graph.make_maj(a.lit, b.lit, c.lit),
+           (b.table & c.table) | (a.table & (b.table | c.table))};
+      break;
+    default:
+      f = {graph.make_ite(a.lit, b.lit, c.lit), (a.table & b.table) | (~a.table & c.table)};
+      break;
+  }
+  return random.draw() % 2 == 0 ? f : Function{!f.lit, ~f.table};
+}
+
+TEST(Cnf, OfGatesWithinGatesHasTheModelsOfTheirTables) {
+  for (std::uint64_t seed = 0; seed < 1000; ++seed) {
+    RandomGraph random(seed);
+    const Function f = make_tree(random, 4);
+    const auto solver = make_cadical_solver();
+    Cnf cnf(random.graph, *solver);
+    const bool is_asserted = seed % 2 == 0;
+    int literal = 0;
+    if (is_asserted) {
+      cnf.assert_true(f.lit);
+    } else {
+      literal = cnf.literal(f.lit);
+    }
+    for (std::size_t v = 0; v < 64; v += 1 + random.draw() % 5) {
+      for (std::size_t i = 0; i < RandomGraph::kInputs; ++i)
+        solver->assume(cnf.literal(random.get_input(i) ^ ((v >> i & 1U) == 0)));
+      const bool value = (f.table >> v & 1U) != 0;
+      if (!is_asserted) solver->assume(value ? literal : -literal);
+      ASSERT_EQ(solver->solve(), value || !is_asserted ? Result::sat : Result::unsat)
+          << "seed " << seed << " assignment " << v;
+      if (is_asserted) continue;
+      for (std::size_t i = 0; i < RandomGraph::kInputs; ++i)
+        solver->assume(cnf.literal(random.get_input(i) ^ ((v >> i & 1U) == 0)));
+      solver->assume(value ? -literal : literal);
+      ASSERT_EQ(solver->solve(), Result::unsat) << "seed " << seed << " assignment " << v;
+    }
+  }
 }
 
 TEST(Cnf, DefinesBothDirectionsOfALiteralThatIsUsedInBoth) {
@@ -174,6 +231,83 @@ TEST_F(CnfClauses, OfAssertionsNeedNoVariableForTheTop) {
   EXPECT_EQ(count_asserted(graph.make_iff(a, b)), 2U);
   EXPECT_EQ(variables, 2U);
   EXPECT_EQ(count_asserted(kTrue), 0U);
+}
+
+TEST_F(CnfClauses, OfAGateWithinAnotherNeedNoVariableForIt) {
+  // Seven if the conjunction had a variable.
+  const Lit both = graph.make_and(b, c);
+  EXPECT_EQ(count(graph.make_ite(a, both, d), Cnf::Polarity::both), 5U);
+  EXPECT_EQ(variables, 5U);
+  EXPECT_EQ(count(graph.make_ite(a, d, !both), Cnf::Polarity::both), 5U);
+  EXPECT_EQ(variables, 5U);
+  EXPECT_EQ(count_asserted(graph.make_ite(a, both, d)), 3U);
+  EXPECT_EQ(variables, 4U);
+  // In the disjunction a clause for each input of the conjunction.
+  EXPECT_EQ(count(graph.make_or(a, both), Cnf::Polarity::both), 4U);
+  EXPECT_EQ(variables, 4U);
+}
+
+TEST_F(CnfClauses, OfAGateThatHasOtherUsesNeedAVariableForIt) {
+  const Lit both = graph.make_and(b, c);
+  const Lit chosen = graph.make_ite(a, both, d);
+  EXPECT_EQ(count_asserted(graph.make_and(chosen, graph.make_or(both, d))), 5U);
+  EXPECT_EQ(variables, 5U);
+}
+
+TEST_F(CnfClauses, MeanTheSameWhereAnInnerGateIsUsedLater) {
+  const Lit both = graph.make_and(b, !c);
+  const Lit inner = graph.make_ite(b, both, d);
+  const Lit outer = graph.make_ite(a, inner, !both);
+  const auto values = [](unsigned v) {
+    const bool x = (v >> 1 & 1U) != 0 && (v >> 2 & 1U) == 0;
+    const bool y = (v >> 1 & 1U) != 0 ? x : (v >> 3 & 1U) != 0;
+    return std::array{(v & 1U) != 0 ? y : !x, y, x};
+  };
+  const std::array asked = {outer, inner, both};
+  for (unsigned first = 0; first < asked.size(); ++first) {
+    const auto solver = make_cadical_solver();
+    Cnf cnf(graph, *solver);
+    for (unsigned turn = 0; turn < asked.size(); ++turn) {
+      const unsigned which = (first + turn) % asked.size();
+      const int literal = cnf.literal(asked[which]);
+      for (unsigned v = 0; v < 16; ++v) {
+        const std::array inputs = {a, b, c, d};
+        for (unsigned i = 0; i < inputs.size(); ++i)
+          solver->assume(cnf.literal(inputs[i] ^ ((v >> i & 1U) == 0)));
+        solver->assume(values(v)[which] ? -literal : literal);
+        ASSERT_EQ(solver->solve(), Result::unsat) << first << ' ' << which << ' ' << v;
+      }
+    }
+  }
+}
+
+class Stop final : public TerminationTest {
+ public:
+  bool terminate() const override { return true; }
+};
+
+TEST_F(CnfClauses, AreLeftUnfinishedWhenTheTestSaysStop) {
+  std::vector<Lit> inputs;
+  for (int i = 0; i < 10'000; ++i)
+    inputs.push_back(graph.make_input());
+  Lit parity = kFalse;
+  Lit all = kTrue;
+  for (const Lit input : inputs) {
+    parity = graph.make_xor(parity, input);
+    all = graph.make_and(all, graph.make_or(input, parity));
+  }
+  const Stop stop;
+  for (const Lit lit : {parity, all}) {
+    const auto solver = make_cadical_solver();
+    Cnf cnf(graph, *solver);
+    cnf.set_termination_test(&stop);
+    EXPECT_THROW(cnf.literal(lit), Terminated);
+    const auto other = make_cadical_solver();
+    Cnf whole(graph, *other);
+    whole.set_termination_test(&stop);
+    EXPECT_THROW(whole.assert_true(lit), Terminated);
+    EXPECT_LT(other->get_clause_count(), count_asserted(lit) / 2);
+  }
 }
 
 TEST_F(CnfClauses, AreNotRepeated) {

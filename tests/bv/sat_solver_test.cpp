@@ -99,6 +99,40 @@ TEST_F(CadicalSolver, DoesNotStartWhenTheTestSaysStopAtOnce) {
   EXPECT_EQ(solver->solve(), Result::sat) << "the assumption went with the call";
 }
 
+TEST_F(CadicalSolver, GoesOnWhereItWasStoppedWhileClausesAreHandedOver) {
+  // A chain of implications: what follows from its beginning needs every clause.
+  const int first = solver->new_variable();
+  int last = first;
+  for (int i = 0; i < 20'000; ++i) {
+    const int next = solver->new_variable();
+    solver->add_clause({-last, next});
+    last = next;
+  }
+  for (int chunk = 0; chunk < 3; ++chunk) {
+    const CountedTest test(1);
+    solver->set_termination_test(&test);
+    solver->assume(first);
+    ASSERT_EQ(solver->solve(), Result::unknown);
+  }
+  solver->set_termination_test(nullptr);
+  solver->assume(first);
+  ASSERT_EQ(solver->solve(), Result::sat);
+  EXPECT_TRUE(solver->value(last));
+  solver->assume(first);
+  solver->assume(-last);
+  EXPECT_EQ(solver->solve(), Result::unsat);
+}
+
+TEST_F(CadicalSolver, HasNoLimitOfConflictsAfterACallThatWasStopped) {
+  add_pigeons(*solver, 6);
+  const CountedTest test(0);
+  solver->set_termination_test(&test);
+  solver->limit_conflicts(1);
+  ASSERT_EQ(solver->solve(), Result::unknown);
+  solver->set_termination_test(nullptr);
+  EXPECT_EQ(solver->solve(), Result::unsat);
+}
+
 TEST_F(CadicalSolver, RefusesLiteralsOfNoVariable) {
   const int a = solver->new_variable();
   EXPECT_THROW(solver->add_clause({a, 0}), std::invalid_argument);

@@ -14,6 +14,7 @@
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/qnumber.h"
 #include "vorn/terms/term.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn {
 namespace {
@@ -408,6 +409,63 @@ TEST(TermManager, RefusesSymbolsOfAForeignSort) {
   TermManager other;
   EXPECT_THROW(mgr.make_unique_symbol("a", other.get_bool_type()), std::invalid_argument);
   EXPECT_THROW(mgr.make_unique_symbol("a", nullptr), std::invalid_argument);
+}
+
+// Termination -----------------------------------------------------------------------------------
+
+class Stop final : public TerminationTest {
+ public:
+  bool terminate() const override { return stops; }
+  bool stops = true;
+};
+
+/// How many of the variables were negated before the test ended that.
+int negate_until_stopped(TermManager& mgr, const std::vector<const Term*>& variables) {
+  int built = 0;
+  try {
+    for (const Term* variable : variables) {
+      mgr.make_bv_not(variable);
+      ++built;
+    }
+  } catch (const Terminated&) {
+  }
+  return built;
+}
+
+TEST(TermManager, IsAsItWasAfterAnOperationThatTheTestEnded) {
+  TermManager mgr;
+  std::vector<const Term*> variables;
+  for (int i = 0; i < 20'000; ++i)
+    variables.push_back(constant(mgr, "x" + std::to_string(i), mgr.get_bv_type(8)));
+  const auto leaves = mgr.get_term_count();
+  Stop stop;
+  mgr.set_termination_test(&stop);
+  EXPECT_EQ(mgr.get_termination_test(), &stop);
+  const int built = negate_until_stopped(mgr, variables);
+  EXPECT_GT(built, 0);
+  EXPECT_LT(built, 20'000);
+  EXPECT_EQ(mgr.get_term_count(), leaves + static_cast<std::uint64_t>(built));
+
+  // What was built is found again, and the rest is built.
+  stop.stops = false;
+  EXPECT_EQ(negate_until_stopped(mgr, variables), 20'000);
+  EXPECT_EQ(mgr.get_term_count(), leaves + 20'000);
+  stop.stops = true;
+  mgr.set_termination_test(nullptr);
+  EXPECT_EQ(negate_until_stopped(mgr, variables), 20'000);
+  EXPECT_EQ(mgr.get_term_count(), leaves + 20'000);
+}
+
+TEST(TermManager, AsksSoonerWhereOperationsAreWide) {
+  TermManager mgr;
+  const Term* wide = constant(mgr, "x", mgr.get_bv_type(TermManager::kMaxWidth));
+  std::vector<const Term*> variables;
+  for (int i = 0; i < 20'000; ++i)
+    variables.push_back(constant(mgr, "y" + std::to_string(i), mgr.get_bv_type(8)));
+  const Stop stop;
+  mgr.set_termination_test(&stop);
+  EXPECT_LT(negate_until_stopped(mgr, std::vector<const Term*>(20'000, wide)),
+            negate_until_stopped(mgr, variables));
 }
 
 }  // namespace

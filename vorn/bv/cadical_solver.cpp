@@ -96,6 +96,7 @@ class CadicalSolver final : public SatSolver {
     ask([&](CaDiCaL::Solver& s) {
       if (terminator.terminate() || !pass_clauses(s)) {
         s.reset_assumptions();
+        s.limit("conflicts", -1);
         return;
       }
       const int status = s.solve();
