@@ -75,8 +75,7 @@ bool has_room(std::size_t size) {
 /// The block counts with the size that the system gave it.
 void count(void* block, std::int64_t sign) {
   if (!is_limited()) return;
-  used.fetch_add(sign * static_cast<std::int64_t>(get_size(block)),
-                 std::memory_order_relaxed);
+  used.fetch_add(sign * static_cast<std::int64_t>(get_size(block)), std::memory_order_relaxed);
 }
 
 void* allocate(std::size_t size) {

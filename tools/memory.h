@@ -1,8 +1,8 @@
 // What the command allocates: counted, and bounded where the user wants that.
 //
 // Memory that ends must end a check and not the command. So everything here that runs short throws
-// std::bad_alloc: operator new, which it does anyway, and the allocations of GMP, which would abort.
-// Under a limit both count what they hand out, and hand out nothing beyond it.
+// std::bad_alloc: operator new, which it does anyway, and the allocations of GMP, which would
+// abort. Under a limit both count what they hand out, and hand out nothing beyond it.
 #ifndef TOOLS_MEMORY_H
 #define TOOLS_MEMORY_H
 
