@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "tests/bv/random_graph.h"
@@ -264,11 +266,11 @@ TEST_F(CnfClauses, MeanTheSameWhereAnInnerGateIsUsedLater) {
     return std::array{(v & 1U) != 0 ? y : !x, y, x};
   };
   const std::array asked = {outer, inner, both};
-  for (unsigned first = 0; first < asked.size(); ++first) {
+  for (std::size_t first = 0; first < asked.size(); ++first) {
     const auto solver = make_cadical_solver();
     Cnf cnf(graph, *solver);
-    for (unsigned turn = 0; turn < asked.size(); ++turn) {
-      const unsigned which = (first + turn) % asked.size();
+    for (std::size_t turn = 0; turn < asked.size(); ++turn) {
+      const std::size_t which = (first + turn) % asked.size();
       const int literal = cnf.literal(asked[which]);
       for (unsigned v = 0; v < 16; ++v) {
         const std::array inputs = {a, b, c, d};
