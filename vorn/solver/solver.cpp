@@ -72,6 +72,11 @@ void Solver::assert_formula(const Term* f) {
     is_deferred = true;
   } catch (const std::bad_alloc&) {
     is_deferred = true;
+  } catch (...) {
+    // The termination test's own: the caller takes the formula for refused.
+    assertions.retract(assertions.get_size() - 1, [](const Term*) {});
+    drop_back_end();
+    throw;
   }
   if (is_deferred) drop_back_end();
 }
