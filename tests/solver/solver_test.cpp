@@ -101,46 +101,6 @@ TEST_F(SolverTest, ATerminationTestEndsTheSearchWithUnknown) {
   EXPECT_TRUE(interrupted.get_statistics().interrupted);
 }
 
-/// Stops at the given question by an exception.
-class Thrower : public TerminationTest {
- public:
-  bool terminate() const override {
-    if (left-- == 0) throw std::runtime_error("stop");
-    return false;
-  }
-  mutable int left = -1;
-};
-
-TEST_F(SolverTest, GoesOnAfterATerminationTestThatThrows) {
-  const Thrower thrower;
-  Options options;
-  options.termination_test = &thrower;
-  Solver interrupted(mgr, options);
-  const Term* x = variable("x", mgr.get_fp_type(4, 6));
-  const Term* y = variable("y", mgr.get_fp_type(4, 6));
-  const Term* rm = variable("rm", mgr.get_fprounding_type());
-  const Term* product = mgr.make_fp_mul(rm, x, y);
-  interrupted.assert_formula(mgr.make_fp_lt(product, mgr.make_fp_mul(rm, y, x)));
-  int throws = 0;
-  for (int question = 0; question < 12; ++question) {
-    thrower.left = question;
-    interrupted.push();
-    interrupted.assert_formula(mgr.make_fp_lt(fp(question, 4, 6), product));
-    try {
-      interrupted.check_sat();
-    } catch (const std::runtime_error&) {
-      ++throws;
-    }
-    interrupted.pop();
-  }
-  EXPECT_GT(throws, 0);
-  thrower.left = -1;
-  EXPECT_EQ(interrupted.check_sat(), Answer::unsat);
-  interrupted.reset_assertions();
-  interrupted.assert_formula(mgr.make_fp_lt(fp(3, 4, 6), product));
-  EXPECT_EQ(interrupted.check_sat(), Answer::sat);
-}
-
 TEST_F(SolverTest, CountsWhatItDoes) {
   const Term* x = variable("x", mgr.get_fp_type(8, 23));
   solver.assert_formula(mgr.make_fp_lt(x, fp(1, 8, 23)));

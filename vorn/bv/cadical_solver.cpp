@@ -2,8 +2,10 @@
 // contract, so the contract is checked here first.
 //
 // It does not expect that memory ends: what its functions leave behind then, its destructor trips
-// over. Such an instance is left alone for the rest of the process, with all its memory.
+// over. Such an instance is left alone for the rest of the process, with all its memory, in a list
+// where those who look for leaks find it.
 #include <algorithm>
+#include <atomic>
 #include <cadical.hpp>
 #include <cstdlib>
 #include <deque>
@@ -48,19 +50,33 @@ class TestTerminator final : public CaDiCaL::Terminator {
   std::exception_ptr failure;
 };
 
+/// An instance, with the link that it needs once it is abandoned: there is no memory for one then.
+struct Instance {
+  CaDiCaL::Solver solver;
+  Instance* next = nullptr;
+};
+
+std::atomic<Instance*> abandoned = nullptr;
+
+void abandon(Instance* instance) {
+  instance->next = abandoned.load();
+  while (!abandoned.compare_exchange_weak(instance->next, instance)) {
+  }
+}
+
 class CadicalSolver final : public SatSolver {
  public:
-  CadicalSolver(int seed, const std::string& proof_file)
-      : solver(std::make_unique<CaDiCaL::Solver>()) {
-    solver->set("quiet", 1);  // standard output belongs to the caller
-    if (!solver->set("seed", seed)) {
+  CadicalSolver(int seed, const std::string& proof_file) : instance(std::make_unique<Instance>()) {
+    CaDiCaL::Solver& solver = instance->solver;
+    solver.set("quiet", 1);  // standard output belongs to the caller
+    if (!solver.set("seed", seed)) {
       throw std::invalid_argument("SAT solver: " + std::to_string(seed) + " is no seed");
     }
     if (!proof_file.empty()) trace_proof(proof_file);
-    solver->connect_terminator(&terminator);
+    solver.connect_terminator(&terminator);
   }
   ~CadicalSolver() override {
-    if (solver) solver->disconnect_terminator();
+    if (instance) instance->solver.disconnect_terminator();
   }
   CadicalSolver(const CadicalSolver&) = delete;
   CadicalSolver& operator=(const CadicalSolver&) = delete;
@@ -123,7 +139,7 @@ class CadicalSolver final : public SatSolver {
     if (last_result != Result::sat) {
       throw std::logic_error("SAT solver: a value was asked for where there is no model");
     }
-    return (solver->val(std::abs(literal)) > 0) == (literal > 0);
+    return (instance->solver.val(std::abs(literal)) > 0) == (literal > 0);
   }
 
   bool failed(int literal) const override {
@@ -131,7 +147,7 @@ class CadicalSolver final : public SatSolver {
     if (last_result != Result::unsat) {
       throw std::logic_error("SAT solver: a failed assumption was asked for without unsat");
     }
-    return solver->failed(literal);
+    return instance->solver.failed(literal);
   }
 
   void set_termination_test(const TerminationTest* test) override { terminator.test = test; }
@@ -154,12 +170,12 @@ class CadicalSolver final : public SatSolver {
   /// Has the instance do something. Throws std::bad_alloc, from then on always, when memory ends.
   template <class Step>
   void ask(const Step& step) {
-    if (!solver) throw std::bad_alloc();
+    if (!instance) throw std::bad_alloc();
     try {
-      step(*solver);
+      step(instance->solver);
     } catch (const std::bad_alloc&) {
       last_result = Result::unknown;
-      static_cast<void>(solver.release());
+      abandon(instance.release());
       throw;
     }
   }
@@ -181,8 +197,8 @@ class CadicalSolver final : public SatSolver {
 
   void trace_proof(const std::string& file) {
     terminator.proof.emplace(file, "the proof");
-    solver->set("binary", 0);
-    if (!solver->trace_proof(terminator.proof->get_file(), file.c_str())) {
+    instance->solver.set("binary", 0);
+    if (!instance->solver.trace_proof(terminator.proof->get_file(), file.c_str())) {
       throw std::runtime_error("cannot write the proof to " + file);
     }
   }
@@ -195,8 +211,8 @@ class CadicalSolver final : public SatSolver {
   }
 
   TestTerminator terminator;
-  std::unique_ptr<CaDiCaL::Solver> solver;  // null once memory has ended
-  std::deque<std::vector<int>> pending;     // clauses, each ended by 0, for the next call of solve
+  std::unique_ptr<Instance> instance;    // null once memory has ended
+  std::deque<std::vector<int>> pending;  // clauses, each ended by 0, for the next call of solve
   int variable_count = 0;
   std::uint64_t clause_count = 0;
   Result last_result = Result::unknown;

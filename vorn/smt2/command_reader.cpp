@@ -1,7 +1,9 @@
 #include "vorn/smt2/command_reader.h"
 
+#include <new>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 #include "vorn/smt2/lexer.h"
 
@@ -21,67 +23,82 @@ bool is_line_end(int c) {
 
 }  // namespace
 
-/// Moves one byte from the stream to the text; false at the end.
-bool CommandReader::take(std::string* text) {
+/// Takes one byte off the stream; false at the end. Where it has to be kept and cannot be, the rest
+/// of the command is taken all the same: what follows it is another command, and no part of it.
+bool CommandReader::take() {
   const int c = in.get();
   if (c == std::istream::traits_type::eof()) return false;
-  text->push_back(static_cast<char>(c));
-  position.advance(text->back(), c == '\r' ? in.peek() : -1);
+  last = static_cast<char>(c);
+  position.advance(last, c == '\r' ? in.peek() : -1);
+  if (!is_kept || is_lost) return true;
+  try {
+    text.push_back(last);
+  } catch (const std::bad_alloc&) {
+    is_lost = true;
+  }
   return true;
 }
 
 void CommandReader::skip_blanks() {
-  std::string blanks;
+  is_kept = false;
   while (is_in(kBlanks, in.peek()) || in.peek() == ';') {
     if (in.peek() == ';') {
-      take_comment();
+      skip_comment();
     } else {
-      take(&blanks);
+      take();
     }
-    blanks.clear();
   }
 }
 
-/// Leaves the comment out of the text, but for the end of the line.
-void CommandReader::take_comment() {
-  std::string comment;
-  while (!is_line_end(in.peek()) && take(&comment))
-    comment.clear();
+/// Takes everything up to the end of the line.
+void CommandReader::skip_comment() {
+  while (!is_line_end(in.peek()) && take()) {
+  }
 }
 
 /// Takes everything up to and with the closing quote. A doubled quote in a string is two strings to
 /// this reader, which does not matter here.
-void CommandReader::take_quoted(std::string* text, char quote) {
-  take(text);
-  while (take(text) && text->back() != quote) {
+void CommandReader::take_quoted() {
+  take();
+  const char quote = last;
+  while (take() && last != quote) {
   }
 }
 
-std::optional<CommandText> CommandReader::next() {
-  skip_blanks();
-  if (in.peek() == std::istream::traits_type::eof()) return std::nullopt;
-  CommandText command{{}, position};
-  std::string& text = command.text;
+void CommandReader::take_command() {
+  is_kept = true;
   std::size_t depth = 0;
   do {
     const int c = in.peek();
     if (c == ';') {
       // Comments keep their place: columns behind them must stay right.
-      while (!is_line_end(in.peek()) && take(&text)) {
-      }
+      skip_comment();
     } else if (c == '"' || c == '|') {
-      take_quoted(&text, static_cast<char>(c));
+      take_quoted();
     } else if (is_in("() \t\r\n", c)) {
-      take(&text);
+      take();
       if (c == '(') ++depth;
       if (c == ')' && depth > 0) --depth;
     } else {
-      while (!is_in(kWordEnds, in.peek()) && take(&text)) {
+      while (!is_in(kWordEnds, in.peek()) && take()) {
       }
     }
   } while (depth > 0 && in.peek() != std::istream::traits_type::eof());
-  if (text == kByteOrderMark) position = command.position;
-  return command;
+}
+
+std::optional<CommandText> CommandReader::next() {
+  skip_blanks();
+  if (in.peek() == std::istream::traits_type::eof()) return std::nullopt;
+  const Position start = position;
+  text = {};
+  is_lost = false;
+  take_command();
+  if (is_lost) {
+    text = {};
+    throw std::bad_alloc();
+  }
+  if (text == kByteOrderMark) position = start;
+  return CommandText{std::move(text), start};
 }
 
 std::size_t count_checks(const std::string& text, const std::string& file) {

@@ -29,19 +29,25 @@ class CommandReader {
   /// The next command, or what stands in its place: a word, a stray parenthesis, or the rest of the
   /// stream where a parenthesis, string or quoted symbol is never closed. Nothing at the end. A
   /// byte-order mark comes by itself and takes no column.
-  /// Reads no further than the command.
+  /// Reads no further than the command. Throws std::bad_alloc where memory ends, and has read to
+  /// the end of the command then too.
   std::optional<CommandText> next();
   /// Where the reader is.
   Position get_position() const { return position; }
 
  private:
-  bool take(std::string* text);
+  bool take();
   void skip_blanks();
-  void take_comment();
-  void take_quoted(std::string* text, char quote);
+  void skip_comment();
+  void take_quoted();
+  void take_command();
 
   std::istream& in;
   Position position;
+  char last = '\0';      // the byte that was taken last
+  std::string text;      // of the command, as far as it was taken
+  bool is_kept = false;  // bytes that are taken go there
+  bool is_lost = false;  // one of them found no memory
 };
 
 /// How many checks a script asks for, with and without assumptions, as far as it can be read.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <exception>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "vorn/smt2/interpreter.h"
@@ -190,9 +191,10 @@ void Interpreter::reset_assertions(Parser& parser, const Token& command) {
 }
 
 void Interpreter::reset(Parser& parser, const Token& command) {
+  InterpreterOptions first = defaults;  // takes memory, which has to be there before anything goes
   reset_assertions(parser, command);
   symbols.clear();
-  options = defaults;
+  options = std::move(first);
   engine.set_seed(options.random_seed);
   stated_answer.reset();
   has_logic = false;

@@ -108,18 +108,35 @@ bool Interpreter::run_interactive(std::istream& in, const std::string& file) {
   exited = false;
   while (!exited) {
     try {
-      std::optional<CommandText> command = reader.next();
-      if (!command) break;
-      script = std::make_shared<const std::string>(std::move(command->text));
-      Parser parser(mgr, symbols, *script, file, command->position, {&dialect, &poll});
-      execute_next(parser, file, command->position);
-    } catch (const ScriptError& error) {
-      respond_error(error);
+      if (!answer_next(reader, file)) break;
     } catch (const std::bad_alloc&) {
-      respond_error(LimitError(file, reader.get_position(), "out of memory"));
+      respond_out_of_memory(file, reader.get_position());
     }
   }
   return clean;
+}
+
+/// The response to lack of memory where there is none for an error either.
+void Interpreter::respond_out_of_memory(const std::string& file, Position position) {
+  out << "(error \"";
+  for (const char c : file)
+    out << (c == '"' ? "\"\"" : std::string_view(&c, 1));
+  out << ':' << position.line << ':' << position.column << ": error: out of memory\")" << std::endl;
+  limited = true;
+}
+
+/// Executes the next command of a stream; false if there is none.
+bool Interpreter::answer_next(CommandReader& reader, const std::string& file) {
+  std::optional<CommandText> command = reader.next();
+  if (!command) return false;
+  try {
+    script = std::make_shared<const std::string>(std::move(command->text));
+    Parser parser(mgr, symbols, *script, file, command->position, {&dialect, &poll});
+    execute_next(parser, file, command->position);
+  } catch (const ScriptError& error) {
+    respond_error(error);
+  }
+  return true;
 }
 
 /// Reads and executes a command, which starts at `start` or behind it; false if there is none.

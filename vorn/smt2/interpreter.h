@@ -36,6 +36,8 @@
 
 namespace vorn::smt2 {
 
+class CommandReader;
+
 /// How a session presents itself and starts.
 struct InterpreterOptions {
   /// The answers to get-info.
@@ -133,11 +135,13 @@ class VORN_EXPORT Interpreter {
   static const Option* find_option(std::string_view name);
   static std::string_view answer_text(Answer answer);
   void execute_all(std::string text, const std::string& file);
+  bool answer_next(CommandReader& reader, const std::string& file);
   bool execute_next(Parser& parser, const std::string& file, Position start);
   void execute(Parser& parser, const Token& name);
   void answer_remaining(const LimitError& error);
   void respond(std::string_view text);
   void respond_error(const ScriptError& error);
+  void respond_out_of_memory(const std::string& file, Position position);
   void answer_unsupported(Parser& parser, const Token& command);
 
   // Session (interpreter.cpp)

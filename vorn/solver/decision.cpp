@@ -59,6 +59,11 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
     is_full = true;  // the graph or the SAT solver has no room left
   } catch (const std::bad_alloc&) {
     is_full = true;
+  } catch (const std::invalid_argument&) {
+    throw;  // what is refused leaves nothing half done
+  } catch (...) {
+    discard(is_translated);
+    throw;
   }
   discard(is_translated);
   if (is_full) free_discarded();

@@ -22,12 +22,30 @@ void TermManager::collect(std::span<const Term* const> roots) {
   ++collections;
   const std::vector<bool> live = mark_live(roots);
   std::vector<const Term*> dead(next_id, nullptr);  // by identifier
+  make_room_for_dead(live);
   drop_operations(live, &dead);
   drop_constants(live, &dead);
   // What is freed last is used first.
   for (std::size_t id = dead.size(); id-- > 0;) {
     if (dead[id] != nullptr) free_term(dead[id]);
   }
+}
+
+/// Makes room for what is given again, so that nothing is lost to lack of memory on the way.
+void TermManager::make_room_for_dead(const std::vector<bool>& live) {
+  std::vector<std::size_t> counts(1);  // by arity
+  for (const Term* term : term_table) {
+    if (term == nullptr || live[term->get_id()]) continue;
+    if (term->get_arity() >= counts.size()) counts.resize(term->get_arity() + 1);
+    ++counts[term->get_arity()];
+  }
+  for (const Symbol& symbol : symbols) {
+    if (symbol.constant != nullptr && !live[symbol.constant->get_id()]) ++counts[0];
+  }
+  if (free_terms.size() < counts.size()) free_terms.resize(counts.size());
+  for (std::size_t arity = 0; arity < counts.size(); ++arity)
+    free_terms[arity].reserve(free_terms[arity].size() + counts[arity]);
+  free_symbols.reserve(free_symbols.size() + counts[0]);
 }
 
 /// Drops the operations that are not live from the table.
@@ -95,7 +113,6 @@ void TermManager::drop_constants(const std::vector<bool>& live, std::vector<cons
 
 void TermManager::free_term(const Term* term) {
   const std::size_t arity = term->get_arity();
-  if (arity >= free_terms.size()) free_terms.resize(arity + 1);
   // The term is this manager's own, and nobody looks at it any more.
   free_terms[arity].push_back(const_cast<Term*>(term));
   ++free_count;

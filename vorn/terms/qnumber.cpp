@@ -78,7 +78,8 @@ QNumber::QNumber(std::int64_t value) : num(value), den(1) {
   }
 }
 
-QNumber::QNumber(const mpz_class& numerator, const mpz_class& denominator) : num(0), den(1) {
+/// Of a whole number from the first: what is made on the way is released should it throw.
+QNumber::QNumber(const mpz_class& numerator, const mpz_class& denominator) : QNumber() {
   if (numerator.fits_sint_p() && denominator.fits_sint_p()) {
     num = numerator.get_si();
     den = denominator.get_si();

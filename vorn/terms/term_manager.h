@@ -273,7 +273,8 @@ class VORN_EXPORT TermManager {
   /// the constants among them. Sorts, operations' symbols, truth values and rounding modes stay.
   /// Identifiers of dropped terms are given to new ones, the smallest first among those that one
   /// call dropped and that have as many arguments, so whoever keeps terms or looks them up by
-  /// identifier must have forgotten them, or be a holder as encoders are.
+  /// identifier must have forgotten them, or be a holder as encoders are. Drops all or, where
+  /// memory ends, nothing.
   void collect(std::span<const Term* const> roots);
   /// Appends the terms that somebody keeps from call to call.
   using Holder = std::function<void(std::vector<const Term*>* terms)>;
@@ -342,6 +343,7 @@ class VORN_EXPORT TermManager {
   Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
   void grow_term_table();
   std::vector<bool> mark_live(std::span<const Term* const> roots) const;
+  void make_room_for_dead(const std::vector<bool>& live);
   void drop_operations(const std::vector<bool>& live, std::vector<const Term*>* dead);
   void drop_constants(const std::vector<bool>& live, std::vector<const Term*>* dead);
   void free_term(const Term* term);

@@ -206,6 +206,7 @@ const Term* IeeeBvEncoder::enc_shift_right_sticky(const Term* t, const Term* amo
     const Term* bit = mgr.make_bv_extract(j, j, amount);
     const Term* lost = enc_any(mgr.make_bv_extract(s - 1, 0, t));
     sticky = mgr.make_bv_or(sticky, mgr.make_bv_and(bit, lost));
+    // The last step of a width that is a power of two is that width.
     const Term* shifted =
         s == W ? bv(0, W) : mgr.make_bv_zero_extend(s, mgr.make_bv_extract(W - 1, s, t));
     t = enc_make_term_ite(mgr.make_equal(bit, bv(1, 1)), shifted, t);
