@@ -25,17 +25,23 @@ extern "C" void handle_interrupt(int signal) {
   std::raise(signal);
 }
 
-struct Running {
-  Running() {
+/// A check, until it has an answer or throws.
+class Running {
+ public:
+  explicit Running(Limits& counter) : limits(counter) {
     interrupted = 0;
     check_is_running = 1;
   }
   ~Running() {
     check_is_running = 0;
     interrupted = 0;
+    limits.end_check();
   }
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
+
+ private:
+  Limits& limits;
 };
 
 }  // namespace
@@ -83,10 +89,9 @@ void LimitedSolver::assert_formula(const Term* f) {
 }
 
 Answer LimitedSolver::check_sat(std::span<const Term* const> assumed) {
-  const Running running;
+  const Running running(limits);
   const Answer answer = Solver::check_sat(assumed);
   if (answer == Answer::unknown && limits.get_end() == Limits::End::memory) free_discarded();
-  limits.end_check();
   return answer;
 }
 
