@@ -28,7 +28,8 @@ FpBvEncoder::Addends IeeeBvEncoder::enc_add_unpack(format fmt, const Term* x, co
   const Term* small_hidden = enc_any(small_field);
   const auto raised = [&](const Term* field, const Term* hidden) {
     // Subnormals have the exponent of the field 1.
-    return mgr.make_bv_or(field, mgr.make_bv_zero_extend(e - 1, mgr.make_bv_not(hidden)));
+    return mgr.make_bv_or(field,
+                          mgr.make_bv_zero_extend(width_of(field) - 1, mgr.make_bv_not(hidden)));
   };
   in.exp_bigger = raised(big_field, big_hidden);
   in.has_field = true;
