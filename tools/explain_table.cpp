@@ -28,7 +28,7 @@ Row make_row(std::string label, const DataType* type, const QNumber& value, std:
     case DataType::Kind::floating_point:
       row.kind = get_reading_name(fp::Reading::source);
       break;
-    case DataType::Kind::bit_vector:
+    default:
       row.kind = "integer";
       break;
   }

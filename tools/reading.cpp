@@ -71,7 +71,7 @@ std::string value_text(const DataType* type, const QNumber& value, bool is_signe
       return mode_text(value);
     case DataType::Kind::floating_point:
       return float_text(type->get_format(), value);
-    case DataType::Kind::bit_vector:
+    default:
       break;
   }
   return (is_signed ? BVNumber::to_signed(value, type->get_width()) : value).to_string();

@@ -37,6 +37,7 @@ class Measure final : public Engine {
   }
   std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
   const Term* get_value(const Term* t) override { return t; }
+  FunctionValue get_function(const Symbol* /*function*/) override { return {}; }
   std::string get_reason_unknown() const override { return ""; }
   void reset_assertions() override {}
   void collect_garbage(std::span<const Term* const> /*kept*/) override {}

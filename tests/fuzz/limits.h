@@ -48,7 +48,7 @@ class SizeLimit {
   void admit(std::span<const Term* const> roots) {
     for (const Term* t : list_post_order(roots)) {
       const DataType* type = t->get_type();
-      const std::size_t width = type->get_value_width();
+      const std::size_t width = type->has_bits() ? type->get_value_width() : 1;
       const bool is_float = type->get_kind() == DataType::Kind::floating_point;
       if (width > kMaxWidth || (is_float && type->get_format().e > kMaxExponentBits)) {
         throw std::invalid_argument("a term is too wide for this program");

@@ -30,6 +30,7 @@ class Honest : public Engine {
     return engine.get_unsat_assumptions();
   }
   const Term* get_value(const Term* t) override { return engine.get_value(t); }
+  FunctionValue get_function(const Symbol* /*function*/) override { return {}; }
   std::string get_reason_unknown() const override { return engine.get_reason_unknown(); }
   void reset_assertions() override { engine.reset_assertions(); }
   void collect_garbage(std::span<const Term* const> kept) override { engine.collect_garbage(kept); }

@@ -27,6 +27,7 @@ class Collector : public Engine {
   }
   std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
   const Term* get_value(const Term* t) override { return t; }
+  FunctionValue get_function(const Symbol* /*function*/) override { return {}; }
   std::string get_reason_unknown() const override { return "nothing is decided here"; }
   void reset_assertions() override { assertions.clear(); }
   void collect_garbage(std::span<const Term* const> /*kept*/) override {}
@@ -43,7 +44,7 @@ Sort sort_of(const DataType* type) {
       return kMode;
     case DataType::Kind::bit_vector:
       return bits_sort(type->get_width());
-    case DataType::Kind::floating_point:
+    default:
       break;
   }
   return float_sort(type->get_e(), type->get_m() + 1);

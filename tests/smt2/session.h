@@ -65,11 +65,15 @@ class FakeEngine : public Engine {
         return mgr.make_fprounding_even();
       case DataType::Kind::bit_vector:
         return mgr.is_number(t, nullptr) ? t : mgr.make_bv_number(0, type->get_width());
-      case DataType::Kind::floating_point:
+      default:
         break;
     }
     if (mgr.is_number(t, nullptr)) return t;
     return mgr.make_fp_number(QNumber(0), type->get_e(), type->get_m());
+  }
+  FunctionValue get_function(const Symbol* function) override {
+    fail();
+    return functions[function];
   }
   std::string get_reason_unknown() const override { return "a \"stub\""; }
   void reset_assertions() override {
@@ -83,6 +87,7 @@ class FakeEngine : public Engine {
   Answer answer = Answer::sat;
   std::function<void()> raise;  // throws whatever is asked; none: all goes well
   std::map<const Term*, const Term*> values;
+  std::map<const Symbol*, FunctionValue> functions;
   std::vector<const Term*> assertions;
   std::vector<const Term*> assumptions;
   std::vector<std::size_t> failed;  // of the assumptions

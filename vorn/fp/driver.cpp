@@ -84,7 +84,7 @@ const Term* FpBvEncoder::encode(const Term* t) {
   if (const DispatchTable::Node* row = dispatch.find(kind)) return (this->*row->value.second)(t);
 
   const DataType* type = symbol->get_output_type();
-  if (symbol->get_arity() != 0 || src_mgr->is_bool_type(type)) check_leaf(t);
+  if (symbol->get_arity() != 0 || src_mgr->is_bool_type(type) || !type->has_bits()) check_leaf(t);
   if (src_mgr->is_fprounding_type(type)) return encode_rounding(t);
   if (src_mgr->is_bv_type(type, nullptr)) return encode_bv_constant(t);
   if (src_mgr->get_number(symbol) != nullptr) return encode_number(t);
@@ -97,6 +97,10 @@ void FpBvEncoder::check_leaf(const Term* t) const {
   const DataType* type = t->get_type();
   const Operation* op = find_operation(t->get_tag());
   const bool is_bool = src_mgr->is_bool_type(type);
+  if (!type->has_bits()) {
+    throw std::invalid_argument(name_of(t) + " of " + type->to_string() +
+                                " has no bits to be encoded by");
+  }
   if (free_constants && !is_bool) return;
   if (op != nullptr && op->theory == Theory::floating_point && op->tag != SymbolTag::fp_from_bits) {
     throw std::invalid_argument(name_of(t) + " is not supported by this encoder");
@@ -121,6 +125,10 @@ const DataType* FpBvEncoder::find_encoding_type(const DataType* type) {
     case DataType::Kind::bit_vector:
     case DataType::Kind::floating_point:
       break;
+    case DataType::Kind::array:
+    case DataType::Kind::uninterpreted:
+      throw std::invalid_argument("a term of " + type->to_string() +
+                                  " has no bits to be encoded by");
   }
   return dst_mgr->get_bv_type(type->get_value_width());
 }

@@ -1,6 +1,7 @@
 #include "vorn/semantics/application.h"
 
 #include <stdexcept>
+#include <vector>
 
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/folding.h"
@@ -23,8 +24,9 @@ bool is_true(const QNumber& value) {
 /// One application with the values of its arguments.
 class Application {
  public:
-  Application(const Term* term, std::span<const QNumber* const> arguments, const OpenValue& choices)
-      : t(term), args(arguments), open_value(choices) {}
+  Application(const Term* term, std::span<const QNumber* const> arguments, const OpenValue& choices,
+              ArrayValues* table)
+      : t(term), args(arguments), open_value(choices), arrays(table) {}
 
   QNumber get_value() const;
 
@@ -43,10 +45,12 @@ class Application {
   const Term* t;
   std::span<const QNumber* const> args;
   const OpenValue& open_value;
+  ArrayValues* arrays;
 };
 
 QNumber Application::get_value() const {
   const SymbolTag::tag tag = t->get_tag();
+  if (t->get_symbol()->is_function()) return choose();
   if (find_operation(tag)->theory == Theory::bit_vectors) {
     const std::size_t last = t->get_arity() - 1;
     return fold_bv_operation(tag, t->get_symbol()->get_indices(),
@@ -69,6 +73,12 @@ QNumber Application::get_value() const {
       return truth(arg(0) == arg(1));
     case T::ite:
       return holds(0) ? arg(1) : arg(2);
+    case T::array_select:
+      return arrays->select(arg(0), arg(1));
+    case T::array_store:
+      return arrays->store(arg(0), arg(1), arg(2));
+    case T::array_const:
+      return arrays->make_constant(t->get_type(), arg(0));
     default:
       return get_fp_value();
   }
@@ -82,8 +92,12 @@ IEEEFloat::rounding_mode Application::get_mode() const {
 
 /// What the theory leaves open of `t`.
 QNumber Application::choose() const {
-  if (!open_value) return QNumber();
-  const QNumber operands[] = {arg(0), arg(1)};
+  if (!open_value) {
+    return t->get_type()->has_bits() ? QNumber() : arrays->make_plain(t->get_type());
+  }
+  std::vector<QNumber> operands;
+  for (const QNumber* value : args)
+    operands.push_back(*value);
   return open_value(t, operands);
 }
 
@@ -179,8 +193,9 @@ QNumber canonical_bits(const DataType* type, const QNumber& bits) {
   return value.is_nan() ? IEEEFloat::make_nan(type->get_format()).get_bits() : bits;
 }
 
-QNumber apply(const Term* t, std::span<const QNumber* const> args, const OpenValue& choices) {
-  return Application(t, args, choices).get_value();
+QNumber apply(const Term* t, std::span<const QNumber* const> args, const OpenValue& choices,
+              ArrayValues* arrays) {
+  return Application(t, args, choices, arrays).get_value();
 }
 
 }  // namespace vorn::semantics

@@ -38,7 +38,7 @@ QNumber Evaluator::apply(const Term* t) {
   std::vector<const QNumber*> args;
   for (const Term* arg : t->get_args())
     args.push_back(&values.at(arg));
-  return semantics::apply(t, args, open_value);
+  return semantics::apply(t, args, open_value, array_values);
 }
 
 bool read_literal(const TermManager& manager, const Term* t, QNumber* value) {
@@ -54,6 +54,11 @@ bool read_literal(const TermManager& manager, const Term* t, QNumber* value) {
 }
 
 const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value) {
+  return make_literal(manager, type, value, {});
+}
+
+const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value,
+                         const ArrayValues& arrays) {
   std::int64_t word = 0;
   switch (type->get_kind()) {
     case DataType::Kind::boolean:
@@ -65,6 +70,19 @@ const Term* make_literal(TermManager& manager, const DataType* type, const QNumb
       return manager.make_bv_number(value, type->get_width());
     case DataType::Kind::floating_point:
       break;
+    case DataType::Kind::uninterpreted:
+      return manager.make_element(type, value);
+    case DataType::Kind::array: {
+      const DataType* index = type->get_index();
+      const DataType* element = type->get_element();
+      const Term* array = manager.make_const_array(
+          type, make_literal(manager, element, arrays.get_default(value), arrays));
+      for (const auto& [i, v] : arrays.get_entries(value)) {
+        array = manager.make_store(array, make_literal(manager, index, i, arrays),
+                                   make_literal(manager, element, v, arrays));
+      }
+      return array;
+    }
   }
   return manager.make_fp_number(value, type->get_e(), type->get_m());
 }

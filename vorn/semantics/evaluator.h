@@ -24,21 +24,31 @@ namespace vorn::semantics {
 /// Evaluates terms under one assignment of the uninterpreted constants; results are kept.
 ///
 /// A value is a non-negative integer: the bits of a bit-vector or float (any NaN as the canonical
-/// one), 0 or 1 for a Boolean, the number of a rounding mode.
+/// one), 0 or 1 for a Boolean, the number of a rounding mode, of an element of an uninterpreted
+/// sort, or of an array in the table of arrays.
 class VORN_EXPORT Evaluator {
  public:
   /// Gives the value of an uninterpreted constant.
   using Assignment = std::function<QNumber(const Term*)>;
 
-  /// Without `choices`, what is left open is zero.
-  explicit Evaluator(const TermManager& manager, Assignment constants, OpenValue choices = {})
-      : mgr(manager), assignment(std::move(constants)), open_value(std::move(choices)) {}
+  /// Without `choices`, what is left open is plain: zero, or an array of zeros. The table of arrays
+  /// is borrowed; without one the evaluator has its own.
+  explicit Evaluator(const TermManager& manager, Assignment constants, OpenValue choices = {},
+                     ArrayValues* arrays = nullptr)
+      : mgr(manager),
+        assignment(std::move(constants)),
+        open_value(std::move(choices)),
+        array_values(arrays == nullptr ? &own_arrays : arrays) {}
+  Evaluator(const Evaluator&) = delete;
+  Evaluator& operator=(const Evaluator&) = delete;
 
   /// Borrows `t`, asked now and then by `evaluate`, which then throws Terminated. Null for none.
   void set_termination_test(const TerminationTest* t) { termtest = t; }
 
   /// The value of `t`. Throws std::length_error where a number on the way is beyond a gigabit.
   const QNumber& evaluate(const Term* t);
+  /// Gives `t` that value from the first, whatever its arguments have.
+  void assume(const Term* t, const QNumber& value) { values.insert_or_assign(t, value); }
 
  private:
   QNumber leaf(const Term* t);
@@ -47,16 +57,22 @@ class VORN_EXPORT Evaluator {
   const TermManager& mgr;
   Assignment assignment;
   OpenValue open_value;
+  ArrayValues own_arrays;
+  ArrayValues* array_values;
   std::unordered_map<const Term*, QNumber> values;
   const TerminationTest* termtest = nullptr;
   std::uint32_t steps = 0;  // for asking the test only now and then
 };
 
 /// Whether `t` is a literal, truth value or rounding mode; stores its value, as an Evaluator has
-/// it.
+/// it. Arrays are no literals.
 VORN_EXPORT bool read_literal(const TermManager& manager, const Term* t, QNumber* value);
 
-/// The literal of sort `type` with the value that an Evaluator computed.
+/// The literal of sort `type` with the value that an Evaluator computed; of an array, which is one
+/// of the table, writes over an array with one element at every index.
+VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
+                                     const QNumber& value, const ArrayValues& arrays);
+/// The same where no array can occur.
 VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
                                      const QNumber& value);
 

@@ -107,4 +107,11 @@ const Term* Solver::get_value(const Term* t) {
   return semantics::make_literal(mgr, t->get_type(), evaluator.evaluate(t));
 }
 
+FunctionValue Solver::get_function(const Symbol* function) {
+  if (!has_model) throw std::logic_error("there is no model");
+  FunctionValue value;
+  value.otherwise = semantics::make_literal(mgr, function->get_output_type(), QNumber());
+  return value;
+}
+
 }  // namespace vorn::solver

@@ -116,6 +116,8 @@ class VORN_EXPORT Solver : public Engine {
   std::vector<std::size_t> get_unsat_assumptions() override;
   /// Throws std::logic_error unless the last check answered sat and nothing was asserted since.
   const Term* get_value(const Term* t) override;
+  /// Likewise.
+  FunctionValue get_function(const Symbol* function) override;
   std::string get_reason_unknown() const override { return reason_unknown; }
   /// Frees what a check that was told to stop has left for the next one to take down.
   void free_discarded();

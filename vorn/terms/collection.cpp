@@ -22,9 +22,11 @@ void TermManager::collect(std::span<const Term* const> roots) {
   ++collections;
   const std::vector<bool> live = mark_live(roots);
   std::vector<const Term*> dead(next_id, nullptr);  // by identifier
-  make_room_for_dead(live);
+  const std::vector<bool> applied = mark_functions(live);
+  make_room_for_dead(live, applied);
   drop_operations(live, &dead);
   drop_constants(live, &dead);
+  drop_functions(applied);
   // What is freed last is used first.
   for (std::size_t id = dead.size(); id-- > 0;) {
     if (dead[id] != nullptr) free_term(dead[id]);
@@ -32,7 +34,8 @@ void TermManager::collect(std::span<const Term* const> roots) {
 }
 
 /// Makes room for what is given again, so that nothing is lost to lack of memory on the way.
-void TermManager::make_room_for_dead(const std::vector<bool>& live) {
+void TermManager::make_room_for_dead(const std::vector<bool>& live,
+                                     const std::vector<bool>& applied) {
   std::vector<std::size_t> counts(1);  // by arity
   for (const Term* term : term_table) {
     if (term == nullptr || live[term->get_id()]) continue;
@@ -45,7 +48,9 @@ void TermManager::make_room_for_dead(const std::vector<bool>& live) {
   if (free_terms.size() < counts.size()) free_terms.resize(counts.size());
   for (std::size_t arity = 0; arity < counts.size(); ++arity)
     free_terms[arity].reserve(free_terms[arity].size() + counts[arity]);
-  free_symbols.reserve(free_symbols.size() + counts[0]);
+  const auto functions = std::ranges::count_if(
+      symbols, [&](const Symbol& s) { return s.is_function() && !applied[s.id]; });
+  free_symbols.reserve(free_symbols.size() + counts[0] + static_cast<std::size_t>(functions));
 }
 
 /// Drops the operations that are not live from the table.
@@ -106,6 +111,24 @@ void TermManager::drop_constants(const std::vector<bool>& live, std::vector<cons
     if (!is_dead(symbol.constant)) continue;
     if (!symbol.is_number) names.erase(symbol.name);
     (*dead)[symbol.constant->get_id()] = symbol.constant;
+    symbol = Symbol(this, symbol.id, SymbolTag::none, 0, bool_type, {});
+    free_symbols.push_back(&symbol);
+  }
+}
+
+/// Which identifiers belong to functions that terms that stay apply.
+std::vector<bool> TermManager::mark_functions(const std::vector<bool>& live) const {
+  std::vector<bool> applied(symbols.size());
+  for (const Term* term : term_table) {
+    if (term != nullptr && live[term->get_id()]) applied[term->get_symbol()->id] = true;
+  }
+  return applied;
+}
+
+void TermManager::drop_functions(const std::vector<bool>& applied) {
+  for (Symbol& symbol : symbols) {
+    if (!symbol.is_function() || applied[symbol.id]) continue;
+    names.erase(symbol.name);
     symbol = Symbol(this, symbol.id, SymbolTag::none, 0, bool_type, {});
     free_symbols.push_back(&symbol);
   }

@@ -29,9 +29,20 @@ std::string sort_of(const Term* t) {
                      std::to_string(width) + " bits");
 }
 
+/// An index or element, which follows its array.
+void check_part(const Operation& op, std::span<const Term* const> args, std::size_t i) {
+  const DataType* array = args[0]->get_type();
+  const bool is_index = op.signature.get_arguments()[i].letter == 'I';
+  const DataType* wanted = is_index ? array->get_index() : array->get_element();
+  if (args[i]->get_type() == wanted) return;
+  fail(op, std::string("the ") + (is_index ? "index" : "element") + " must be of " +
+               wanted->to_string() + ", got a term of " + sort_of(args[i]));
+}
+
 /// Says why `args[i]` is no operand of its place, unless it is one that its kind did not tell of.
 void check_operand(const Operation& op, std::span<const Term* const> args, std::size_t i) {
   const Signature::Argument& wanted = op.signature.get_arguments()[i];
+  if (wanted.letter == 'I' || wanted.letter == 'E') return check_part(op, args, i);
   if (wanted.like != Signature::kNowhere) {
     fail(op,
          "operands of different sorts, " + sort_of(args[wanted.like]) + " and " + sort_of(args[i]));
@@ -40,6 +51,7 @@ void check_operand(const Operation& op, std::span<const Term* const> args, std::
   if (wanted.letter == 'B') sort = "a Bool";
   if (wanted.letter == 'R') sort = "a rounding mode";
   if (wanted.letter == 'F' || wanted.letter == 'G') sort = "a floating-point term";
+  if (wanted.letter == 'Y') sort = "an array";
   if (wanted.letter == '1') {
     sort = "a bit-vector of width 1";
     const DataType* type = args[i]->get_type();
@@ -114,6 +126,7 @@ const DataType* TermManager::find_indexed_result(const Operation& op,
   switch (op.indexing) {
     case Indexing::none:
     case Indexing::rotation:
+    case Indexing::sort:
       break;
     case Indexing::extraction: {
       const auto [msb, lsb] = std::array{indices[0], indices[1]};
@@ -151,6 +164,7 @@ const DataType* TermManager::find_result(const Operation& op, std::span<const Te
   if (source != Signature::kNowhere) return args[source]->get_type();
   if (letter == '1') return get_bv_type(1);
   const DataType* first = args[0]->get_type();
+  if (letter == 'E') return first->get_element();
   if (letter == 'T') return get_bv_type(first->get_value_width());
   // Two parts make a whole.
   const std::size_t width = first->get_width() + args[1]->get_type()->get_width();
@@ -177,6 +191,7 @@ const Term* TermManager::make(SymbolTag::tag tag, std::span<const std::size_t> i
 
 const Term* TermManager::apply(const Operation& op, std::span<const std::size_t> indices,
                                std::span<const Term* const> args) {
+  if (op.indexing == Indexing::sort) fail(op, "needs the sort of the array");
   if (!fits(op, args)) check_operands(op, args);
   if (op.derive != nullptr) return op.derive(*this, indices, args);
   if (args.empty()) return make_bool(op.tag == T::bool_true);
@@ -229,6 +244,27 @@ const Term* TermManager::extend(const Operation& op, std::span<const std::size_t
   return result;
 }
 
+const Term* TermManager::make_select(const Term* a, const Term* i) {
+  return apply(T::array_select, {a, i});
+}
+
+const Term* TermManager::make_store(const Term* a, const Term* i, const Term* v) {
+  return apply(T::array_store, {a, i, v});
+}
+
+const Term* TermManager::make_const_array(const DataType* type, const Term* v) {
+  const Operation& op = *find_operation(T::array_const);
+  if (type == nullptr || !owns(type) || type->get_kind() != DataType::Kind::array) {
+    fail(op, "expected an array sort" + (type == nullptr ? "" : ", got " + type->to_string()));
+  }
+  if (!owns(v)) fail(op, "an operand is missing or belongs to another term manager");
+  if (v->get_type() != type->get_element()) {
+    fail(op, "the element must be of " + type->get_element()->to_string() + ", got a term of " +
+                 sort_of(v));
+  }
+  return build(op, type, {&v, 1}, {});
+}
+
 const Term* TermManager::rebuild(const Term* t, std::span<const Term* const> args) {
   const Operation* op = find_operation(t->get_tag());
   bool same_sorts = args.size() == t->get_arity() && t->get_symbol()->owner == this;
@@ -240,6 +276,7 @@ const Term* TermManager::rebuild(const Term* t, std::span<const Term* const> arg
                                 ": can only be rebuilt on arguments of the same sorts");
   }
   if (args.empty()) return t;
+  if (t->get_symbol()->is_function()) return intern_term(t->get_symbol(), args);
   return build(*op, t->get_type(), args, t->get_symbol()->get_indices());
 }
 

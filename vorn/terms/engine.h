@@ -19,6 +19,19 @@ namespace vorn {
 /// The answer to check-sat.
 enum class Answer : std::uint8_t { sat, unsat, unknown };
 
+/// A function by its values, in the form of get_value.
+struct FunctionValue {
+  /// Values of the arguments, and that of the function there.
+  struct Entry {
+    std::vector<const Term*> arguments;
+    const Term* value = nullptr;
+  };
+  /// No two have the same arguments.
+  std::vector<Entry> entries;
+  /// The value everywhere else.
+  const Term* otherwise = nullptr;
+};
+
 /// The engine found that it is wrong itself. The session cannot go on.
 class VORN_EXPORT InternalError : public std::logic_error {
  public:
@@ -56,9 +69,11 @@ class VORN_EXPORT Engine {
   virtual Answer check_sat(std::span<const Term* const> assumptions) = 0;
   /// After unsat: positions of assumptions that, together with the assertions, are unsatisfiable.
   virtual std::vector<std::size_t> get_unsat_assumptions() = 0;
-  /// After sat: the value of t in the model, as a literal, true, false or a rounding-mode constant;
-  /// also of terms over constants that occur in no assertion.
+  /// After sat: the value of t in the model, as a literal, true, false or a rounding-mode constant,
+  /// or an array made of such; also of terms over constants that occur in no assertion.
   virtual const Term* get_value(const Term* t) = 0;
+  /// After sat: the value of an uninterpreted function.
+  virtual FunctionValue get_function(const Symbol* function) = 0;
   /// After unknown: why.
   virtual std::string get_reason_unknown() const = 0;
   /// Drops all assertions and all levels.

@@ -34,6 +34,12 @@ constexpr Operation bits(std::string_view name, Signature signature, Arity arity
   return row;
 }
 
+constexpr Operation arrays(std::string_view name, Signature signature) {
+  Operation row = core(name, signature);
+  row.theory = Theory::arrays;
+  return row;
+}
+
 /// An operation on floats whose circuit can be explained.
 constexpr Operation floats(std::string_view name, Signature signature, std::string_view short_name,
                            Arity arity = fixed) {
@@ -259,6 +265,14 @@ constexpr Operation describe(SymbolTag::tag tag) {
       return floats("fp.isPositive", "B:F", "ispositive");
     case T::fp_to_bits:
       return floats("fp.to_ieee_bv", "T:F", "");
+
+    // Arrays
+    case T::array_select:
+      return arrays("select", "E:YI");
+    case T::array_store:
+      return arrays("store", "Y:YIE");
+    case T::array_const:
+      return indexed(arrays("const", "Y:E"), sort);
   }
   return {};
 }

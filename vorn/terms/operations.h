@@ -22,7 +22,7 @@ namespace vorn {
 class TermManager;
 
 /// What kind of thing an operation is, by the theory that it comes from.
-enum class Theory : std::uint8_t { core, bit_vectors, floating_point };
+enum class Theory : std::uint8_t { core, bit_vectors, floating_point, arrays };
 
 /// How an operation takes more arguments than its signature has (SMT-LIB 2.6, section 3.7.1).
 enum class Arity : std::uint8_t {
@@ -43,6 +43,7 @@ enum class Indexing : std::uint8_t {
   rotation,    // (_ rotate_left n)
   width,       // (_ fp.to_ubv n): the width of the result
   format,      // (_ to_fp eb sb): the format of the result; to constructors it is e and m
+  sort,        // (as const S): no numeral, but the sort of the result
 };
 
 /// The sorts of an operation: the letter of the result, a colon, and the letters of the arguments.
@@ -51,6 +52,7 @@ enum class Indexing : std::uint8_t {
 ///   V bit-vector, W another one, N at most as wide as V, X at least as wide, D a divisor of its
 ///   width, H and L two parts of it
 ///   F float, G of another format, T a bit-vector of as many bits as F has
+///   Y array, I of the sort of its indices, E of that of its elements
 ///
 /// The same letter is the same sort. A rounding mode comes first where there is one.
 class Signature {
@@ -130,7 +132,7 @@ struct Operation {
 
   /// How many numerals the name has.
   constexpr std::size_t get_index_count() const {
-    if (indexing == Indexing::none) return 0;
+    if (indexing == Indexing::none || indexing == Indexing::sort) return 0;
     return indexing == Indexing::extraction || indexing == Indexing::format ? 2 : 1;
   }
   /// How many arguments it takes.
@@ -185,7 +187,9 @@ consteval Signature::Signature(const char* notation) : text(notation), result(te
       argument.kinds = bit(DataType::Kind::rounding_mode);
     } else if (letter == 'F' || letter == 'G') {
       argument.kinds = bit(DataType::Kind::floating_point);
-    } else if (letter == '1') {
+    } else if (letter == 'Y') {
+      argument.kinds = bit(DataType::Kind::array);
+    } else if (letter == '1' || letter == 'I' || letter == 'E') {
       argument.kinds = 0;  // the kind alone does not tell
     } else if (std::string_view("DHLNTVWX").find(letter) != std::string_view::npos) {
       argument.kinds = bit(DataType::Kind::bit_vector);
@@ -193,7 +197,7 @@ consteval Signature::Signature(const char* notation) : text(notation), result(te
       throw "no letter of a signature";
     }
     // A sort of one kind only is asked for by its kind: messages name what was expected.
-    const bool is_plain = letter == 'B' || letter == 'R' || letter == '1';
+    const bool is_plain = std::string_view("BR1IE").find(letter) != std::string_view::npos;
     for (std::uint8_t i = count; !is_plain && i-- > 0;) {
       if (arguments[i].letter == letter) argument.like = i;
     }

@@ -45,7 +45,21 @@ std::string fp_literal(const QNumber& bits, IEEEFloat::format f) {
          binary(BVNumber::bv_extract(m - 1, 0, bits), m) + ")";
 }
 
+/// The text of a symbol within that of another.
+std::string without_bars(const std::string& text) {
+  std::string result = text;
+  std::erase(result, '|');
+  return result;
+}
+
+std::string element_literal(const QNumber& number, const DataType* type) {
+  const std::string sort = type->to_string();
+  return "(as " + quote_symbol("@" + without_bars(sort) + "!" + number.to_string()) + " " + sort +
+         ")";
+}
+
 std::string operator_name(const Symbol* symbol) {
+  if (symbol->is_function()) return quote_symbol(symbol->get_name());
   const Operation* operation = find_operation(symbol->get_tag());
   const Symbol::Indices& i = symbol->get_indices();
   std::string name(operation->name);
@@ -59,6 +73,8 @@ std::string operator_name(const Symbol* symbol) {
       return "(_ " + name + " " + std::to_string(type->get_e()) + " " +
              std::to_string(type->get_m() + 1) + ")";
     }
+    case Indexing::sort:
+      return "(as " + name + " " + symbol->get_output_type()->to_string() + ")";
     case Indexing::extension:
     case Indexing::repetition:
     case Indexing::rotation:
@@ -104,7 +120,7 @@ class Printer {
     TermSet used;
     TermSet shared;
     for (const Term* t : terms) {
-      if (t->get_arity() == 0) taken.insert(t->get_symbol()->get_name());
+      taken.insert(t->get_symbol()->get_name());
       for (const Term* arg : t->get_args()) {
         if (!used.insert(arg)) shared.insert(arg);
       }
@@ -165,6 +181,7 @@ std::string quote_symbol(const std::string& name) {
 
 std::string literal_text(const QNumber& value, const DataType* type) {
   if (type->get_kind() == DataType::Kind::bit_vector) return bv_literal(value, type->get_width());
+  if (type->get_kind() == DataType::Kind::uninterpreted) return element_literal(value, type);
   return fp_literal(value, type->get_format());
 }
 
@@ -183,8 +200,16 @@ std::string DataType::to_string() const {
     case Kind::floating_point:
       return "(_ FloatingPoint " + std::to_string(widths[0]) + " " + std::to_string(widths[1] + 1) +
              ")";
+    case Kind::array:
+      return "(Array " + index->to_string() + " " + element->to_string() + ")";
+    case Kind::uninterpreted:
+      break;
   }
-  return "";
+  if (arguments.empty()) return quote_symbol(name);
+  std::string text = "(" + quote_symbol(name);
+  for (const DataType* argument : arguments)
+    text += " " + argument->to_string();
+  return text + ")";
 }
 
 std::string Term::to_string() const {

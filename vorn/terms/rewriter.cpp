@@ -73,6 +73,11 @@ const Term* Rewriter::rewrite(const Operation& op, const DataType* type, Args ar
     case T::bv_slt:
     case T::bv_sle:
       return order(tag, args[0], args[1]);
+
+    case T::array_select:
+      return select(args[0], args[1]);
+    case T::array_store:
+      return store(args[0], args[1], args[2]);
     default:
       break;
   }
@@ -182,6 +187,10 @@ const Term* Rewriter::equality(const Term* a, const Term* b) {
     case DataType::Kind::floating_point:
       // Two different NaN patterns are the same value: nothing can be said of two literals here.
       return nullptr;
+    case DataType::Kind::array:
+      return array_equality(a, b);
+    case DataType::Kind::uninterpreted:
+      return are_different(a, b) ? mgr.make_false() : nullptr;
   }
   return nullptr;
 }

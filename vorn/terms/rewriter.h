@@ -48,9 +48,19 @@ class Rewriter {
   const Term* compare_bits(const Term* a, const Term* b);
   const Term* order(SymbolTag::tag tag, const Term* a, const Term* b);
 
+  const Term* select(const Term* a, const Term* i);
+  const Term* store(const Term* a, const Term* i, const Term* v);
+  const Term* array_equality(const Term* a, const Term* b);
+  bool are_different(const Term* a, const Term* b) const;
+
   bool is_value(const Term* t, int value) const;
   bool is_all_ones(const Term* t) const;
   bool is_complement(SymbolTag::tag negation, const Term* a, const Term* b) const;
+  struct Offset {
+    const Term* base;  // null: zero
+    QNumber distance;
+  };
+  Offset split_offset(const Term* t) const;
   const Term* zero(const Term* like);
   const Term* ones(const Term* like);
 

@@ -14,9 +14,8 @@ struct Visit {
   std::size_t next = 0;
 };
 
-bool is_uninterpreted(const Term* t) {
-  return t->get_arity() == 0 && t->get_tag() == SymbolTag::none &&
-         t->get_symbol()->get_literal() == nullptr;
+bool is_uninterpreted(const Symbol* symbol) {
+  return symbol->get_tag() == SymbolTag::none && symbol->get_literal() == nullptr;
 }
 
 }  // namespace
@@ -24,16 +23,16 @@ bool is_uninterpreted(const Term* t) {
 ScriptPrinter::ScriptPrinter(std::span<const Term* const> assertions)
     : formulas(assertions.begin(), assertions.end()) {
   const TermSet shared = collect();
-  name_constants();
+  name_symbols();
   name_operations(shared);
 }
 
 std::string ScriptPrinter::get_name(const Term* constant) const {
-  const auto found = names.find(constant);
-  return found == names.end() ? "" : found->second;
+  const auto found = symbol_names.find(constant->get_symbol());
+  return found == symbol_names.end() ? "" : found->second;
 }
 
-/// Finds the constants and operations; returns what occurs more than once.
+/// Finds what is to be declared, and the operations; returns what occurs more than once.
 TermSet ScriptPrinter::collect() {
   TermSet used;
   TermSet shared;
@@ -41,7 +40,7 @@ TermSet ScriptPrinter::collect() {
     if (!used.insert(t)) shared.insert(t);
   };
   for (const Term* t : list_post_order(formulas)) {
-    if (is_uninterpreted(t)) constants.push_back(t);
+    add_symbol(t->get_symbol());
     if (t->get_arity() != 0) operations.push_back(t);
     std::ranges::for_each(t->get_args(), use);
   }
@@ -49,22 +48,48 @@ TermSet ScriptPrinter::collect() {
   return shared;
 }
 
+void ScriptPrinter::add_symbol(const Symbol* symbol) {
+  add_sorts(symbol->get_output_type());
+  if (!is_uninterpreted(symbol) || !symbol_names.try_emplace(symbol).second) return;
+  symbols.push_back(symbol);
+  for (const DataType* type : symbol->get_domain())
+    add_sorts(type);
+}
+
+/// The uninterpreted sorts that the text of a sort names.
+void ScriptPrinter::add_sorts(const DataType* type) {
+  switch (type->get_kind()) {
+    case DataType::Kind::array:
+      add_sorts(type->get_index());
+      add_sorts(type->get_element());
+      break;
+    case DataType::Kind::uninterpreted:
+      for (const DataType* argument : type->get_arguments())
+        add_sorts(argument);
+      sorts.try_emplace(type->get_name(), type->get_arguments().size());
+      break;
+    default:
+      break;
+  }
+}
+
 /// Names that can stay are taken before any is made.
-void ScriptPrinter::name_constants() {
-  std::vector<const Term*> others;
-  for (const Term* constant : constants) {
-    const std::string& name = constant->get_symbol()->get_name();
+void ScriptPrinter::name_symbols() {
+  std::vector<const Symbol*> others;
+  for (const Symbol* symbol : symbols) {
+    const std::string& name = symbol->get_name();
     if (name.starts_with('.') || name.starts_with('@')) {
-      others.push_back(constant);
+      others.push_back(symbol);
     } else {
       taken.insert(name);
-      names[constant] = quote_symbol(name);
+      symbol_names[symbol] = quote_symbol(name);
     }
   }
-  for (const Term* constant : others) {
-    const std::string& name = constant->get_symbol()->get_name();
+  for (const Symbol* symbol : others) {
+    const std::string& name = symbol->get_name();
     const std::string candidate = "vorn" + name;
-    names[constant] = quote_symbol(taken.insert(candidate).second ? candidate : fresh_name("c"));
+    symbol_names[symbol] =
+        quote_symbol(taken.insert(candidate).second ? candidate : fresh_name("c"));
   }
 }
 
@@ -88,6 +113,11 @@ std::string ScriptPrinter::fresh_name(const std::string& prefix) {
   return name;
 }
 
+std::string ScriptPrinter::head(const Symbol* symbol) const {
+  const auto name = symbol_names.find(symbol);
+  return name != symbol_names.end() ? name->second : head_text(symbol);
+}
+
 /// The term `root`, whatever its own name, over the names of what is below it.
 std::string ScriptPrinter::text(const Term* root) const {
   std::string out;
@@ -97,10 +127,10 @@ std::string ScriptPrinter::text(const Term* root) const {
     const Term* t = top.term;
     const auto name = t == root && t->get_arity() != 0 ? names.end() : names.find(t);
     if (name != names.end() || t->get_arity() == 0) {
-      out += name != names.end() ? name->second : head_text(t->get_symbol());
+      out += name != names.end() ? name->second : head(t->get_symbol());
       stack.pop_back();
     } else if (top.next < t->get_arity()) {
-      out += top.next == 0 ? "(" + head_text(t->get_symbol()) + " " : " ";
+      out += top.next == 0 ? "(" + head(t->get_symbol()) + " " : " ";
       stack.push_back({t->get_arg(top.next++)});
     } else {
       out += ")";
@@ -111,9 +141,20 @@ std::string ScriptPrinter::text(const Term* root) const {
 }
 
 void ScriptPrinter::print(std::ostream& out) const {
-  for (const Term* constant : constants) {
-    out << "(declare-const " << names.at(constant) << ' ' << constant->get_type()->to_string()
-        << ")\n";
+  for (const auto& [name, arity] : sorts)
+    out << "(declare-sort " << quote_symbol(name) << ' ' << arity << ")\n";
+  for (const Symbol* symbol : symbols) {
+    const bool is_function = symbol->is_function();
+    out << (is_function ? "(declare-fun " : "(declare-const ") << symbol_names.at(symbol) << ' ';
+    if (is_function) {
+      const char* separator = "(";
+      for (const DataType* type : symbol->get_domain()) {
+        out << separator << type->to_string();
+        separator = " ";
+      }
+      out << ") ";
+    }
+    out << symbol->get_output_type()->to_string() << ")\n";
   }
   for (const Term* t : operations) {
     const auto name = names.find(t);

@@ -8,6 +8,7 @@
 #define VORN_TERMS_SCRIPT_PRINTER_H
 
 #include <cstddef>
+#include <map>
 #include <ostream>
 #include <span>
 #include <string>
@@ -39,15 +40,20 @@ class VORN_EXPORT ScriptPrinter {
   static constexpr std::size_t kMaxDepth = 64;
 
   TermSet collect();
-  void name_constants();
+  void add_sorts(const DataType* type);
+  void add_symbol(const Symbol* symbol);
+  void name_symbols();
   void name_operations(const TermSet& shared);
   std::string fresh_name(const std::string& prefix);
+  std::string head(const Symbol* symbol) const;
   std::string text(const Term* root) const;
 
   std::vector<const Term*> formulas;
-  std::vector<const Term*> constants;   // in the order in which they are met
-  std::vector<const Term*> operations;  // arguments before the operations that use them
-  std::unordered_map<const Term*, std::string> names;  // of constants and definitions
+  std::map<std::string, std::size_t> sorts;  // uninterpreted ones, with their numbers of arguments
+  std::vector<const Symbol*> symbols;        // constants and functions, in the order they are met
+  std::vector<const Term*> operations;       // arguments before the operations that use them
+  std::unordered_map<const Symbol*, std::string> symbol_names;
+  std::unordered_map<const Term*, std::string> names;  // of definitions
   std::unordered_set<std::string> taken;
   std::size_t counter = 0;
 };

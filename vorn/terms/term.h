@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/qnumber.h"
@@ -31,7 +32,7 @@ struct SymbolTag {
   /// The numbers are part of the interface and stay; those that are not taken are free for any
   /// kind.
   enum tag : std::uint32_t {
-    none = 0,  // uninterpreted constants, literals
+    none = 0,  // uninterpreted constants and functions, literals
 
     // Boolean structure
     bool_true = 1,
@@ -103,6 +104,11 @@ struct SymbolTag {
     fp_ispositive = 68,
     fp_to_bits = 69,  // a float's bits, of which NaN has one choice
 
+    // Arrays
+    array_select = 70,
+    array_store = 71,
+    array_const = 72,  // one value at every index
+
     // Operations that are defined by others: names without terms
     distinct = 81,
     bv_repeat = 82,
@@ -136,10 +142,19 @@ struct SymbolTag {
 class VORN_EXPORT DataType {
  public:
   /// The kinds of sorts.
-  enum class Kind : std::uint8_t { boolean, rounding_mode, bit_vector, floating_point };
+  enum class Kind : std::uint8_t {
+    boolean,
+    rounding_mode,
+    bit_vector,
+    floating_point,
+    array,
+    uninterpreted
+  };
 
   /// Which of them this is.
   Kind get_kind() const { return kind; }
+  /// A number of its own among the sorts of its manager, in the order in which they were made.
+  std::uint32_t get_id() const { return id; }
   /// Width of a bit-vector sort, in bits. Other sorts are not to be asked.
   std::size_t get_width() const {
     assert(kind == Kind::bit_vector);
@@ -155,20 +170,30 @@ class VORN_EXPORT DataType {
     assert(kind == Kind::floating_point);
     return {widths[0], widths[1]};
   }
-  /// The number of bits in which a value of any sort is written: 1 of a Boolean, 3 of a rounding
-  /// mode, since there are five, the width of a bit-vector, 1 + e + m of a float.
+  /// The sort of the indices of an array. Other sorts are not to be asked.
+  const DataType* get_index() const {
+    assert(kind == Kind::array);
+    return index;
+  }
+  /// The sort of the elements of an array. Other sorts are not to be asked.
+  const DataType* get_element() const {
+    assert(kind == Kind::array);
+    return element;
+  }
+  /// The symbol of an uninterpreted sort, without bars; empty for other sorts.
+  const std::string& get_name() const { return name; }
+  /// The sorts that an uninterpreted sort is applied to.
+  std::span<const DataType* const> get_arguments() const { return arguments; }
+  /// Whether values are bits: those of arrays and uninterpreted sorts are not.
+  bool has_bits() const { return kind != Kind::array && kind != Kind::uninterpreted; }
+  /// The number of bits in which a value is written: 1 of a Boolean, 3 of a rounding mode, since
+  /// there are five, the width of a bit-vector, 1 + e + m of a float. Other sorts are not to be
+  /// asked.
   std::size_t get_value_width() const {
-    switch (kind) {
-      case Kind::boolean:
-        return 1;
-      case Kind::rounding_mode:
-        return 3;
-      case Kind::bit_vector:
-        return get_width();
-      case Kind::floating_point:
-        break;
-    }
-    return get_format().width();
+    assert(has_bits());
+    if (kind == Kind::boolean) return 1;
+    if (kind == Kind::rounding_mode) return 3;
+    return kind == Kind::bit_vector ? get_width() : get_format().width();
   }
   /// The sort in SMT-LIB syntax.
   std::string to_string() const;
@@ -180,11 +205,16 @@ class VORN_EXPORT DataType {
 
   std::uint32_t id;  // in the order of creation; tables hash on it
   Kind kind;
-  std::array<std::uint32_t, 2> widths;
+  std::array<std::uint32_t, 2> widths;  // of an array, the identifiers of its sorts
+  std::uint32_t parts = 1;              // sorts that its text names
+  const DataType* index = nullptr;
+  const DataType* element = nullptr;
+  std::string name;
+  std::vector<const DataType*> arguments;
 };
 
 /// The head of a term: what it applies, its arity and its output sort. Symbols of one operation
-/// with the same widths are one object; uninterpreted constants are each their own.
+/// with the same widths are one object; uninterpreted constants and functions are each their own.
 class VORN_EXPORT Symbol {
  public:
   /// Widths and indices: msb and lsb of an extraction, the count of an extension, the widths that
@@ -196,9 +226,14 @@ class VORN_EXPORT Symbol {
   const DataType* get_output_type() const { return output_type; }
   SymbolTag::tag get_tag() const { return tag; }
   const Indices& get_indices() const { return indices; }
-  /// Name of an uninterpreted constant; empty for operations and literals.
+  /// Name of an uninterpreted constant or function; empty for operations and literals.
   const std::string& get_name() const { return name; }
-  /// The bits of a literal as a non-negative integer; null for every other symbol.
+  /// Whether this is an uninterpreted function with arguments.
+  bool is_function() const { return tag == SymbolTag::none && arity != 0; }
+  /// The sorts of the arguments of an uninterpreted function; empty for every other symbol.
+  std::span<const DataType* const> get_domain() const { return domain; }
+  /// The bits of a literal as a non-negative integer, or the number of an element of an
+  /// uninterpreted sort; null for every other symbol.
   const QNumber* get_literal() const { return is_number ? &value : nullptr; }
 
  private:
@@ -220,6 +255,7 @@ class VORN_EXPORT Symbol {
   bool is_number = false;
   Indices indices;
   std::string name;
+  std::vector<const DataType*> domain;
   QNumber value;                   // of a literal
   const Term* constant = nullptr;  // the term of an arity-0 symbol, once made
 };

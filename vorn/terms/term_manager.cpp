@@ -16,6 +16,7 @@
 
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/operations.h"
+#include "vorn/terms/printer.h"
 #include "vorn/terms/rewriter.h"
 
 namespace vorn {
@@ -93,8 +94,8 @@ bool TermManager::owns(const DataType* type) const {
   return entry != type_table.end() && entry->second == type;
 }
 
-const DataType* TermManager::intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1) {
-  const DataType*& entry = type_table[type_key(kind, w0, w1)];
+DataType* TermManager::intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1) {
+  DataType*& entry = type_table[type_key(kind, w0, w1)];
   if (entry == nullptr) {
     types.push_back(DataType(static_cast<std::uint32_t>(types.size()), kind,
                              static_cast<std::uint32_t>(w0), static_cast<std::uint32_t>(w1)));
@@ -123,6 +124,59 @@ const DataType* TermManager::get_fp_type(std::size_t e, std::size_t m) {
                                 std::to_string(kMaxWidth) + " bits with the sign");
   }
   return intern_type(DataType::Kind::floating_point, e, m);
+}
+
+/// The number of sorts that a sort applied to others names.
+std::uint32_t TermManager::count_parts(std::span<const DataType* const> arguments) const {
+  std::uint32_t parts = 1;
+  for (const DataType* argument : arguments) {
+    if (argument == nullptr || !owns(argument)) {
+      throw std::invalid_argument("a sort within a sort is not one of this manager's");
+    }
+    parts += argument->parts;
+    if (parts > kMaxParts) {
+      throw std::invalid_argument("a sort that names more than " + std::to_string(kMaxParts) +
+                                  " sorts");
+    }
+  }
+  return parts;
+}
+
+const DataType* TermManager::get_array_type(const DataType* index, const DataType* element) {
+  const std::uint32_t parts = count_parts(std::array{index, element});
+  DataType* type = intern_type(DataType::Kind::array, index->id, element->id);
+  type->index = index;
+  type->element = element;
+  type->parts = parts;
+  return type;
+}
+
+const DataType* TermManager::get_uninterpreted_type(const std::string& name,
+                                                    std::span<const DataType* const> arguments) {
+  const std::uint32_t parts = count_parts(arguments);
+  if (name.find_first_of("|\\") != std::string::npos) {
+    throw std::invalid_argument("a symbol cannot hold a bar or a backslash: " + name);
+  }
+  std::string text = quote_symbol(name);
+  for (const DataType* argument : arguments)
+    text += " " + argument->to_string();
+  const DataType*& entry = named_types[text];
+  if (entry == nullptr) {
+    DataType* type = intern_type(DataType::Kind::uninterpreted, types.size(), 0);
+    type->name = name;
+    type->arguments.assign(arguments.begin(), arguments.end());
+    type->parts = parts;
+    entry = type;
+  }
+  return entry;
+}
+
+bool TermManager::is_array_type(const DataType* type, const DataType** index,
+                                const DataType** element) const {
+  if (type->get_kind() != DataType::Kind::array) return false;
+  if (index != nullptr) *index = type->get_index();
+  if (element != nullptr) *element = type->get_element();
+  return true;
 }
 
 bool TermManager::is_bv_type(const DataType* type, std::size_t* width) const {
@@ -170,10 +224,17 @@ const Symbol* TermManager::intern_symbol(SymbolTag::tag tag, std::size_t arity,
 }
 
 const Symbol* TermManager::make_unique_symbol(const std::string& name, const DataType* type) {
+  return make_unique_symbol(name, {}, type);
+}
+
+const Symbol* TermManager::make_unique_symbol(const std::string& name,
+                                              std::span<const DataType* const> domain,
+                                              const DataType* type) {
   if (name.find_first_of("|\\") != std::string::npos) {
     throw std::invalid_argument("a symbol cannot hold a bar or a backslash: " + name);
   }
-  if (type == nullptr || !owns(type)) {
+  const auto is_own = [this](const DataType* sort) { return sort != nullptr && owns(sort); };
+  if (!is_own(type) || !std::ranges::all_of(domain, is_own)) {
     throw std::invalid_argument("the sort of symbol " + name + " is not one of this manager's");
   }
   std::string unique = name;
@@ -183,8 +244,9 @@ const Symbol* TermManager::make_unique_symbol(const std::string& name, const Dat
     unique = name + "!" + std::to_string(next_suffix++);
     fresh = names.try_emplace(unique, 1).second;
   }
-  Symbol* symbol = new_symbol(SymbolTag::none, 0, type, {});
+  Symbol* symbol = new_symbol(SymbolTag::none, domain.size(), type, {});
   symbol->name = std::move(unique);
+  symbol->domain.assign(domain.begin(), domain.end());
   return symbol;
 }
 
@@ -197,6 +259,36 @@ const Term* TermManager::make_constant(const Symbol* symbol) {
     const_cast<Symbol*>(symbol)->constant = allocate_term(symbol, {});
   }
   return symbol->constant;
+}
+
+const Term* TermManager::make_application(const Symbol* function,
+                                          std::span<const Term* const> args) {
+  if (function->owner != this || !function->is_function()) {
+    throw std::invalid_argument("an application needs a function of this manager");
+  }
+  check_count(function->name, {"argument", "arguments"}, args.size(), function->arity,
+              function->arity);
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (!owns(args[i])) {
+      throw std::invalid_argument(function->name + ": argument " + std::to_string(i + 1) +
+                                  " is no term of this manager");
+    }
+    const DataType* type = args[i]->get_type();
+    if (type != function->domain[i]) {
+      throw std::invalid_argument(function->name + ": argument " + std::to_string(i + 1) +
+                                  " must be of " + function->domain[i]->to_string() +
+                                  ", got a term of " + type->to_string());
+    }
+  }
+  count_step(function->output_type);
+  return intern_term(function, args);
+}
+
+const Term* TermManager::make_element(const DataType* type, const QNumber& number) {
+  if (type->get_kind() != DataType::Kind::uninterpreted || number.sign() < 0) {
+    throw std::invalid_argument("an element needs an uninterpreted sort and a number from 0");
+  }
+  return intern_number(number, type);
 }
 
 bool TermManager::get_symbol_kind(const Symbol* symbol, SymbolTag::tag* kind) const {
@@ -226,7 +318,7 @@ const Term* TermManager::intern_number(const QNumber& value, const DataType* typ
 
 /// What is wide takes longer, above all where it is folded.
 void TermManager::count_step(const DataType* type) {
-  steps += 1 + type->get_value_width() / kStepBits;
+  steps += 1 + (type->has_bits() ? type->get_value_width() / kStepBits : 0);
   if (steps < kStepsBetweenTests) return;
   steps = 0;
   if (termtest != nullptr && termtest->terminate()) throw Terminated();

@@ -46,6 +46,8 @@ class VORN_EXPORT TermManager {
  public:
   /// The widest bit-vector.
   static constexpr std::size_t kMaxWidth = std::size_t{1} << 20;
+  /// The most sorts that the text of a sort names.
+  static constexpr std::uint32_t kMaxParts = 1'000;
 
   /// Simplifies what it builds, unless told not to.
   explicit TermManager(bool rewrite = true);
@@ -67,6 +69,14 @@ class VORN_EXPORT TermManager {
   const DataType* get_bv_type(std::size_t width);
   /// Exponent width e >= 2, significand width m >= 1 without the hidden bit.
   const DataType* get_fp_type(std::size_t e, std::size_t m);
+  /// Arrays of elements of one sort, indexed by those of another. Any sorts, but the text of the
+  /// result may not name more than kMaxParts.
+  const DataType* get_array_type(const DataType* index, const DataType* element);
+  /// The sort of that name applied to those sorts, of which nothing is known but that it has
+  /// elements, as many as one wants. Sorts of one name and the same arguments are one sort. Throws
+  /// as constructors do for a name that is no symbol, and beyond kMaxParts.
+  const DataType* get_uninterpreted_type(const std::string& name,
+                                         std::span<const DataType* const> arguments = {});
 
   /// True for the sort Bool.
   bool is_bool_type(const DataType* type) const { return type == bool_type; }
@@ -75,13 +85,20 @@ class VORN_EXPORT TermManager {
   /// True for a floating-point sort; stores its widths unless null.
   bool is_fp_type(const DataType* type, std::size_t* e, std::size_t* m) const;
   bool is_fprounding_type(const DataType* type) const { return type == rounding_type; }
+  /// True for an array sort; stores its sorts unless null.
+  bool is_array_type(const DataType* type, const DataType** index, const DataType** element) const;
 
   // Symbols and constants ---------------------------------------------------------------------
 
   /// A new symbol of arity 0 named `name` or, if that is taken, `name` with a suffix.
   const Symbol* make_unique_symbol(const std::string& name, const DataType* type);
+  /// The same for a function of arguments of these sorts.
+  const Symbol* make_unique_symbol(const std::string& name, std::span<const DataType* const> domain,
+                                   const DataType* type);
   /// The term that applies an arity-0 symbol.
   const Term* make_constant(const Symbol* symbol);
+  /// The term that applies an uninterpreted function.
+  const Term* make_application(const Symbol* function, std::span<const Term* const> args);
   /// The operation of kind `tag`: the name of each kind below is one of these. `indices` are the
   /// numerals of an indexed name, where a format is e and m; what a kind takes, and how it takes
   /// more arguments, is in the table of operations. Throws std::invalid_argument for `none` and for
@@ -108,7 +125,8 @@ class VORN_EXPORT TermManager {
   const QNumber* get_number(const Symbol* symbol) const {
     return symbol->owner == this && symbol->is_number ? &symbol->value : nullptr;
   }
-  /// True for a bit-vector or floating-point literal; stores its bits unless `value` is null.
+  /// True for a bit-vector or floating-point literal, or an element of an uninterpreted sort;
+  /// stores its bits or number unless `value` is null.
   bool is_number(const Term* term, QNumber* value) const;
 
   // Booleans and generic operations -----------------------------------------------------------
@@ -242,6 +260,17 @@ class VORN_EXPORT TermManager {
   const Term* make_fp_isnegative(const Term* a);
   const Term* make_fp_ispositive(const Term* a);
 
+  // Arrays and uninterpreted sorts ------------------------------------------------------------
+
+  /// The element of `a` at the index `i`.
+  const Term* make_select(const Term* a, const Term* i);
+  /// `a` with the element `v` at the index `i`.
+  const Term* make_store(const Term* a, const Term* i, const Term* v);
+  /// The array of sort `type` with the element `v` at every index.
+  const Term* make_const_array(const DataType* type, const Term* v);
+  /// Elements of an uninterpreted sort: different ones for different numbers, none negative.
+  const Term* make_element(const DataType* type, const QNumber& number);
+
   // Recognisers: true when the symbol is of that kind; the widths are then stored.
 
   /// The e and m of the operands.
@@ -270,7 +299,8 @@ class VORN_EXPORT TermManager {
   /// Number of terms there are.
   std::uint64_t get_live_count() const { return next_id - free_count; }
   /// Drops every term that is not in `roots`, held by a holder, or below those, with the names of
-  /// the constants among them. Sorts, operations' symbols, truth values and rounding modes stay.
+  /// the constants among them, and the functions that no term applies then. Sorts, operations'
+  /// symbols, truth values and rounding modes stay.
   /// Identifiers of dropped terms are given to new ones, the smallest first among those that one
   /// call dropped and that have as many arguments, so whoever keeps terms or looks them up by
   /// identifier must have forgotten them, or be a holder as encoders are. Drops all or, where
@@ -307,7 +337,8 @@ class VORN_EXPORT TermManager {
   // Sorts and symbols
   static std::uint64_t type_key(DataType::Kind kind, std::size_t w0, std::size_t w1);
   bool owns(const DataType* type) const;
-  const DataType* intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1);
+  std::uint32_t count_parts(std::span<const DataType* const> arguments) const;
+  DataType* intern_type(DataType::Kind kind, std::size_t w0, std::size_t w1);
   const Symbol* intern_symbol(SymbolTag::tag tag, std::size_t arity, const DataType* type,
                               const Symbol::Indices& indices);
   Symbol* new_symbol(SymbolTag::tag tag, std::size_t arity, const DataType* type,
@@ -343,9 +374,11 @@ class VORN_EXPORT TermManager {
   Term* allocate_term(const Symbol* symbol, std::span<const Term* const> args);
   void grow_term_table();
   std::vector<bool> mark_live(std::span<const Term* const> roots) const;
-  void make_room_for_dead(const std::vector<bool>& live);
+  std::vector<bool> mark_functions(const std::vector<bool>& live) const;
+  void make_room_for_dead(const std::vector<bool>& live, const std::vector<bool>& applied);
   void drop_operations(const std::vector<bool>& live, std::vector<const Term*>* dead);
   void drop_constants(const std::vector<bool>& live, std::vector<const Term*>* dead);
+  void drop_functions(const std::vector<bool>& applied);
   void free_term(const Term* term);
 
   bool recognise(SymbolTag::tag tag, const Symbol* s,
@@ -353,7 +386,8 @@ class VORN_EXPORT TermManager {
 
   const bool rewriting;
   std::deque<DataType> types;
-  std::unordered_map<std::uint64_t, const DataType*> type_table;
+  std::unordered_map<std::uint64_t, DataType*> type_table;
+  std::unordered_map<std::string, const DataType*> named_types;
   const DataType* bool_type;
   const DataType* rounding_type;
 
