@@ -76,6 +76,7 @@ set(included_headers
     smt2/token_stream.h
     smt2/value.h
     semantics/application.h
+    semantics/array_values.h
     utils/termination_poll.h
     utils/trail.h)
 foreach(header ${public_headers} ${included_headers})

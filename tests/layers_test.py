@@ -16,7 +16,8 @@ BELOW = {
     "semantics": ["terms", "utils"],
     "rewrite": ["semantics", "terms", "utils"],
     "search": ["rewrite", "semantics", "terms", "utils"],
-    "solver": ["search", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
+    "theories": ["semantics", "terms", "utils"],
+    "solver": ["theories", "search", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
 }
 INCLUDE = re.compile(r'^#include "vorn/([^"]+)"', re.MULTILINE)
 

@@ -122,8 +122,8 @@ ArrayValues::NodeId ArrayValues::insert(NodeId id, std::uint32_t key, std::uint3
   if (prefix(key, node.bit) != node.key) return join(id, node.key, add_node(leaf), key);
   const bool goes_left = (key & node.bit) == 0;
   const NodeId child = insert(goes_left ? node.left : node.right, key, element);
-  return add_node({node.bit, node.key, goes_left ? child : node.left,
-                   goes_left ? node.right : child});
+  return add_node(
+      {node.bit, node.key, goes_left ? child : node.left, goes_left ? node.right : child});
 }
 
 /// Without the entry of `key`, which is there.
@@ -133,8 +133,8 @@ ArrayValues::NodeId ArrayValues::erase(NodeId id, std::uint32_t key) {
   const bool goes_left = (key & node.bit) == 0;
   const NodeId child = erase(goes_left ? node.left : node.right, key);
   if (child == kEmpty) return goes_left ? node.right : node.left;
-  return add_node({node.bit, node.key, goes_left ? child : node.left,
-                   goes_left ? node.right : child});
+  return add_node(
+      {node.bit, node.key, goes_left ? child : node.left, goes_left ? node.right : child});
 }
 
 ArrayValues::NodeId ArrayValues::find_leaf(NodeId id, std::uint32_t key) const {

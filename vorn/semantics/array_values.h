@@ -1,9 +1,9 @@
 // Values of arrays, and of all sorts: how many there are, and which is the plainest.
 //
 // An array is a default and the elements that differ from it. It is kept as a Patricia trie over
-// the numbers of its indices, whose nodes are shared by all arrays (Okasaki and Gill, "Fast Mergeable
-// Integer Maps", 1998): the shape depends on the entries alone, so equal arrays are one trie, a
-// chain of writes costs a path for each, and arrays are compared by number.
+// the numbers of its indices, whose nodes are shared by all arrays (Okasaki and Gill, "Fast
+// Mergeable Integer Maps", 1998): the shape depends on the entries alone, so equal arrays are one
+// trie, a chain of writes costs a path for each, and arrays are compared by number.
 #ifndef VORN_SEMANTICS_ARRAY_VALUES_H
 #define VORN_SEMANTICS_ARRAY_VALUES_H
 

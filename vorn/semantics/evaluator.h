@@ -49,6 +49,8 @@ class VORN_EXPORT Evaluator {
   const QNumber& evaluate(const Term* t);
   /// Gives `t` that value from the first, whatever its arguments have.
   void assume(const Term* t, const QNumber& value) { values.insert_or_assign(t, value); }
+  /// The table of its values of arrays.
+  ArrayValues& get_array_values() { return *array_values; }
 
  private:
   QNumber leaf(const Term* t);

@@ -16,6 +16,7 @@
 #include "vorn/search/local_search.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
+#include "vorn/theories/theory_terms.h"
 
 namespace vorn::solver {
 
@@ -55,7 +56,10 @@ struct Solver::BackEnd {
   /// Everything from the graph down.
   struct Circuits {
     Circuits(TermManager& manager, const Options& options, bool traced = false)
-        : blaster(manager, aig), sat(make_solver(options, traced)), cnf(aig, *sat) {
+        : blaster(manager, aig),
+          is_traced(traced),
+          sat(make_solver(options, traced)),
+          cnf(aig, *sat) {
       aig.set_termination_test(options.termination_test);
       sat->set_termination_test(options.termination_test);
       cnf.set_termination_test(options.termination_test);
@@ -83,6 +87,7 @@ struct Solver::BackEnd {
 
     bv::Aig aig;
     bv::BitBlaster blaster;
+    const bool is_traced;
     const bv::ClauseRecorder* recorder = nullptr;  // the solver, where clauses are to be written
     std::unique_ptr<bv::SatSolver> sat;
     bv::Cnf cnf;
@@ -100,7 +105,9 @@ struct Solver::BackEnd {
   };
 
   BackEnd(TermManager& manager, const Options& options)
-      : encoder(make_encoder(options.encoder, manager)), translator(manager, *encoder) {
+      : encoder(make_encoder(options.encoder, manager)),
+        theory(manager),
+        translator(manager, *encoder, theory) {
     encoder->set_termination_test(options.termination_test);
     encoder->set_debug_flag(options.debug_labels);
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
@@ -108,6 +115,7 @@ struct Solver::BackEnd {
 
   std::optional<rewrite::FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
+  theories::TheoryTerms theory;
   Translator translator;
   std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them

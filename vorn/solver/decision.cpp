@@ -50,8 +50,7 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
     enter_assumptions(assumed);
     translate_new();
     is_translated = true;
-    if (options.is_traced()) start_traces();
-    const Answer answer = decide();
+    const Answer answer = options.is_traced() ? decide_traced() : decide();
     if (options.is_traced()) back_end->circuits->sat->close_proof();
     return answer;
   } catch (const Terminated&) {
@@ -70,11 +69,23 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
   return give_up(is_full ? "memout" : "resource limit");
 }
 
+/// What arrays and functions need is found out first, so that the traces have it from their start.
+Answer Solver::decide_traced() {
+  if (!back_end->theory.is_empty()) {
+    const Answer answer = decide();
+    if (answer == Answer::unknown) return answer;
+    has_model = false;
+  }
+  start_traces();
+  return decide();
+}
+
 /// Searches until a model holds, an answer is unsat, or the search ends without either.
 Answer Solver::decide() {
   const Stopwatch watch(&statistics.search_seconds);
   const TestedTerms tested(mgr, options.termination_test);
   back_end->local_search.reset();
+  stated.clear();
   // What local search finds are models by IEEE 754, and a trace has no use for them.
   may_search_locally =
       options.local_search && !options.is_traced() && options.encoder == EncoderKind::ieee;
@@ -84,9 +95,11 @@ Answer Solver::decide() {
     is_unsat = answer == Answer::unsat;
     if (answer != Answer::sat || has_model) return answer;
     read_model();
+    const Refinement refinement = refine();
+    if (refinement == Refinement::stated) continue;
     const bool holds = model_holds();
     if (separate_conversions()) continue;
-    if (holds) {
+    if (holds && refinement == Refinement::none) {
       has_model = true;
       return answer;
     }
@@ -116,6 +129,7 @@ bool Solver::try_shortly() {
 
 /// Whether this check has a local search, which is prepared when it is first wanted.
 bool Solver::has_local_search() {
+  if (!back_end->theory.is_empty()) may_search_locally = false;
   if (may_search_locally && !back_end->local_search) {
     back_end->local_search = search::LocalSearch::prepare(mgr, assertions.get_items(),
                                                           static_cast<std::uint64_t>(options.seed));

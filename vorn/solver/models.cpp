@@ -5,6 +5,7 @@
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/congruences.h"
 #include "vorn/solver/solver.h"
+#include "vorn/theories/interpretation.h"
 
 namespace vorn::solver {
 namespace {
@@ -22,6 +23,7 @@ QNumber read_bits(const bv::Cnf& cnf, std::span<const bv::Lit> bits) {
 void Solver::read_model() {
   model.clear();
   open_conversions.clear();
+  interpretation->clear();
   for (const bv::BitBlaster::Input& input : back_end->circuits->blaster.get_inputs()) {
     model.emplace(input.constant, read_bits(back_end->circuits->cnf, input.bits));
   }
@@ -32,6 +34,7 @@ void Solver::read_found_model() {
   const search::LocalSearch& found = *back_end->local_search;
   model.clear();
   open_conversions.clear();
+  interpretation->clear();
   for (const auto slot : found.get_constants()) {
     model.emplace(model_key(found.get_term(slot)), found.get_value(slot));
   }
@@ -43,8 +46,12 @@ const Term* Solver::model_key(const Term* constant) const {
   return encoding != nullptr ? encoding : constant;
 }
 
+QNumber Solver::value_of(const Term* constant) {
+  return constant->get_type()->has_bits() ? bits_of(constant) : interpretation->get_value(constant);
+}
+
 /// What no assertion mentions is zero, false, or to nearest even.
-QNumber Solver::value_of(const Term* constant) const {
+QNumber Solver::bits_of(const Term* constant) const {
   const auto entry = model.find(model_key(constant));
   return entry == model.end() ? QNumber() : entry->second;
 }
@@ -52,6 +59,7 @@ QNumber Solver::value_of(const Term* constant) const {
 /// What the model makes of an application that the theory leaves open. A conversion that is not
 /// encoded, be it that rewriting dropped it, has the value of one that is, if the arguments agree.
 QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
+  if (t->get_symbol()->is_function()) return interpretation->apply(t->get_symbol(), values);
   const bool selects = semantics::is_selection(t);
   const Term* witness = selects ? t : encoded_form(t);
   const Term* choice = back_end->encoder->get_choice(witness);
@@ -72,7 +80,38 @@ QNumber Solver::open_value(const Term* t, std::span<const QNumber> values) {
 semantics::Evaluator Solver::evaluate_model() {
   return semantics::Evaluator(
       mgr, [this](const Term* constant) { return value_of(constant); },
-      [this](const Term* t, std::span<const QNumber> values) { return open_value(t, values); });
+      [this](const Term* t, std::span<const QNumber> values) { return open_value(t, values); },
+      &interpretation->get_arrays());
+}
+
+/// Makes arrays and functions of the model's values of reads and applications. Returns what the
+/// model breaks; then there are none.
+std::vector<const Term*> Solver::interpret_model() {
+  semantics::Evaluator evaluator = evaluate_model();
+  evaluator.set_termination_test(options.termination_test);
+  return interpretation->interpret(
+      mgr, &back_end->theory, [this](const Term* stand_in) { return bits_of(stand_in); },
+      &evaluator, options.termination_test);
+}
+
+/// States what the model breaks of arrays and functions. A statement that comes again is broken by
+/// exact evaluation only, and not by the circuits that it was made of.
+Solver::Refinement Solver::refine() {
+  if (back_end->theory.is_empty()) return Refinement::none;
+  clashes.clear();
+  const std::vector<const Term*> lemmas = interpret_model();
+  if (separate_conversions()) return Refinement::stated;
+  if (lemmas.empty()) return Refinement::none;
+  bool is_new = false;
+  for (const Term* lemma : lemmas) {
+    if (!stated.insert(lemma).second) continue;
+    is_new = true;
+    ++statistics.lemmas;
+    back_end->conjuncts.add(back_end->translator.translate(lemma, &back_end->conjuncts));
+  }
+  if (!is_new) return Refinement::repeated;
+  if (options.is_traced() && back_end->circuits->is_traced) start_traces();
+  return Refinement::stated;
 }
 
 bool Solver::model_holds() {
@@ -104,13 +143,29 @@ bool Solver::separate_conversions() {
 const Term* Solver::get_value(const Term* t) {
   if (!has_model) throw std::logic_error("there is no model");
   semantics::Evaluator evaluator = evaluate_model();
-  return semantics::make_literal(mgr, t->get_type(), evaluator.evaluate(t));
+  return semantics::make_literal(mgr, t->get_type(), evaluator.evaluate(t),
+                                 interpretation->get_arrays());
 }
 
 FunctionValue Solver::get_function(const Symbol* function) {
   if (!has_model) throw std::logic_error("there is no model");
+  semantics::ArrayValues& arrays = interpretation->get_arrays();
+  const DataType* type = function->get_output_type();
   FunctionValue value;
-  value.otherwise = semantics::make_literal(mgr, function->get_output_type(), QNumber());
+  const theories::FunctionTable* table = interpretation->find_function(function);
+  if (table == nullptr) {
+    value.otherwise = semantics::make_literal(mgr, type, arrays.make_plain(type), arrays);
+    return value;
+  }
+  for (const auto& [arguments, result] : table->entries) {
+    FunctionValue::Entry& entry = value.entries.emplace_back();
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      entry.arguments.push_back(
+          semantics::make_literal(mgr, function->get_domain()[i], arguments[i], arrays));
+    }
+    entry.value = semantics::make_literal(mgr, type, result, arrays);
+  }
+  value.otherwise = semantics::make_literal(mgr, type, table->otherwise, arrays);
   return value;
 }
 

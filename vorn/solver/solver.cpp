@@ -9,6 +9,7 @@
 #include "vorn/semantics/open_terms.h"
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/congruences.h"
+#include "vorn/theories/interpretation.h"
 #include "vorn/utils/output_file.h"
 
 namespace vorn::solver {
@@ -18,7 +19,8 @@ std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& man
   return std::make_unique<fp::IeeeBvEncoder>(&manager, &manager);
 }
 
-Solver::Solver(TermManager& manager, const Options& chosen) : mgr(manager), options(chosen) {}
+Solver::Solver(TermManager& manager, const Options& chosen)
+    : mgr(manager), options(chosen), interpretation(std::make_unique<theories::Interpretation>()) {}
 
 Solver::~Solver() = default;
 
@@ -193,6 +195,8 @@ void Solver::collect_garbage(std::span<const Term* const> kept) {
   drop_back_end();
   model.clear();
   open_conversions.clear();
+  interpretation->clear();
+  stated.clear();
   clashes.clear();
   mgr.collect(roots);
 }

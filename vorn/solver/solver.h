@@ -16,9 +16,13 @@
 // arguments must give equal values. Models seldom break that rule, so it is not asserted but
 // checked on each model, and stated for the pairs that broke it.
 //
+// A read of an array and an application of a function are constants too. What arrays and functions
+// ask of them is checked on each model, and stated where the model breaks it (vorn/theories).
+//
 // A check can leave traces: its clauses and a proof. Both must speak of one formula, so levels and
-// assumptions are clauses like all others then, equal results are stated beforehand, and there is
-// one check only.
+// assumptions are clauses like all others then, equal results are stated beforehand, a check
+// without traces finds out what is to be stated of arrays and functions, and there is one check
+// only.
 #ifndef VORN_SOLVER_SOLVER_H
 #define VORN_SOLVER_SOLVER_H
 
@@ -28,6 +32,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -41,6 +46,10 @@
 #include "vorn/utils/logger.h"
 #include "vorn/utils/termination_test.h"
 #include "vorn/utils/trail.h"
+
+namespace vorn::theories {
+class Interpretation;
+}
 
 namespace vorn::solver {
 
@@ -88,10 +97,12 @@ struct VORN_EXPORT Statistics {
   double translation_seconds = 0;  // terms to bit-vector terms
   double search_seconds = 0;       // local search, clauses, SAT search, and checks of models
   std::uint64_t tried_models = 0;  // models that local search found
+  std::uint64_t lemmas = 0;        // statements on arrays and functions
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
 
-/// Decides Boolean combinations of floating-point and bit-vector atoms.
+/// Decides Boolean combinations of atoms over floats, bit-vectors, arrays, uninterpreted functions
+/// and sorts.
 class VORN_EXPORT Solver : public Engine {
  public:
   /// Borrows the manager, which owns all terms that the solver is given, and what the options point
@@ -170,6 +181,7 @@ class VORN_EXPORT Solver : public Engine {
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
   Answer decide();
+  Answer decide_traced();
   Answer search();
   bool try_shortly();
   bool has_local_search();
@@ -182,9 +194,14 @@ class VORN_EXPORT Solver : public Engine {
   void read_found_model();
   semantics::Evaluator evaluate_model();
   bool model_holds();
+  std::vector<const Term*> interpret_model();
+  /// What became of a model that was checked against the theories of arrays and functions.
+  enum class Refinement : std::uint8_t { none, stated, repeated };
+  Refinement refine();
   bool separate_conversions();
   const Term* model_key(const Term* constant) const;
-  QNumber value_of(const Term* constant) const;
+  QNumber value_of(const Term* constant);
+  QNumber bits_of(const Term* constant) const;
   QNumber open_value(const Term* t, std::span<const QNumber> values);
   void log(const std::string& message) const;
 
@@ -202,6 +219,8 @@ class VORN_EXPORT Solver : public Engine {
   bool is_unsat = false;  // the last check answered unsat, and nothing has changed since
   std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants
   std::map<OpenKey, OpenConversion> open_conversions;
+  std::unique_ptr<theories::Interpretation> interpretation;  // of arrays and functions
+  std::unordered_set<const Term*> stated;                    // lemmas of the current check
   /// Conversions of equal values for which the last model has different results.
   std::vector<std::pair<const Term*, const Term*>> clashes;
   std::string reason_unknown;

@@ -16,11 +16,13 @@ const Term* Translator::translate(const Term* formula, Trail<const Term*>* const
 }
 
 void Translator::push() {
+  theory.push();
   translated.push();
   encoded.push();
 }
 
 void Translator::pop() {
+  theory.pop();
   translated.pop([this](const Term* t) { translations.erase(t); });
   encoded.pop([this](const Term* t) { encoder.retract_upto(t); });
 }
@@ -41,8 +43,43 @@ const Term* Translator::find(const Term* t) const {
   return node == nullptr ? nullptr : node->value.second;
 }
 
+void Translator::note(const Term* t, const Term* translation) {
+  translations.insert({t, translation});
+  translated.add(t);
+}
+
+/// Arrays have no bits, and elements of uninterpreted sorts are told apart by some. False if `t`
+/// has to do with neither.
+bool Translator::finish_theory_term(const Term* t, Trail<const Term*>* constraints) {
+  if (theories::is_array(t)) {
+    theory.add(t);
+    note(t, t);
+  } else if (theories::has_stand_in(t)) {
+    theory.add(t);
+    const Term* stand_in = theory.get_stand_in(t);
+    if (is_fp_term(t)) {
+      if (encoder.get_cached(stand_in) == nullptr) encode(stand_in, constraints);
+      define(t, encoder.get_cached(stand_in));
+    } else {
+      note(t, stand_in);
+    }
+  } else if (t->get_type()->get_kind() == DataType::Kind::uninterpreted) {
+    if (t->get_tag() != SymbolTag::ite) {
+      throw std::invalid_argument("an element of " + t->get_type()->to_string() +
+                                  " without a name cannot be asserted");
+    }
+    note(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));
+  } else if (t->get_tag() == SymbolTag::equal && !t->get_arg(0)->get_type()->has_bits()) {
+    note(t, mgr.make_equal(find(t->get_arg(0)), find(t->get_arg(1))));
+  } else {
+    return false;
+  }
+  return true;
+}
+
 /// Translates `t`, all of whose arguments are translated.
 void Translator::finish(const Term* t, Trail<const Term*>* constraints) {
+  if (finish_theory_term(t, constraints)) return;
   if (is_fp_term(t)) {
     if (t->get_tag() == SymbolTag::ite) {
       define(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));
@@ -63,8 +100,7 @@ void Translator::finish(const Term* t, Trail<const Term*>* constraints) {
       args.push_back(find(arg));
     translation = mgr.rebuild(t, args);
   }
-  translations.insert({t, translation});
-  translated.add(t);
+  note(t, translation);
 }
 
 void Translator::encode(const Term* t, Trail<const Term*>* constraints) {

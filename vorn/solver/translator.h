@@ -5,13 +5,14 @@
 // operation to the encoder once its arguments are done, and builds everything else again on what
 // comes back. Three kinds of terms that the encoder would replace by fresh constants get their
 // encoding here: if-then-else terms, bit-vectors read as floats, and the bit-vector arguments of
-// conversions.
+// conversions. So do reads of arrays and applications of functions, which constants stand for.
 #ifndef VORN_SOLVER_TRANSLATOR_H
 #define VORN_SOLVER_TRANSLATOR_H
 
 #include "vorn/fp/fp_bv_encoder.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
+#include "vorn/theories/theory_terms.h"
 #include "vorn/utils/trail.h"
 
 namespace vorn::solver {
@@ -19,9 +20,10 @@ namespace vorn::solver {
 /// Translates formulas of one manager within that manager, level by level.
 class Translator {
  public:
-  /// The encoder is to make no free constants from here on.
-  Translator(TermManager& manager, fp::FpBvEncoder& fp_encoder)
-      : mgr(manager), encoder(fp_encoder) {
+  /// The encoder is to make no free constants from here on. What is for the theories of arrays and
+  /// functions is noted with `theory_terms`, whose stand-ins it becomes.
+  Translator(TermManager& manager, fp::FpBvEncoder& fp_encoder, theories::TheoryTerms& theory_terms)
+      : mgr(manager), encoder(fp_encoder), theory(theory_terms) {
     encoder.set_free_constants(false);
   }
 
@@ -39,14 +41,17 @@ class Translator {
   bool reads_fp(const Term* t) const;
   const Term* find(const Term* t) const;
   void finish(const Term* t, Trail<const Term*>* constraints);
+  void note(const Term* t, const Term* translation);
+  bool finish_theory_term(const Term* t, Trail<const Term*>* constraints);
   void encode(const Term* t, Trail<const Term*>* constraints);
   void define(const Term* t, const Term* encoding);
   const Term* read_bits(const Term* bits, std::size_t e, std::size_t m);
 
   TermManager& mgr;
   fp::FpBvEncoder& encoder;
+  theories::TheoryTerms& theory;
 
-  TermMap translations;           // of Boolean and bit-vector terms
+  TermMap translations;           // of all terms but floats and rounding modes
   Trail<const Term*> translated;  // its keys
   Trail<const Term*> encoded;     // terms that entered the encoder's cache
 };

@@ -1,0 +1,55 @@
+#include "vorn/theories/theory_terms.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace vorn::theories {
+
+bool is_array(const Term* t) {
+  return t->get_type()->get_kind() == DataType::Kind::array;
+}
+
+bool has_stand_in(const Term* t) {
+  if (is_array(t)) return false;
+  switch (t->get_tag()) {
+    case SymbolTag::array_select:
+      return true;
+    case SymbolTag::equal:
+      return is_array(t->get_arg(0));
+    case SymbolTag::none:
+      return t->get_arity() != 0 || (t->get_type()->get_kind() == DataType::Kind::uninterpreted &&
+                                     t->get_symbol()->get_literal() == nullptr);
+    default:
+      return false;
+  }
+}
+
+const Term* TheoryTerms::get_stand_in(const Term* t) {
+  const Term*& stand_in = stand_ins[t];
+  if (stand_in != nullptr) return stand_in;
+  const DataType* type = t->get_type();
+  if (type->get_kind() == DataType::Kind::uninterpreted) {
+    if (++elements > std::size_t{1} << kElementWidth) {
+      throw std::length_error("too many terms of uninterpreted sorts");
+    }
+    type = get_element_type();
+  }
+  const char* name = "apply";
+  if (t->get_tag() == SymbolTag::array_select) name = "select";
+  if (t->get_tag() == SymbolTag::equal) name = "equal";
+  const bool is_constant = t->get_arity() == 0;
+  stand_in = mgr.make_constant(
+      mgr.make_unique_symbol(is_constant ? t->get_symbol()->get_name() : name, type));
+  return stand_in;
+}
+
+const Term* TheoryTerms::get_witness(const Term* equality) {
+  const Term*& witness = witnesses[equality];
+  if (witness == nullptr) {
+    const DataType* index = equality->get_arg(0)->get_type()->get_index();
+    witness = mgr.make_constant(mgr.make_unique_symbol("difference", index));
+  }
+  return witness;
+}
+
+}  // namespace vorn::theories
