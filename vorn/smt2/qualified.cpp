@@ -69,7 +69,8 @@ Value Parser::annotated_constant(const Token& as) {
 }
 
 void Parser::fail_annotation(const Token& as) const {
-  fail(as.position, "as is not supported but of symbols that are terms, and in (as const sort)");
+  fail(as.position,
+       "as is supported of symbols without arguments and in ((as const sort) value) only");
 }
 
 const Operator& Parser::find_indexed(const Token& name) const {
