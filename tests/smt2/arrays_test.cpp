@@ -182,7 +182,7 @@ TEST(Models, OfFunctionsWithManyEntriesAreRead) {
   Session s;
   s.run("(declare-fun f ((_ BitVec 32)) (_ BitVec 32))(check-sat)");
   FunctionValue value{{}, s.mgr.make_bv_number(0, 32)};
-  constexpr int kEntries = 100000;
+  constexpr int kEntries = 20000;
   for (int i = 0; i < kEntries; ++i) {
     const Term* number = s.mgr.make_bv_number(i, 32);
     value.entries.push_back({{number}, number});

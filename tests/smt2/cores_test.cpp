@@ -217,6 +217,16 @@ TEST(MinimizedCores, TakeWhatTheEngineLeavesOut) {
   EXPECT_EQ(s.checks, 3);
 }
 
+/// Otherwise the two together would tell less than the truth.
+TEST(MinimizedCores, LeaveOutAssumptionsThatWereNotUsed) {
+  CoreSession s(true);
+  s.add_conflict({"a", "b"});
+  s.add_conflict({"b", "c"});
+  s.run("(assert (! a :named na))(assert (! b :named nb))");
+  EXPECT_EQ(s.run("(check-sat-assuming (c d))(get-unsat-core)(get-unsat-assumptions)"),
+            "unsat\n(na nb)\n()\n");
+}
+
 TEST(MinimizedCores, KeepAssumptionsAndTellOfThemAfterwards) {
   CoreSession s(true);
   s.is_coarse = true;

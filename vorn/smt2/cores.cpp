@@ -103,8 +103,9 @@ void Interpreter::get_unsat_core(Parser& parser, const Token& command) {
   respond(text + ")");
 }
 
-/// Tries without one part after the other, all assumptions of the check in force. Where the rest is
-/// still refuted, the core is what that took of it; a part without which that is not known stays.
+/// Tries without one part after the other, while the assumptions that were used hold. Where the
+/// rest is still refuted, the core is what that took of it; a part without which that is not known
+/// stays.
 void Interpreter::minimize_core(Parser& parser, const Token& command) {
   if (refutation->is_minimized) return;
   const std::vector<const Assertion*> candidates = list_core_candidates();
@@ -116,8 +117,8 @@ void Interpreter::minimize_core(Parser& parser, const Token& command) {
     std::vector<const Term*> assumed;
     for (const std::size_t i : rest)
       assumed.push_back(candidates[i]->term);
-    for (const Assertion& assumption : assumptions)
-      assumed.push_back(assumption.term);
+    for (const std::size_t i : refutation->assumptions)
+      assumed.push_back(assumptions[i].term);
     if (check(parser, command.position, assumed) != Answer::unsat) {
       ++tried;
       continue;
