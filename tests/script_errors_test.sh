@@ -33,6 +33,18 @@ check unsupported 0 $'^sat\nunsupported\nunsupported\nsat$' '^$' "$vorn" "$dir/u
 script datatype.smt2 '(declare-datatype T ((t)))\n(check-sat)\n'
 check refused 1 '^\(error "[^"]*:1:2: error: declare-datatype is not supported"\)$' '^$' "$vorn" "$dir/datatype.smt2"
 
+# Named formulas that are checked for cores are refused where they stand, once they are decided; where the
+# clauses are left there is no core, and named formulas are among them.
+script core.smt2 '(set-option :produce-unsat-cores true)(declare-const x Float16)\n(assert (! (fp.lt x x) :named n))(push)
+(assert (! (fp.isNaN (fp.sqrt RNE x)) :named s))\n(check-sat)(pop)(check-sat)(get-unsat-core)\n'
+check core_refused 1 '^\(error "[^"]*:3:9: error: fp.sqrt is not supported by this encoder"\)$' '^$' \
+  "$vorn" --encoder base "$dir/core.smt2"
+check core_refused_in_a_session 1 $'^\\(error "[^"]*:3:9: error: fp.sqrt .*"\\)\nunsat\n\\(n\\)$' '^$' \
+  bash -c "'$vorn' --encoder base - <'$dir/core.smt2'"
+script traced.smt2 '(set-option :produce-unsat-cores true)(assert (! false :named n))\n(check-sat)(get-unsat-core)(get-unsat-assumptions)\n'
+check core_of_clauses 1 $'^unsat\n\\(error "[^"]*:2:13: error: get-unsat-core: a check that leaves .*"\\)\n\\(\\)$' '^$' \
+  "$vorn" --cnf "$dir/traced.cnf" --proof "$dir/traced.drat" "$dir/traced.smt2"
+
 # Limits.
 script hard.smt2 '(declare-const x Float64)(declare-const y Float64)(declare-const z Float64)(push)
 (assert (not (fp.isNaN (fp.mul RNE x (fp.mul RNE y z)))))
