@@ -28,10 +28,22 @@ check text 1 $'^sat\n\\(error "'"$dir/text.smt2"$':2:18: error: unknown symbol \
 check text_in_a_session 1 $'^sat\n\\(error "<stdin>:2:18: error: .*"\\)\nsat$' '^$' bash -c "'$vorn' - <'$dir/text.smt2'"
 script quotes.smt2 '(set-info "a")\n'
 check quotes_are_doubled 1 "^\(error \"$dir/quotes.smt2:1:11: error: expected a keyword, got '\"\"a\"\"'\"\)\$" '^$' "$vorn" "$dir/quotes.smt2"
-script unsupported.smt2 '(check-sat)(get-proof)(get-unsat-core)(set-option :odd 1)(check-sat)\n'
-check unsupported 0 $'^sat\nunsupported\nunsupported\nunsupported\nsat$' '^$' "$vorn" "$dir/unsupported.smt2"
+script unsupported.smt2 '(check-sat)(get-proof)(set-option :odd 1)(check-sat)\n'
+check unsupported 0 $'^sat\nunsupported\nunsupported\nsat$' '^$' "$vorn" "$dir/unsupported.smt2"
 script datatype.smt2 '(declare-datatype T ((t)))\n(check-sat)\n'
 check refused 1 '^\(error "[^"]*:1:2: error: declare-datatype is not supported"\)$' '^$' "$vorn" "$dir/datatype.smt2"
+
+# Named formulas that are checked for cores are refused where they stand, once they are decided; where the
+# clauses are left there is no core, and named formulas are among them.
+script core.smt2 '(set-option :produce-unsat-cores true)(declare-const x Float16)\n(assert (! (fp.lt x x) :named n))(push)
+(assert (! (fp.isNaN (fp.sqrt RNE x)) :named s))\n(check-sat)(pop)(check-sat)(get-unsat-core)\n'
+check core_refused 1 '^\(error "[^"]*:3:9: error: fp.sqrt is not supported by this encoder"\)$' '^$' \
+  "$vorn" --encoder base "$dir/core.smt2"
+check core_refused_in_a_session 1 $'^\\(error "[^"]*:3:9: error: fp.sqrt .*"\\)\nunsat\n\\(n\\)$' '^$' \
+  bash -c "'$vorn' --encoder base - <'$dir/core.smt2'"
+script traced.smt2 '(set-option :produce-unsat-cores true)(assert (! false :named n))\n(check-sat)(get-unsat-core)(get-unsat-assumptions)\n'
+check core_of_clauses 1 $'^unsat\n\\(error "[^"]*:2:13: error: get-unsat-core: a check that leaves .*"\\)\n\\(\\)$' '^$' \
+  "$vorn" --cnf "$dir/traced.cnf" --proof "$dir/traced.drat" "$dir/traced.smt2"
 
 # Limits.
 script hard.smt2 '(declare-const x Float64)(declare-const y Float64)(declare-const z Float64)(push)

@@ -73,6 +73,7 @@ FirstCheck read_first_check(TermManager& manager, const std::string& text, const
   std::ostringstream answers;
   smt2::InterpreterOptions session;
   session.strict = reading.strict;
+  session.has_cores = false;  // nobody asks behind the check
   smt2::Interpreter interpreter(manager, *engine, answers, session);
   const std::string name = display_name(file);
   try {
@@ -82,6 +83,9 @@ FirstCheck read_first_check(TermManager& manager, const std::string& text, const
     check.encoding = engine->take_encoding();
     check.answer = engine->get_answer();
     check.constants = interpreter.get_symbols().get_declarations();
+    std::erase_if(check.constants, [](const smt2::SymbolTable::Declaration& d) {
+      return d.constant->get_arity() != 0 || !d.constant->get_type()->has_bits();
+    });
     check.engine = std::move(engine);
     return check;
   }

@@ -23,7 +23,7 @@ std::string display_name(const std::string& file);
 std::string read_all(const std::string& file);
 
 /// What a script asks first: the assertions and assumptions that are in force at its first check,
-/// translated by `engine`, and the constants that are declared there.
+/// translated by `engine`, and the constants that are declared there and have bits.
 struct FirstCheck {
   std::unique_ptr<solver::Solver> engine;
   solver::Encoding encoding;

@@ -79,6 +79,8 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
 smt2::InterpreterOptions choose_session(const SolveOptions& options, Limits& limits) {
   smt2::InterpreterOptions session;
   session.strict = options.strict;
+  // Assumptions are clauses in what such a check leaves.
+  session.has_cores = options.cnf_file.empty() && options.proof_file.empty();
   if (options.verbose) {
     session.warn = [](const std::string& warning) { std::cerr << warning << '\n'; };
   }

@@ -166,6 +166,11 @@ TEST(Dialect, WhatLooksOddAndIsOfTheStandardNeedsNoWarning) {
         "RNE (- (/ 1 3)))))",
         "(set-logic QF_FP)\r\n(declare-fun x () Float32) ; \xE9\r\n(assert (fp.isNaN x))\r\n",
         "(set-logic QF_BVFP)\r(assert true)\r; the end", "(declare-sort U 0)(assert true)",
+        "(declare-sort S 1)(declare-fun f ((S Bool) (Array Bool Bool)) (S Bool))"
+        "(declare-const k (S Bool))(assert (= (as k (S Bool)) (f k ((as const (Array Bool Bool)) "
+        "true))))",
+        "(set-option :produce-unsat-cores true)(declare-const a (Array Bool Bool))"
+        "(assert (select (store a true false) false))",
         "(set-logic QF_FPBV)(assert true)", "(set-logic QF_ABVFPLRA)(assert true)"}) {
     const Reading strict(script, true);
     EXPECT_EQ(strict.error, "no error") << script;

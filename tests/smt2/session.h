@@ -17,7 +17,8 @@
 namespace vorn::smt2 {
 
 /// Records what it is told and answers what it was given. A constant without a given value has the
-/// zero of its sort; other terms are only valued when they are literals.
+/// zero of its sort, a function without one is zero everywhere; other terms are only valued when
+/// they are literals.
 class FakeEngine : public Engine {
  public:
   explicit FakeEngine(TermManager& manager) : mgr(manager) {}
@@ -40,7 +41,7 @@ class FakeEngine : public Engine {
   Answer check_sat(std::span<const Term* const> given) override {
     fail();
     assumptions.assign(given.begin(), given.end());
-    return answer;
+    return decide ? decide(given) : answer;
   }
   std::vector<std::size_t> get_unsat_assumptions() override {
     fail();
@@ -57,23 +58,14 @@ class FakeEngine : public Engine {
     fail();
     const auto found = values.find(t);
     if (found != values.end()) return found->second;
-    const DataType* type = t->get_type();
-    switch (type->get_kind()) {
-      case DataType::Kind::boolean:
-        return t == mgr.make_true() ? t : mgr.make_false();
-      case DataType::Kind::rounding_mode:
-        return mgr.make_fprounding_even();
-      case DataType::Kind::bit_vector:
-        return mgr.is_number(t, nullptr) ? t : mgr.make_bv_number(0, type->get_width());
-      default:
-        break;
-    }
-    if (mgr.is_number(t, nullptr)) return t;
-    return mgr.make_fp_number(QNumber(0), type->get_e(), type->get_m());
+    if (t == mgr.make_true() || mgr.is_number(t, nullptr)) return t;
+    return make_zero(t->get_type());
   }
   FunctionValue get_function(const Symbol* function) override {
     fail();
-    return functions[function];
+    const auto found = functions.find(function);
+    if (found != functions.end()) return found->second;
+    return {{}, make_zero(function->get_output_type())};
   }
   std::string get_reason_unknown() const override { return "a \"stub\""; }
   void reset_assertions() override {
@@ -85,6 +77,7 @@ class FakeEngine : public Engine {
 
   TermManager& mgr;
   Answer answer = Answer::sat;
+  std::function<Answer(std::span<const Term* const>)> decide;  // in its place, unless it is empty
   std::function<void()> raise;  // throws whatever is asked; none: all goes well
   std::map<const Term*, const Term*> values;
   std::map<const Symbol*, FunctionValue> functions;
@@ -98,6 +91,24 @@ class FakeEngine : public Engine {
  private:
   void fail() const {
     if (raise) raise();
+  }
+  /// Arrays within arrays are as deep as the test has written them.
+  const Term* make_zero(const DataType* type) {
+    switch (type->get_kind()) {
+      case DataType::Kind::boolean:
+        return mgr.make_false();
+      case DataType::Kind::rounding_mode:
+        return mgr.make_fprounding_even();
+      case DataType::Kind::bit_vector:
+        return mgr.make_bv_number(0, type->get_width());
+      case DataType::Kind::array:
+        return mgr.make_const_array(type, make_zero(type->get_element()));
+      case DataType::Kind::uninterpreted:
+        return mgr.make_element(type, QNumber(0));
+      case DataType::Kind::floating_point:
+        break;
+    }
+    return mgr.make_fp_number(QNumber(0), type->get_e(), type->get_m());
   }
 };
 

@@ -17,9 +17,7 @@ class SymbolTableTest : public testing::Test {
   const Term* constant(const std::string& name) {
     return mgr.make_constant(mgr.make_unique_symbol(name, mgr.get_bool_type()));
   }
-  void define_sort(const std::string& name) {
-    table.define_sort(name, {0, {mgr.get_bool_type(), 0}});
-  }
+  void define_sort(const std::string& name) { table.define_sort(name, {0, {mgr.get_bool_type()}}); }
   static std::vector<std::string> names(const std::vector<SymbolTable::Declaration>& entries) {
     std::vector<std::string> result;
     for (const SymbolTable::Declaration& entry : entries)
@@ -58,14 +56,52 @@ TEST_F(SymbolTableTest, ADefinedFunctionHasItsParametersAndIsNoDeclaration) {
   EXPECT_TRUE(table.get_declarations().empty());
 }
 
+TEST_F(SymbolTableTest, ADeclaredFunctionIsADeclarationAndOutlivesCollections) {
+  const std::vector<const DataType*> domain{mgr.get_bool_type()};
+  const Symbol* symbol = mgr.make_unique_symbol("f", domain, mgr.get_bool_type());
+  table.declare("p", p);
+  table.declare("f", {{q}, mgr.make_application(symbol, {&q, 1}), symbol});
+  EXPECT_EQ(names(table.get_declarations()), (Names{"p", "f"}));
+  EXPECT_EQ(table.get_declarations()[1].constant->get_symbol(), symbol);
+  std::vector<const Term*> terms;
+  table.append_terms(&terms);
+  mgr.collect(terms);
+  EXPECT_EQ(symbol->get_name(), "f");
+  EXPECT_EQ(mgr.make_application(symbol, {&q, 1}), table.find("f")->body);
+}
+
+TEST_F(SymbolTableTest, DeclaredSortsAreListedInTheirOrder) {
+  define_sort("D");
+  table.define_sort("z", {0, {}, SortStep::declared("z", 0)});
+  table.push();
+  table.define_sort("a", {2, {}, SortStep::declared("a", 2)});
+  const std::vector<const SortDefinition*> sorts = table.get_declared_sorts();
+  ASSERT_EQ(sorts.size(), 2U);
+  EXPECT_EQ(sorts[0], table.find_sort("z"));
+  EXPECT_EQ(sorts[1], table.find_sort("a"));
+  EXPECT_EQ(sorts[1]->parameters, 2U);
+  table.pop();
+  EXPECT_EQ(table.get_declared_sorts().size(), 1U);
+}
+
+TEST_F(SymbolTableTest, SortsThatTermsCouldNotTellApartAreOne) {
+  table.push();
+  define_sort("a\\b");
+  EXPECT_NE(table.find_sort("a/b"), nullptr);
+  EXPECT_EQ(table.find_sort("a\\b"), table.find_sort("a/b"));
+  table.pop();
+  EXPECT_EQ(table.find_sort("a\\b"), nullptr);
+}
+
 TEST_F(SymbolTableTest, SortsAndFunctionsAreTwoNameSpaces) {
   table.declare("S", p);
   EXPECT_EQ(table.find_sort("S"), nullptr);
-  table.define_sort("S", {2, {nullptr, 1}});
+  table.define_sort("S", {2, SortValue::parameter(1)});
   ASSERT_NE(table.find_sort("S"), nullptr);
   EXPECT_EQ(table.find_sort("S")->parameters, 2U);
   EXPECT_EQ(table.find_sort("S")->body.type, nullptr);
-  EXPECT_EQ(table.find_sort("S")->body.parameter, 1U);
+  ASSERT_EQ(table.find_sort("S")->body.steps.size(), 1U);
+  EXPECT_EQ(table.find_sort("S")->body.steps[0].number, 1U);
   EXPECT_EQ(table.find("S")->body, p);
 }
 

@@ -29,11 +29,14 @@ void Interpreter::decide(Parser& parser, const Token& command) {
   last_answer.reset();
   ++checks;
   ++checks_of_script;
+  refutation.reset();
   std::vector<const Term*> assumed;
+  for (const Assertion* assertion : list_core_candidates())
+    assumed.push_back(assertion->term);
   for (const Assertion& assumption : assumptions)
     assumed.push_back(assumption.term);
   const std::optional<Answer> expected = std::exchange(stated_answer, std::nullopt);
-  last_answer = ask_engine(parser, command.position, [&] { return engine.check_sat(assumed); });
+  last_answer = check(parser, command.position, assumed);
   respond(answer_text(*last_answer));
   if (expected) compare_status(parser, command, *expected);
 }
@@ -63,7 +66,7 @@ void Interpreter::check_sat_assuming(Parser& parser, const Token& command) {
   tokens.expect_open("'(' to open the assumptions");
   while (!tokens.at_close()) {
     const ParsedTerm formula = parser.read_formula("an assumption");
-    assumed.push_back({formula.text, script, formula.term});
+    assumed.push_back({formula.text, script, formula.term, formula.position});
   }
   tokens.next();
   parser.close_command();
@@ -84,13 +87,45 @@ void Interpreter::get_model(Parser& parser, const Token& command) {
   check_flag(parser, command, ":produce-models");
   require_answer(parser, command, Answer::sat, kNoModel);
   std::string model = "(\n";
-  for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
-    const Term* value =
-        ask_engine(parser, command.position, [&] { return engine.get_value(d.constant); });
-    model += fmt::format("  (define-fun {} () {} {})\n", quote_symbol(d.name),
-                         d.constant->get_type()->to_string(), value->to_string());
-  }
+  for (const SymbolTable::Declaration& d : symbols.get_declarations())
+    model += fmt::format("  (define-fun {} {})\n", quote_symbol(d.name),
+                         define_value(parser, command, d));
   respond(model + ")");
+}
+
+/// The definition of a constant or function of the model, from its parameters on.
+std::string Interpreter::define_value(const Parser& parser, const Token& command,
+                                      const SymbolTable::Declaration& declared) {
+  const Symbol* symbol = declared.constant->get_symbol();
+  if (symbol->is_function()) {
+    return define_values(
+        symbol, ask_engine(parser, command.position, [&] { return engine.get_function(symbol); }));
+  }
+  const Term* value =
+      ask_engine(parser, command.position, [&] { return engine.get_value(declared.constant); });
+  return fmt::format("() {} {}", declared.constant->get_type()->to_string(), value->to_string());
+}
+
+/// A choice for each entry, one within the other, under parameters that no name of the script is.
+std::string Interpreter::define_values(const Symbol* function, const FunctionValue& value) const {
+  std::vector<std::string> parameters;
+  std::string text = "(";
+  for (const DataType* type : function->get_domain()) {
+    std::string name = fmt::format("x!{}", parameters.size());
+    while (symbols.find(name) != nullptr)
+      name.insert(0, 1, 'x');
+    text += fmt::format("{}({} {})", parameters.empty() ? "" : " ", name, type->to_string());
+    parameters.push_back(std::move(name));
+  }
+  text += fmt::format(") {} ", function->get_output_type()->to_string());
+  for (const FunctionValue::Entry& entry : value.entries) {
+    std::string condition;
+    for (std::size_t i = 0; i < parameters.size(); ++i)
+      condition += fmt::format(" (= {} {})", parameters[i], entry.arguments[i]->to_string());
+    condition = parameters.size() == 1 ? condition.substr(1) : "(and" + condition + ")";
+    text += fmt::format("(ite {} {} ", condition, entry.value->to_string());
+  }
+  return text + value.otherwise->to_string() + std::string(value.entries.size(), ')');
 }
 
 void Interpreter::get_value(Parser& parser, const Token& command) {
@@ -136,20 +171,6 @@ void Interpreter::get_assignment(Parser& parser, const Token& command) {
         ask_engine(parser, command.position, [&] { return engine.get_value(label.constant); });
     if (text.size() > 1) text += ' ';
     text += fmt::format("({} {})", quote_symbol(label.name), value->to_string());
-  }
-  respond(text + ")");
-}
-
-void Interpreter::get_unsat_assumptions(Parser& parser, const Token& command) {
-  parser.close_command();
-  check_flag(parser, command, ":produce-unsat-assumptions");
-  require_answer(parser, command, Answer::unsat, "the last answer is not unsat");
-  const std::vector<std::size_t> failed =
-      ask_engine(parser, command.position, [&] { return engine.get_unsat_assumptions(); });
-  std::string text = "(";
-  for (const std::size_t i : failed) {
-    if (text.size() > 1) text += ' ';
-    text += collapse(assumptions[i].text);
   }
   respond(text + ")");
 }

@@ -19,30 +19,34 @@ constexpr std::size_t kMaxLevels = std::size_t{1} << 20;
 
 // Names -----------------------------------------------------------------------------------------
 
-void Interpreter::declare(const Token& name, const DataType* type) {
-  const Symbol* symbol = mgr.make_unique_symbol(make_term_name(name.text), type);
-  symbols.declare(name.text, mgr.make_constant(symbol));
+void Interpreter::declare(const Token& name, std::span<const DataType* const> domain,
+                          const DataType* type) {
+  const Symbol* symbol = mgr.make_unique_symbol(make_term_name(name.text), domain, type);
+  if (domain.empty()) return symbols.declare(name.text, mgr.make_constant(symbol));
+  std::vector<const Term*> parameters;
+  for (const DataType* sort : domain)
+    parameters.push_back(mgr.make_constant(mgr.make_unique_symbol(".parameter", sort)));
+  const Term* body = mgr.make_application(symbol, parameters);
+  symbols.declare(name.text, {std::move(parameters), body, symbol});
 }
 
 void Interpreter::declare_const(Parser& parser, const Token& /*command*/) {
   const Token name = parser.read_new_symbol();
   const DataType* type = parser.read_sort();
   parser.close_command();
-  declare(name, type);
+  declare(name, {}, type);
 }
 
 void Interpreter::declare_fun(Parser& parser, const Token& /*command*/) {
   const Token name = parser.read_new_symbol();
-  parser.get_tokens().expect_open("'(' to open the sorts of the arguments");
-  if (!parser.get_tokens().at_close()) {
-    parser.fail(
-        name.position,
-        fmt::format("the function '{}' has arguments: only constants can be declared", name.text));
-  }
-  parser.get_tokens().next();
+  const std::vector<const DataType*> domain = parser.read_sorts();
   const DataType* type = parser.read_sort();
   parser.close_command();
-  declare(name, type);
+  try {
+    declare(name, domain, type);
+  } catch (const std::invalid_argument& error) {
+    parser.fail(name.position, error.what());
+  }
 }
 
 void Interpreter::define(Parser& parser, std::span<const Parameter> parameters, const Token& name) {
@@ -69,12 +73,11 @@ void Interpreter::define_fun(Parser& parser, const Token& /*command*/) {
   define(parser, parser.read_parameters(), name);
 }
 
-/// A declaration that nothing uses does no harm; a use is refused where it stands.
 void Interpreter::declare_sort(Parser& parser, const Token& /*command*/) {
   const Token name = parser.read_new_sort_symbol();
   const std::uint32_t arity = parser.get_tokens().expect_index();
   parser.close_command();
-  symbols.define_sort(name.text, {arity, {}, true});
+  symbols.define_sort(name.text, {arity, {}, SortStep::declared(make_term_name(name.text), arity)});
 }
 
 void Interpreter::define_sort(Parser& parser, const Token& /*command*/) {
@@ -90,7 +93,11 @@ void Interpreter::assert_formula(Parser& parser, const Token& /*command*/) {
   const ParsedTerm formula = parser.read_formula("an assertion");
   parser.close_command();
   last_answer.reset();
-  assertions.add({formula.text, script, formula.term});
+  const bool is_assumed =
+      formula.name.has_value() && options.produce_unsat_cores && options.has_cores;
+  assertions.add({formula.text, script, formula.term, formula.position,
+                  is_assumed ? formula.name : std::nullopt});
+  if (is_assumed) return;
   try {
     ask_engine(parser, formula.position, [&] { engine.assert_formula(formula.term); });
   } catch (const std::exception& error) {
@@ -171,6 +178,8 @@ void Interpreter::drop_garbage() {
   try {
     std::vector<const Term*> kept;
     symbols.append_terms(&kept);
+    for (const Assertion* assertion : list_core_candidates())
+      kept.push_back(assertion->term);
     engine.collect_garbage(kept);
   } catch (const std::bad_alloc&) {
     return;  // it takes memory to free some; the garbage stays for another time

@@ -38,7 +38,7 @@ const Interpreter::Command Interpreter::kCommands[] = {
     {"get-assignment", &Interpreter::get_assignment},
     {"get-unsat-assumptions", &Interpreter::get_unsat_assumptions},
     {"get-proof", &Interpreter::answer_unsupported},
-    {"get-unsat-core", &Interpreter::answer_unsupported},
+    {"get-unsat-core", &Interpreter::get_unsat_core},
 
     {"declare-datatype"},
     {"declare-datatypes"},
@@ -217,9 +217,21 @@ void Interpreter::exit(Parser& parser, const Token& /*command*/) {
 
 std::string Interpreter::get_state_script() const {
   std::string text;
+  for (const SortDefinition* sort : symbols.get_declared_sorts()) {
+    text += fmt::format("(declare-sort {} {})\n", quote_symbol(sort->constructor->name),
+                        sort->parameters);
+  }
   for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
-    text += fmt::format("(declare-const {} {})\n", d.constant->to_string(),
-                        d.constant->get_type()->to_string());
+    const Symbol* symbol = d.constant->get_symbol();
+    const std::string type = symbol->get_output_type()->to_string();
+    if (!symbol->is_function()) {
+      text += fmt::format("(declare-const {} {})\n", head_text(symbol), type);
+      continue;
+    }
+    std::string domain;
+    for (const DataType* argument : symbol->get_domain())
+      domain += (domain.empty() ? "" : " ") + argument->to_string();
+    text += fmt::format("(declare-fun {} ({}) {})\n", head_text(symbol), domain, type);
   }
   for (const std::vector<Assertion>* formulas : {&assertions.get_items(), &assumptions}) {
     for (const Assertion& formula : *formulas)

@@ -50,6 +50,8 @@ struct InterpreterOptions {
   bool produce_assertions = true;
   bool produce_assignments = true;
   bool produce_unsat_assumptions = true;
+  bool produce_unsat_cores = false;
+  bool minimize_unsat_cores = false;
   bool global_declarations = false;
   std::uint32_t random_seed = 0;
   std::uint32_t verbosity = 0;
@@ -58,11 +60,13 @@ struct InterpreterOptions {
   /// Called before each command is read; may be empty.
   std::function<void()> before_command = {};
   /// Options that scripts set and that have no effect here; their values can be asked for.
-  bool produce_unsat_cores = false;
   bool produce_proofs = false;
   bool incremental = true;
   std::uint32_t timeout = 0;
   std::uint32_t reproducible_resource_limit = 0;
+  /// Whether the engine tells which assumptions it used. Where it does not, there are no cores, and
+  /// formulas with names are asserted as all others are.
+  bool has_cores = true;
   /// Whether spellings beyond the standard are errors, and who gets the warnings of them otherwise;
   /// may be empty.
   bool strict = false;
@@ -126,6 +130,15 @@ class VORN_EXPORT Interpreter {
     std::string_view text;  // as the user wrote it, within
     std::shared_ptr<const std::string> script;
     const Term* term;
+    Position position;
+    /// Of one that may be part of a core: the engine is given it as an assumption of each check.
+    std::optional<std::string_view> core_name = {};
+  };
+  /// What refuted the last check, as positions in increasing order.
+  struct Refutation {
+    std::vector<std::size_t> core;         // among the assertions that have a core_name
+    std::vector<std::size_t> assumptions;  // among those of the check
+    bool is_minimized = false;             // each part of the core was tried without
   };
 
   static const Command kCommands[];
@@ -170,7 +183,7 @@ class VORN_EXPORT Interpreter {
   void pop(Parser& parser, const Token& command);
   void reset(Parser& parser, const Token& command);
   void reset_assertions(Parser& parser, const Token& command);
-  void declare(const Token& name, const DataType* type);
+  void declare(const Token& name, std::span<const DataType* const> domain, const DataType* type);
   void define(Parser& parser, std::span<const Parameter> parameters, const Token& name);
   static std::uint32_t read_count(Parser& parser, const Token& command);
   void pop_to(std::size_t level);
@@ -183,11 +196,22 @@ class VORN_EXPORT Interpreter {
   void get_value(Parser& parser, const Token& command);
   void get_assertions(Parser& parser, const Token& command);
   void get_assignment(Parser& parser, const Token& command);
-  void get_unsat_assumptions(Parser& parser, const Token& command);
   void decide(Parser& parser, const Token& command);
   void require_answer(const Parser& parser, const Token& command, Answer answer,
                       std::string_view complaint) const;
   void compare_status(Parser& parser, const Token& command, Answer expected);
+  std::string define_value(const Parser& parser, const Token& command,
+                           const SymbolTable::Declaration& declared);
+  std::string define_values(const Symbol* function, const FunctionValue& value) const;
+
+  // Refutations (cores.cpp)
+  void get_unsat_assumptions(Parser& parser, const Token& command);
+  void get_unsat_core(Parser& parser, const Token& command);
+  std::vector<const Assertion*> list_core_candidates() const;
+  Answer check(Parser& parser, Position place, std::span<const Term* const> assumed);
+  void refuse_assertion(const Parser& parser);
+  const Refutation& find_refutation(const Parser& parser, const Token& command);
+  void minimize_core(Parser& parser, const Token& command);
 
   TermManager& mgr;
   Engine& engine;
@@ -200,9 +224,10 @@ class VORN_EXPORT Interpreter {
   SymbolTable symbols;
   std::shared_ptr<const std::string> script;  // what is being executed
   Trail<Assertion> assertions;
-  std::vector<Assertion> assumptions;   // of the last check
-  std::optional<Answer> last_answer;    // of the assertions as they stand
-  std::optional<Answer> stated_answer;  // by set-info, to the next check
+  std::vector<Assertion> assumptions;    // of the last check
+  std::optional<Answer> last_answer;     // of the assertions as they stand
+  std::optional<Refutation> refutation;  // of the last check, once it was asked for
+  std::optional<Answer> stated_answer;   // by set-info, to the next check
   std::uint64_t checks = 0;
   std::uint64_t garbage_limit = kLeastGarbageLimit;  // number of terms worth looking through
   bool has_logic = false;

@@ -179,9 +179,8 @@ constexpr Operator kForms[] = {
 
 /// Known, and refused by name.
 constexpr std::string_view kRefused[] = {
-    "fp.to_real", "select", "store",  "<",          "<=",         ">",
-    ">=",         "div",    "mod",    "abs",        "to_real",    "to_int",
-    "is_int",     "bv2nat", "int2bv", "ubv_to_int", "sbv_to_int", "int_to_bv",
+    "fp.to_real", "<",      "<=",     ">",      ">=",     "div",        "mod",        "abs",
+    "to_real",    "to_int", "is_int", "bv2nat", "int2bv", "ubv_to_int", "sbv_to_int", "int_to_bv",
 };
 
 using OperatorIndex = std::unordered_map<std::string_view, Operator>;
@@ -227,6 +226,7 @@ OperatorIndex index_by_name() {
 // Application -----------------------------------------------------------------------------------
 
 const Term* apply_operation(const Operation& op, const Call& call) {
+  if (op.indexing == Indexing::sort) return call.mgr.make_const_array(call.sort, call.term(0));
   std::array<std::size_t, 2> indices{};
   std::ranges::copy(call.indices, indices.begin());
   // Long applications are rare, and others need no memory of their own.

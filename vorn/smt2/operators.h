@@ -21,11 +21,12 @@
 
 namespace vorn::smt2 {
 
-/// One application: the numerals of `(_ f i j)` and the arguments.
+/// One application: the numerals of `(_ f i j)`, the arguments, and the sort of `(as f sort)`.
 struct Call {
   TermManager& mgr;
   std::span<const std::uint32_t> indices;
   std::span<const Value> args;
+  const DataType* sort = nullptr;
 
   const Term* term(std::size_t i) const { return args[i].term; }
 };
@@ -46,6 +47,8 @@ struct VORN_EXPORT Operator {
   Departure departure = Departure::one_argument;
 
   bool is_supported() const { return operation != nullptr || build != nullptr; }
+  /// Whether it stands in (as name sort) only, and the name alone is nobody's.
+  bool needs_sort() const { return operation != nullptr && operation->indexing == Indexing::sort; }
   /// Whether an application to that many arguments is accepted and beyond the standard.
   bool is_departure(std::size_t args) const {
     return args >= min_args && args <= max_args &&

@@ -36,7 +36,7 @@ void Parser::close_command() {
 Token Parser::read_new_symbol() {
   const Token name = tokens.expect_symbol("a symbol");
   const Operator* op = find_operator(name.text);
-  if (op != nullptr && op->is_supported()) {
+  if (op != nullptr && op->is_supported() && !op->needs_sort()) {
     fail(name.position,
          fmt::format("'{}' is a symbol of the theory and cannot be declared", name.text));
   }
@@ -58,6 +58,15 @@ const DataType* Parser::read_sort() {
   return SortParser(mgr, symbols, tokens).parse().type;
 }
 
+std::vector<const DataType*> Parser::read_sorts() {
+  std::vector<const DataType*> sorts;
+  tokens.expect_open("'(' to open the sorts of the arguments");
+  while (!tokens.at_close())
+    sorts.push_back(read_sort());
+  tokens.next();
+  return sorts;
+}
+
 SortDefinition Parser::read_sort_definition() {
   std::vector<Token> parameters;
   tokens.expect_open("'(' to open the parameters");
@@ -71,18 +80,19 @@ SortDefinition Parser::read_sort_definition() {
     parameters.push_back(name);
   }
   tokens.next();
-  const SortValue body = SortParser(mgr, symbols, tokens, parameters).parse();
-  return {static_cast<std::uint32_t>(parameters.size()), body};
+  SortValue body = SortParser(mgr, symbols, tokens, parameters).parse();
+  return {static_cast<std::uint32_t>(parameters.size()), std::move(body)};
 }
 
 ParsedTerm Parser::read_term() {
   const Token first = tokens.peek();
+  outer_name.reset();
   const Value value = read_value();
   if (value.real) {
     fail(first.position,
          "a number is no term here; to_fp makes it a float, (_ bvN width) writes a bit-vector");
   }
-  return {value.term, first.position, tokens.text_from(first)};
+  return {value.term, first.position, tokens.text_from(first), outer_name};
 }
 
 ParsedTerm Parser::read_formula(std::string_view what) {

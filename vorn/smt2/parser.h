@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,7 @@
 #include "vorn/smt2/value.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/utils/export.h"
+#include "vorn/utils/termination_test.h"
 
 namespace vorn::smt2 {
 
@@ -28,6 +30,7 @@ struct ParsedTerm {
   const Term* term = nullptr;
   Position position;
   std::string_view text;
+  std::optional<std::string_view> name = {};  // that :named gives the whole of it, within the text
 };
 
 /// A parameter of a function definition and the fresh constant that stands for it in the body.
@@ -62,6 +65,8 @@ class VORN_EXPORT Parser {
   /// The same for a sort.
   Token read_new_sort_symbol();
   const DataType* read_sort();
+  /// "(sort sort)"
+  std::vector<const DataType*> read_sorts();
   /// "(X Y) sort": the parameters of a sort definition and its body.
   SortDefinition read_sort_definition();
   ParsedTerm read_term();
@@ -92,6 +97,7 @@ class VORN_EXPORT Parser {
     Token head;
     const Operator* op = nullptr;  // of an application: one of these two
     const Function* function = nullptr;
+    const DataType* sort = nullptr;  // of (as const sort)
     std::size_t first_index;
     std::size_t first_value;
     std::size_t first_name;
@@ -103,19 +109,23 @@ class VORN_EXPORT Parser {
   bool deliver(Value* value);
 
   void open_frame(Frame::Kind kind, const Token& head, const Operator* op = nullptr,
-                  const Function* function = nullptr);
+                  const Function* function = nullptr, const DataType* sort = nullptr);
   void close_frame();
 
   // Atoms and heads
   Value atom(const Token& token);
   Value symbol(const Token& name);
   std::optional<Value> indexed_constant();
+  Value annotated_constant(const Token& as);
   Value signed_number(const Token& name) const;
   void open_application(const Token& head);
-  void open_indexed_application();
+  void open_qualified_application();
+  void open_constant_array(const Token& as);
+  static bool is_plain(const Operator* op);
   const Operator& find_indexed(const Token& name) const;
   void read_indices();
   [[noreturn]] void fail_unknown(const Token& name) const;
+  [[noreturn]] void fail_annotation(const Token& as) const;
 
   // Forms
   Value close_application(const Token& close);
@@ -125,8 +135,18 @@ class VORN_EXPORT Parser {
   void end_let(const Frame& frame);
   void read_attributes(const Value& value);
   void name_term(const Value& value);
+  /// Runs `build`; what the term manager refuses is an error at `place`, and what the poll ends is
+  /// ended there.
   template <class Build>
-  auto build_at(Position place, const Build& build) const;
+  auto build_at(Position place, const Build& build) const {
+    try {
+      return build();
+    } catch (const std::invalid_argument& error) {
+      fail(place, error.what());
+    } catch (const Terminated&) {
+      tokens.interrupt(place);
+    }
+  }
 
   TermManager& mgr;
   SymbolTable& symbols;
@@ -138,6 +158,7 @@ class VORN_EXPORT Parser {
   std::vector<std::uint32_t> indices;
   std::vector<Value> values;
   std::vector<Token> let_names;
+  std::optional<std::string_view> outer_name;  // that :named has given the whole term
 };
 
 }  // namespace vorn::smt2

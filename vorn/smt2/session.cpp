@@ -42,6 +42,7 @@ const Interpreter::Option Interpreter::kOptions[] = {
     {":random-seed", nullptr, &InterpreterOptions::random_seed},
     {":verbosity", nullptr, &InterpreterOptions::verbosity},
     {":produce-unsat-cores", &InterpreterOptions::produce_unsat_cores},
+    {":minimize-unsat-cores", &InterpreterOptions::minimize_unsat_cores},
     {":produce-proofs", &InterpreterOptions::produce_proofs},
     {":incremental", &InterpreterOptions::incremental},
     {":timeout", nullptr, &InterpreterOptions::timeout},
@@ -144,7 +145,13 @@ void Interpreter::set_flag(Parser& parser, const Token& key, const Option& optio
     parser.fail_state(key.position,
                       ":global-declarations must be set before the first declaration");
   }
-  options.*option.flag = value.is_word("true");
+  const bool is_on = value.is_word("true");
+  // What was asserted before could be in no core.
+  if (option.flag == &InterpreterOptions::produce_unsat_cores &&
+      is_on != options.produce_unsat_cores && assertions.get_size() != 0) {
+    parser.fail_state(key.position, ":produce-unsat-cores must be set before the first assertion");
+  }
+  options.*option.flag = is_on;
   symbols.set_global(options.global_declarations);
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "vorn/smt2/literals.h"
 #include "vorn/smt2/operators.h"
@@ -15,6 +16,9 @@ struct BuiltinSort {
   std::string_view name;
   std::uint32_t indices = 0;
   const DataType* (*build)(TermManager& mgr, std::span<const std::uint32_t> indices) = nullptr;
+  bool is_array = false;
+
+  bool is_supported() const { return build != nullptr || is_array; }
 };
 
 using Indices = std::span<const std::uint32_t>;
@@ -24,7 +28,7 @@ const DataType* float_sort(TermManager& mgr, Indices) {
   return mgr.get_fp_type(E, S - 1);
 }
 
-/// A sort without a builder is known, and refused by name.
+/// A sort that nothing builds is known, and refused by name.
 constexpr BuiltinSort kSorts[] = {
     {"Bool", 0, [](TermManager& mgr, Indices) { return mgr.get_bool_type(); }},
     {"RoundingMode", 0, [](TermManager& mgr, Indices) { return mgr.get_fprounding_type(); }},
@@ -38,9 +42,9 @@ constexpr BuiltinSort kSorts[] = {
     {"Float32", 0, float_sort<8, 24>},
     {"Float64", 0, float_sort<11, 53>},
     {"Float128", 0, float_sort<15, 113>},
+    {"Array", 0, nullptr, true},
     {"Int"},
     {"Real"},
-    {"Array"},
     {"String"},
     {"RegLan"},
 };
@@ -62,15 +66,15 @@ bool is_plain_sort(std::string_view name) {
 
 bool is_builtin_sort(std::string_view name) {
   const BuiltinSort* sort = find_builtin(name);
-  return sort != nullptr && sort->build != nullptr;
+  return sort != nullptr && sort->is_supported();
 }
 
 SortValue SortParser::parse() {
   for (;;) {
-    const std::optional<SortValue> sort = read_step(tokens.next());
+    std::optional<SortValue> sort = read_step(tokens.next());
     if (!sort) continue;
-    if (frames.empty()) return *sort;
-    args.push_back(*sort);
+    if (frames.empty()) return *std::move(sort);
+    args.push_back(*std::move(sort));
   }
 }
 
@@ -103,8 +107,7 @@ SortValue SortParser::close_form(const Token& close) {
   if (args.size() == frame.first_arg && frame.definition->parameters == 0) {
     note_parentheses(frame.head);
   }
-  const SortValue sort =
-      apply(frame.head, *frame.definition, std::span(args).subspan(frame.first_arg));
+  SortValue sort = apply(frame.head, *frame.definition, std::span(args).subspan(frame.first_arg));
   args.resize(frame.first_arg);
   frames.pop_back();
   return sort;
@@ -113,13 +116,13 @@ SortValue SortParser::close_form(const Token& close) {
 SortValue SortParser::named(const Token& name) const {
   if (!name.is_symbol() || is_reserved_word(name)) tokens.fail_expected("a sort", name);
   for (std::uint32_t i = 0; i < parameters.size(); ++i) {
-    if (parameters[i].text == name.text) return {nullptr, i};
+    if (parameters[i].text == name.text) return SortValue::parameter(i);
   }
   const BuiltinSort* builtin = find_builtin(name.text);
   if (builtin == nullptr || builtin->build == nullptr) return apply(name, find(name), {});
   try {
     check_count(name.text, {"index", "indices"}, 0, builtin->indices, builtin->indices);
-    return {builtin->build(mgr, {}), 0};
+    return {builtin->build(mgr, {})};
   } catch (const std::invalid_argument& error) {
     tokens.fail(name.position, error.what());
   }
@@ -129,8 +132,8 @@ SortValue SortParser::indexed() {
   tokens.next();
   const Token name = tokens.expect_symbol("the name of a sort");
   const BuiltinSort* builtin = find_builtin(name.text);
-  const bool defined = is_parameter(name) || symbols.find_sort(name.text) != nullptr;
-  if (builtin == nullptr && defined) {
+  const bool is_defined = is_parameter(name) || symbols.find_sort(name.text) != nullptr;
+  if (builtin == nullptr ? is_defined : builtin->is_array) {
     tokens.fail(name.position, fmt::format("the sort {} takes no indices", name.text));
   }
   if (builtin == nullptr || builtin->build == nullptr) fail_unknown(name);
@@ -141,7 +144,7 @@ SortValue SortParser::indexed() {
   try {
     check_count(name.text, {"index", "indices"}, indices.size(), builtin->indices,
                 builtin->indices);
-    return {builtin->build(mgr, indices), 0};
+    return {builtin->build(mgr, indices)};
   } catch (const std::invalid_argument& error) {
     tokens.fail(name.position, error.what());
   }
@@ -152,26 +155,23 @@ SortValue SortParser::apply(const Token& head, const SortDefinition& definition,
   try {
     check_count(head.text, {"sort", "sorts"}, sorts.size(), definition.parameters,
                 definition.parameters);
+    return apply_sort(mgr, definition, sorts);
   } catch (const std::invalid_argument& error) {
     tokens.fail(head.position, error.what());
   }
-  if (definition.is_uninterpreted) {
-    tokens.fail(head.position,
-                fmt::format("the sort {} is declared and has no definition: such sorts are not "
-                            "supported",
-                            head.text));
-  }
-  return definition.body.type != nullptr ? definition.body : sorts[definition.body.parameter];
 }
 
 const SortDefinition& SortParser::find(const Token& name) const {
+  static const SortDefinition array{2, {}, SortStep::array()};
+  if (is_parameter(name)) fail_applied(name);
+  const BuiltinSort* builtin = find_builtin(name.text);
+  if (builtin != nullptr && builtin->is_array) return array;
   const SortDefinition* definition = symbols.find_sort(name.text);
   if (definition == nullptr) fail_unknown(name);
   return *definition;
 }
 
 void SortParser::fail_unknown(const Token& name) const {
-  if (is_parameter(name)) fail_applied(name);
   const BuiltinSort* builtin = find_builtin(name.text);
   if (builtin == nullptr) {
     tokens.fail(name.position, fmt::format("unknown sort '{}'", name.text));

@@ -1,5 +1,5 @@
-// Sorts: built in, indexed, defined. Applications of defined sorts can nest, so they are read with
-// a stack, as terms are.
+// Sorts: built in, indexed, declared, defined. Applications of sorts can nest, so they are read
+// with a stack, as terms are.
 #ifndef VORN_SMT2_SORT_PARSER_H
 #define VORN_SMT2_SORT_PARSER_H
 
@@ -24,7 +24,7 @@ class SortParser {
              std::span<const Token> sort_parameters = {})
       : mgr(manager), symbols(table), tokens(stream), parameters(sort_parameters) {}
 
-  /// Reads one sort. Throws ScriptError.
+  /// Reads one sort; without parameters it is a type. Throws ScriptError.
   SortValue parse();
 
  private:

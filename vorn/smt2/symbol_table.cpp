@@ -12,9 +12,9 @@ std::string make_term_name(std::string_view name) {
   return result;
 }
 
-void SymbolTable::declare(std::string_view name, const Term* constant) {
-  add_to(&declarations, Change::Kind::declaration, {std::string(name), constant});
-  define(name, {{}, constant});
+void SymbolTable::declare(std::string_view name, const Function& function) {
+  add_to(&declarations, Change::Kind::declaration, {std::string(name), function.body});
+  define(name, function);
 }
 
 /// Appends to a list, with the change that this is. All or nothing, as below: a name without its
@@ -35,9 +35,9 @@ void SymbolTable::define(std::string_view name, const Function& function) {
 }
 
 void SymbolTable::define_sort(std::string_view name, const SortDefinition& definition) {
-  Change change{Change::Kind::sort, std::string(name)};
+  Change change{Change::Kind::sort, make_term_name(name)};
   changes.make_room();
-  const bool fresh = sorts.try_emplace(std::string(name), definition).second;
+  const bool fresh = sorts.try_emplace(change.name, definition).second;
   assert(fresh);
   static_cast<void>(fresh);
   changes.add(std::move(change));
@@ -49,8 +49,19 @@ const Function* SymbolTable::find(std::string_view name) const {
 }
 
 const SortDefinition* SymbolTable::find_sort(std::string_view name) const {
-  const auto found = sorts.find(name);
+  const auto found = name.find('\\') == std::string_view::npos ? sorts.find(name)
+                                                               : sorts.find(make_term_name(name));
   return found == sorts.end() ? nullptr : &found->second;
+}
+
+std::vector<const SortDefinition*> SymbolTable::get_declared_sorts() const {
+  std::vector<const SortDefinition*> declared;
+  for (const Change& change : changes.get_items()) {
+    if (change.kind != Change::Kind::sort) continue;
+    const SortDefinition& definition = sorts.find(change.name)->second;
+    if (definition.is_declared()) declared.push_back(&definition);
+  }
+  return declared;
 }
 
 void SymbolTable::add_label(std::string_view name, const Term* term) {

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "vorn/smt2/instances.h"
+#include "vorn/smt2/sort_value.h"
 #include "vorn/smt2/value.h"
 #include "vorn/terms/term.h"
 #include "vorn/utils/export.h"
@@ -27,24 +28,13 @@ namespace vorn::smt2 {
 VORN_EXPORT std::string make_term_name(std::string_view name);
 
 /// What a function symbol stands for: `body` with terms in place of the parameters, which are fresh
-/// constants. A declared constant or a defined one has no parameters.
+/// constants. A constant, declared or defined, has no parameters.
 struct Function {
   std::vector<const Term*> parameters;
   const Term* body = nullptr;
-};
-
-/// A sort, or a parameter of the definition of a sort. No supported sort has sorts as arguments, so
-/// every definition comes down to one of the two.
-struct SortValue {
-  const DataType* type = nullptr;
-  std::uint32_t parameter = 0;  // when there is no type
-};
-
-/// A sort that was only declared has no body and cannot be used.
-struct SortDefinition {
-  std::uint32_t parameters = 0;
-  SortValue body;
-  bool is_uninterpreted = false;
+  /// Of a declared function. The body is its application to the parameters, by which the symbol
+  /// outlives collections.
+  const Symbol* symbol = nullptr;
 };
 
 /// The names that commands introduce.
@@ -52,18 +42,22 @@ class VORN_EXPORT SymbolTable {
  public:
   struct Declaration {
     std::string name;
-    const Term* constant;  // or the term that a label names
+    const Term* constant;  // or the body of a declared function, or the term that a label names
   };
 
   // Functions and sorts are two name spaces. Names must be new; the readers of names see to it.
-  void declare(std::string_view name, const Term* constant);
+  // Sorts are known under the names that terms have for them, lest two that are declared be one.
+  void declare(std::string_view name, const Term* constant) { declare(name, {{}, constant}); }
+  void declare(std::string_view name, const Function& function);
   void define(std::string_view name, const Function& function);
   void define_sort(std::string_view name, const SortDefinition& definition);
 
   /// Null when the name is unknown. A function stays where it is until its level is popped.
   const Function* find(std::string_view name) const;
   const SortDefinition* find_sort(std::string_view name) const;
-  /// The declared constants in the order of their declarations.
+  /// The sorts that were declared and not defined, in the order of their declarations.
+  std::vector<const SortDefinition*> get_declared_sorts() const;
+  /// The declared constants and functions in the order of their declarations.
   const std::vector<Declaration>& get_declarations() const { return declarations; }
   /// Notes that a Boolean term was given a name with :named, which is defined as any other.
   void add_label(std::string_view name, const Term* term);

@@ -1,13 +1,11 @@
 // Terms: the loop over forms, and what each form becomes.
 #include <fmt/format.h>
 
-#include <stdexcept>
 #include <utility>
 
 #include "vorn/smt2/literals.h"
 #include "vorn/smt2/parser.h"
 #include "vorn/smt2/substitution.h"
-#include "vorn/utils/termination_test.h"
 
 namespace vorn::smt2 {
 namespace {
@@ -25,19 +23,6 @@ bool is_signed_number(const Token& token) {
 }
 
 }  // namespace
-
-/// Runs `build`; what the term manager refuses is an error at `place`, and what the poll ends is
-/// ended there.
-template <class Build>
-auto Parser::build_at(Position place, const Build& build) const {
-  try {
-    return build();
-  } catch (const std::invalid_argument& error) {
-    fail(place, error.what());
-  } catch (const Terminated&) {
-    tokens.interrupt(place);
-  }
-}
 
 // The loop over forms ---------------------------------------------------------------------------
 
@@ -88,8 +73,9 @@ bool Parser::deliver(Value* value) {
 }
 
 void Parser::open_frame(Frame::Kind kind, const Token& head, const Operator* op,
-                        const Function* function) {
-  frames.push_back({kind, head, op, function, indices.size(), values.size(), let_names.size()});
+                        const Function* function, const DataType* sort) {
+  frames.push_back(
+      {kind, head, op, function, sort, indices.size(), values.size(), let_names.size()});
 }
 
 void Parser::close_frame() {
@@ -128,7 +114,7 @@ Value Parser::symbol(const Token& name) {
   const Function* function = symbols.find(name.text);
   const Operator* op = function == nullptr ? find_operator(name.text) : nullptr;
   if (function == nullptr && op == nullptr && is_signed_number(name)) return signed_number(name);
-  if (function == nullptr && (op == nullptr || !op->is_supported())) fail_unknown(name);
+  if (function == nullptr && !is_plain(op)) fail_unknown(name);
   open_frame(Frame::Kind::application, name, op, function);
   Value value = apply(frames.back(), {});
   close_frame();
@@ -143,14 +129,22 @@ Value Parser::signed_number(const Token& name) const {
   return Value::of(QNumber::from_string(name.text));
 }
 
+/// Whether the name of a theory stands by itself; null for a name of none.
+bool Parser::is_plain(const Operator* op) {
+  return op != nullptr && op->is_supported() && !op->needs_sort();
+}
+
 void Parser::fail_unknown(const Token& name) const {
-  if (find_operator(name.text) != nullptr) {
+  const Operator* op = find_operator(name.text);
+  if (op != nullptr && !op->is_supported()) {
     fail(name.position, fmt::format("{} is not supported", name.text));
   }
   // What is a literal elsewhere, but a symbol by the rules of SMT-LIB.
   std::string hint;
   if (is_bv_decimal(name.text)) {
     hint = fmt::format("; a bit-vector is written (_ {} width)", name.text);
+  } else if (op != nullptr) {
+    hint = "; an array of one value is written ((as const sort) value)";
   }
   fail(name.position, fmt::format("unknown symbol '{}'{}", name.text, hint));
 }
@@ -158,11 +152,12 @@ void Parser::fail_unknown(const Token& name) const {
 /// Reads what follows "(". A value comes back when the form is an indexed constant.
 std::optional<Value> Parser::open_form() {
   if (tokens.peek().is(Token::Kind::open)) {
-    open_indexed_application();
+    open_qualified_application();
     return std::nullopt;
   }
   const Token head = tokens.next();
   if (head.is_word("_")) return indexed_constant();
+  if (head.is_word("as")) return annotated_constant(head);
   if (head.is_word("let")) {
     tokens.expect_open("'(' to open the bindings");
     open_frame(Frame::Kind::let_bindings, head);
@@ -183,7 +178,7 @@ void Parser::open_application(const Token& head) {
   const bool local = locals.find(head.text) != nullptr;
   const Function* function = symbols.find(head.text);
   const Operator* op = function == nullptr ? find_operator(head.text) : nullptr;
-  if (!local && function == nullptr && (op == nullptr || !op->is_supported())) fail_unknown(head);
+  if (!local && function == nullptr && !is_plain(op)) fail_unknown(head);
   const bool constant = local || (function != nullptr ? function->parameters.empty()
                                                       : op->max_args == 0 && op->indices == 0);
   if (constant) {
@@ -191,57 +186,6 @@ void Parser::open_application(const Token& head) {
          fmt::format("'{}' is no function: it stands without parentheses", head.text));
   }
   open_frame(Frame::Kind::application, head, op, function);
-}
-
-/// Reads "(_ name indices)" behind a "(".
-void Parser::open_indexed_application() {
-  tokens.next();
-  const Token underscore = tokens.next();
-  if (underscore.is_word("as")) fail(underscore.position, "as is not supported");
-  if (!underscore.is_word("_")) tokens.fail_expected("'_' and an indexed function", underscore);
-  const Token name = tokens.expect_symbol("the name of a function");
-  const Operator* op = is_bv_decimal(name.text) ? nullptr : &find_indexed(name);
-  if (op == nullptr || op->max_args == 0) {
-    fail(name.position, fmt::format("'{}' is no function and takes no arguments", name.text));
-  }
-  open_frame(Frame::Kind::application, name, op);
-  read_indices();
-}
-
-/// Reads "name indices)" behind "(_".
-std::optional<Value> Parser::indexed_constant() {
-  const Token name = tokens.expect_symbol("the name of an indexed constant");
-  if (is_bv_decimal(name.text)) {
-    const std::uint32_t width = tokens.expect_index();
-    tokens.expect_close("')' behind the width");
-    if (name.text.size() > 3 && name.text[2] == '0') {
-      tokens.depart(Departure::leading_zero, name.position, [&] {
-        return fmt::format("the number in {} begins with a needless zero", name.text);
-      });
-    }
-    return build_at(name.position,
-                    [&] { return Value::of(make_bv_decimal(mgr, name.text, width)); });
-  }
-  open_frame(Frame::Kind::application, name, &find_indexed(name));
-  read_indices();
-  Value value = apply(frames.back(), {});
-  close_frame();
-  return value;
-}
-
-const Operator& Parser::find_indexed(const Token& name) const {
-  const Operator* op = find_operator(name.text);
-  if (op == nullptr && (locals.find(name.text) != nullptr || symbols.find(name.text) != nullptr)) {
-    fail(name.position, fmt::format("'{}' takes no indices", name.text));
-  }
-  if (op == nullptr || !op->is_supported()) fail_unknown(name);
-  return *op;
-}
-
-void Parser::read_indices() {
-  while (!tokens.at_close())
-    indices.push_back(tokens.expect_index());
-  tokens.next();
 }
 
 // Applications ----------------------------------------------------------------------------------
@@ -263,7 +207,8 @@ Value Parser::apply(const Frame& frame, std::span<const Value> args) {
   }
   return build_at(frame.head.position, [&] {
     if (frame.function != nullptr) return apply_function(frame, args);
-    return apply_operator(*frame.op, {mgr, std::span(indices).subspan(frame.first_index), args});
+    return apply_operator(*frame.op,
+                          {mgr, std::span(indices).subspan(frame.first_index), args, frame.sort});
   });
 }
 
@@ -283,6 +228,9 @@ Value Parser::apply_function(const Frame& frame, std::span<const Value> args) {
                                               wanted->to_string(), got));
     }
     terms.push_back(args[i].term);
+  }
+  if (const Symbol* symbol = frame.function->symbol) {
+    return Value::of(mgr.make_application(symbol, terms));
   }
   return Value::of(
       instantiate(mgr, *frame.function, terms, symbols.get_instances(), tokens.get_hooks().poll));
@@ -316,7 +264,8 @@ void Parser::end_let(const Frame& frame) {
   }
 }
 
-/// Reads ":keyword value ... )". Attributes other than :named say nothing that we use.
+/// Reads ":keyword value ... )". Attributes other than :named say nothing that we use. The first
+/// name of the outermost annotation is that of the whole term.
 void Parser::read_attributes(const Value& value) {
   do {
     const Token key = tokens.expect(Token::Kind::keyword, "an attribute");
@@ -336,6 +285,7 @@ void Parser::name_term(const Value& value) {
     fail(name.position, "a term inside of a definition with parameters cannot be named");
   }
   symbols.define(name.text, {{}, value.term});
+  if (frames.size() == 1 && !outer_name) outer_name = name.text;
   if (mgr.is_bool_type(value.term->get_type())) symbols.add_label(name.text, value.term);
 }
 

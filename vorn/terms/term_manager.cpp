@@ -22,7 +22,9 @@
 namespace vorn {
 namespace {
 
+// The largest term fits.
 constexpr std::size_t kChunkBytes = std::size_t{1} << 18;
+static_assert(sizeof(Term) + TermManager::kMaxArguments * sizeof(void*) <= kChunkBytes);
 constexpr std::size_t kInitialTable = 1024;
 
 // A step is an operation, or another of these many bits of a wide one; thousands of them take about
@@ -236,6 +238,10 @@ const Symbol* TermManager::make_unique_symbol(const std::string& name,
   const auto is_own = [this](const DataType* sort) { return sort != nullptr && owns(sort); };
   if (!is_own(type) || !std::ranges::all_of(domain, is_own)) {
     throw std::invalid_argument("the sort of symbol " + name + " is not one of this manager's");
+  }
+  if (domain.size() > kMaxArguments) {
+    throw std::invalid_argument("a function of " + std::to_string(domain.size()) +
+                                " arguments; they go up to " + std::to_string(kMaxArguments));
   }
   std::string unique = name;
   auto [entry, fresh] = names.try_emplace(unique, 1);

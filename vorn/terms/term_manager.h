@@ -46,6 +46,8 @@ class VORN_EXPORT TermManager {
  public:
   /// The widest bit-vector.
   static constexpr std::size_t kMaxWidth = std::size_t{1} << 20;
+  /// The most arguments of an uninterpreted function.
+  static constexpr std::size_t kMaxArguments = 10'000;
   /// The most sorts that the text of a sort names.
   static constexpr std::uint32_t kMaxParts = 1'000;
 
@@ -92,7 +94,7 @@ class VORN_EXPORT TermManager {
 
   /// A new symbol of arity 0 named `name` or, if that is taken, `name` with a suffix.
   const Symbol* make_unique_symbol(const std::string& name, const DataType* type);
-  /// The same for a function of arguments of these sorts.
+  /// The same for a function of arguments of these sorts, no more than kMaxArguments.
   const Symbol* make_unique_symbol(const std::string& name, std::span<const DataType* const> domain,
                                    const DataType* type);
   /// The term that applies an arity-0 symbol.

@@ -1,3 +1,3 @@
-; expect: 3:11: as is not supported
+; expect: 3:11: as is supported of symbols without arguments and in ((as const sort) value) only
 (declare-const p Bool)
 (assert ((as not Bool) p))

@@ -1,0 +1,2 @@
+; expect: 2:30: unknown sort 'Word'
+(declare-const a (Array Bool Word))

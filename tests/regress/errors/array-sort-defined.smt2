@@ -1,0 +1,2 @@
+; expect: 2:14: the sort 'Array' is already defined
+(define-sort Array (X) X)

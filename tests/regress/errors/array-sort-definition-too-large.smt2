@@ -1,0 +1,6 @@
+; expect: 6:26: a sort that names more than 1000 sorts
+(define-sort Pair (X) (Array X X))
+(define-sort Pair2 (X) (Pair (Pair X)))
+(define-sort Pair4 (X) (Pair2 (Pair2 X)))
+(define-sort Pair8 (X) (Pair4 (Pair4 X)))
+(define-sort Pair10 (X) (Pair8 (Pair2 X)))

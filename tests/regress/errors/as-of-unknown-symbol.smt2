@@ -1,0 +1,2 @@
+; expect: 2:13: unknown symbol 'p'
+(assert (as p Bool))

@@ -1,0 +1,2 @@
+; expect: 2:22: const takes 1 argument, got 0
+(assert (select ((as const (Array Bool Bool))) true))

@@ -1,0 +1,2 @@
+; expect: 2:18: unknown sort '->'
+(declare-fun f ((-> Bool Bool)) Bool)

@@ -1,0 +1,2 @@
+; expect: 2:35: expected true or false, got '1'
+(set-option :minimize-unsat-cores 1)

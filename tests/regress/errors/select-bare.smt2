@@ -1,0 +1,2 @@
+; expect: 2:9: select takes 2 arguments, got 0
+(assert select)

@@ -1,0 +1,5 @@
+; expect: 5:10: =: operands of different sorts, (List Bool) and (List (List Bool))
+(declare-sort List 1)
+(declare-const u (List Bool))
+(declare-const v (List (List Bool)))
+(assert (= u v))

@@ -1,5 +1,0 @@
-; expect: 5:15: select is not supported
-(declare-const p Bool)
-(declare-const a (_ BitVec 8))
-(declare-const x Float32)
-(assert (= p (select a a)))
