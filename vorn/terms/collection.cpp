@@ -26,11 +26,12 @@ void TermManager::collect(std::span<const Term* const> roots) {
   make_room_for_dead(live, applied);
   drop_operations(live, &dead);
   drop_constants(live, &dead);
-  drop_functions(applied);
   // What is freed last is used first.
   for (std::size_t id = dead.size(); id-- > 0;) {
     if (dead[id] != nullptr) free_term(dead[id]);
   }
+  // Only now: until then the arity of an application is that of its function.
+  drop_functions(applied);
 }
 
 /// Makes room for what is given again, so that nothing is lost to lack of memory on the way.
