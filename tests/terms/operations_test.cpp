@@ -23,6 +23,11 @@ class OperationsTest : public testing::Test {
     return mgr.make_constant(mgr.make_unique_symbol("c", type));
   }
 
+  /// Arrays of floats, so that index and element are told apart.
+  const DataType* array_sort() {
+    return mgr.get_array_type(mgr.get_bv_type(3), mgr.get_fp_type(5, 6));
+  }
+
   /// An operand of the sort that a letter stands for, in formats (3, 4) and (5, 6); letters that
   /// fix a width by another operand or by the result fit those.
   const Term* operand(char letter) {
@@ -37,6 +42,12 @@ class OperationsTest : public testing::Test {
         return constant(mgr.get_fp_type(3, 4));
       case 'G':
         return constant(mgr.get_fp_type(5, 6));
+      case 'Y':
+        return constant(array_sort());
+      case 'I':
+        return constant(array_sort()->get_index());
+      case 'E':
+        return constant(array_sort()->get_element());
       default:
         return constant(mgr.get_bv_type(8));  // A, and all bit-vectors
     }
@@ -53,6 +64,21 @@ class OperationsTest : public testing::Test {
     if (op.indexing == Indexing::format) return {3, 4};
     return op.get_index_count() == 2 ? std::vector<std::size_t>{5, 2}
                                      : std::vector<std::size_t>(op.get_index_count(), 3);
+  }
+
+  /// The application to operands as many as the signature has; one kind needs to be told its sort.
+  const Term* make(const Operation& op, const std::vector<const Term*>& args) {
+    if (op.indexing == Indexing::sort) return mgr.make_const_array(array_sort(), args[0]);
+    return mgr.make(op.tag, indices(op), args);
+  }
+
+  std::string operand_error(const Operation& op, const std::vector<const Term*>& args) {
+    try {
+      make(op, args);
+    } catch (const std::invalid_argument& e) {
+      return e.what();
+    }
+    return "no error";
   }
 
   std::string error(T::tag tag, std::vector<std::size_t> numerals, std::vector<const Term*> args) {
@@ -96,7 +122,7 @@ TEST_F(OperationsTest, TakeARoundingModeFirstIfAtAll) {
 TEST_F(OperationsTest, BecomeTermsOfTheirKindUnlessOthersDefineThem) {
   for (const Operation& op : get_operations()) {
     const std::vector<const Term*> args = operands(op);
-    const Term* t = mgr.make(op.tag, indices(op), args);
+    const Term* t = make(op, args);
     if (op.derive != nullptr) {
       EXPECT_NE(t->get_tag(), op.tag) << op.name;
       continue;
@@ -118,14 +144,14 @@ TEST_F(OperationsTest, RefuseOperandsOfOtherSortsByTheirName) {
       std::vector<const Term*> wrong = args;
       for (const Term* bad : {foreign, static_cast<const Term*>(nullptr)}) {
         wrong[i] = bad;
-        EXPECT_TRUE(error(op.tag, indices(op), wrong).starts_with(std::string(op.name) + ": an op"))
+        EXPECT_TRUE(operand_error(op, wrong).starts_with(std::string(op.name) + ": an op"))
             << op.name;
       }
       // Any sort will do where there is no other operand of the same letter.
       const char letter = op.signature.get_letters()[i];
       if (letter == 'A') continue;
       wrong[i] = letter == 'R' ? mgr.make_true() : mgr.make_fprounding_even();
-      const std::string text = error(op.tag, indices(op), wrong);
+      const std::string text = operand_error(op, wrong);
       EXPECT_TRUE(text.starts_with(std::string(op.name) + ": ")) << text;
       EXPECT_NE(text.find(wrong[i]->get_type()->to_string()), std::string::npos) << text;
     }
@@ -151,6 +177,7 @@ TEST_F(OperationsTest, RefuseOtherNumbersOfArgumentsAndIndices) {
   EXPECT_EQ(error(T::none, {}, {}), "there is no operation of the kind 0");
   EXPECT_EQ(error(T::bv_add, {}, {operand('V')}), "bvadd takes at least 2 arguments, got 1");
   EXPECT_EQ(error(T::bv_extract, {1}, {operand('V')}), "extract takes 2 indices, got 1");
+  EXPECT_EQ(error(T::array_const, {}, {operand('E')}), "const: needs the sort of the array");
 }
 
 TEST_F(OperationsTest, ExtendToMoreArgumentsAsTheirRowsSay) {

@@ -50,7 +50,10 @@ class Application {
 
 QNumber Application::get_value() const {
   const SymbolTag::tag tag = t->get_tag();
-  if (t->get_symbol()->is_function()) return choose();
+  if (t->get_symbol()->is_function()) {
+    const bool is_float = t->get_type()->get_kind() == DataType::Kind::floating_point;
+    return is_float ? canonical_bits(t->get_type(), choose()) : choose();
+  }
   if (find_operation(tag)->theory == Theory::bit_vectors) {
     const std::size_t last = t->get_arity() - 1;
     return fold_bv_operation(tag, t->get_symbol()->get_indices(),

@@ -1,9 +1,8 @@
 #include "vorn/semantics/array_values.h"
 
 #include <algorithm>
-#include <bit>
 #include <limits>
-#include <map>
+#include <stdexcept>
 
 #include "vorn/semantics/application.h"
 
@@ -20,9 +19,26 @@ std::optional<std::uint64_t> power_of_two(std::size_t exponent) {
   return std::uint64_t{1} << exponent;
 }
 
-/// Keys below a node agree in the bits above its own.
-std::uint32_t prefix(std::uint32_t key, std::uint32_t bit) {
-  return key & ~(2 * bit - 1);
+/// The number of indices, if each has a rank.
+std::optional<std::uint32_t> count_ranks(const DataType* array, std::uint64_t most) {
+  const auto indices = count_values(array->get_index());
+  if (!indices || *indices > most) return std::nullopt;
+  return static_cast<std::uint32_t>(*indices);
+}
+
+QNumber canonical(const DataType* type, const QNumber& value) {
+  return type->get_kind() == DataType::Kind::floating_point ? canonical_bits(type, value) : value;
+}
+
+/// The bits of plus infinity, the last of the floats without a sign.
+std::uint64_t infinity_bits(IEEEFloat::format f) {
+  return ((std::uint64_t{1} << f.e) - 1) << f.m;
+}
+
+std::uint64_t to_word(const QNumber& value) {
+  std::int64_t word = 0;
+  value.get_int64(&word);
+  return static_cast<std::uint64_t>(word);
 }
 
 }  // namespace
@@ -60,196 +76,223 @@ std::optional<std::uint64_t> count_values(const DataType* type) {
 }
 
 std::size_t ArrayValues::NodeHash::operator()(const Node& node) const noexcept {
-  return mix(mix(0, (std::uint64_t{node.bit} << 32) | node.key),
-             (std::uint64_t{node.left} << 32) | node.right);
+  return mix(0, (std::uint64_t{node.first} << 32) | node.second);
 }
 
 std::size_t ArrayValues::ArrayHash::operator()(const Array& array) const noexcept {
-  const std::uint64_t entries = (std::uint64_t{array.otherwise} << 32) | array.root;
-  return mix(mix(0, entries), array.type->get_id());
+  const std::uint64_t tree = (std::uint64_t{array.size} << 32) | array.root;
+  return mix(mix(0, tree), (std::uint64_t{array.otherwise} << 32) | array.type->get_id());
 }
 
 // Tables --------------------------------------------------------------------------------------
 
 const ArrayValues::Array& ArrayValues::find(const QNumber& array) const {
-  std::int64_t position = 0;
-  array.get_int64(&position);
-  return arrays.at(static_cast<std::size_t>(position));
+  return arrays.at(to_word(array));
 }
 
-std::optional<std::uint32_t> ArrayValues::find_number(const QNumber& value) const {
+// What is numbered comes into its list first: where memory ends before the table has it, a place of
+// the list is lost and no more.
+
+std::uint32_t ArrayValues::number(const QNumber& value) {
   const auto found = numbers.find(value);
+  if (found != numbers.end()) return found->second;
+  if (values.size() == kLeaf) throw std::length_error("too many values in arrays");
+  const auto position = static_cast<std::uint32_t>(values.size());
+  values.push_back(value);
+  numbers.emplace(value, position);
+  return position;
+}
+
+QNumber ArrayValues::intern(const Array& array) {
+  const auto found = array_table.find(array);
+  if (found != array_table.end()) return QNumber::from_integer(found->second);
+  if (arrays.size() == kLeaf) throw std::length_error("too many arrays");
+  const auto position = static_cast<std::uint32_t>(arrays.size());
+  arrays.push_back(array);
+  array_table.emplace(array, position);
+  return QNumber::from_integer(position);
+}
+
+// Positions -----------------------------------------------------------------------------------
+
+/// The position of a value among all of its sort, in the order of list_values.
+std::uint64_t ArrayValues::find_rank(const DataType* type, const QNumber& value) const {
+  const std::uint64_t word = to_word(value);
+  if (type->get_kind() == DataType::Kind::floating_point) {
+    // The one NaN follows minus infinity.
+    const std::uint64_t infinity = infinity_bits(type->get_format());
+    const std::uint64_t sign = std::uint64_t{1} << (type->get_value_width() - 1);
+    return word <= infinity ? word : word - sign + infinity + 1;
+  }
+  if (type->get_kind() != DataType::Kind::array) return word;
+  const Array& array = find(value);
+  const std::uint64_t elements = *count_values(type->get_element());
+  std::uint64_t rank = 0;
+  for (std::uint32_t i = array.size; i-- > 0;) {
+    const NodeId leaf = find_leaf(array, i);
+    rank = rank * elements + find_rank(type->get_element(), values[leaf - kLeaf]);
+  }
+  return rank;
+}
+
+QNumber ArrayValues::make_ranked(const DataType* type, std::uint64_t rank) {
+  if (type->get_kind() == DataType::Kind::floating_point) {
+    const std::uint64_t infinity = infinity_bits(type->get_format());
+    const std::uint64_t sign = std::uint64_t{1} << (type->get_value_width() - 1);
+    return QNumber::from_integer(rank <= infinity ? rank : rank - infinity - 1 + sign);
+  }
+  if (type->get_kind() != DataType::Kind::array) return QNumber::from_integer(rank);
+  const std::uint64_t indices = *count_values(type->get_index());
+  const std::uint64_t elements = *count_values(type->get_element());
+  QNumber array = make_plain(type);
+  for (std::uint64_t i = 0; i < indices; ++i) {
+    array = store(array, make_ranked(type->get_index(), i),
+                  make_ranked(type->get_element(), rank % elements));
+    rank /= elements;
+  }
+  return array;
+}
+
+/// Nothing for an index that was never named, where indices have no ranks.
+std::optional<std::uint32_t> ArrayValues::find_position(const Array& array,
+                                                        const QNumber& index) const {
+  if (array.otherwise == 0) {
+    return static_cast<std::uint32_t>(find_rank(array.type->get_index(), index));
+  }
+  const auto found = numbers.find(index);
   if (found == numbers.end()) return std::nullopt;
   return found->second;
 }
 
-std::uint32_t ArrayValues::number(const QNumber& value) {
-  const auto [entry, fresh] = numbers.try_emplace(value, static_cast<std::uint32_t>(values.size()));
-  if (fresh) values.push_back(value);
-  return entry->second;
+// Trees ---------------------------------------------------------------------------------------
+
+ArrayValues::NodeId ArrayValues::join(NodeId first, NodeId second) {
+  if (first == second && first >= kLeaf) return first;
+  const Node node{first, second};
+  const auto found = node_table.find(node);
+  if (found != node_table.end()) return found->second;
+  if (nodes.size() == kLeaf) throw std::length_error("too many nodes of arrays");
+  const auto position = static_cast<NodeId>(nodes.size());
+  nodes.push_back(node);
+  node_table.emplace(node, position);
+  return position;
 }
 
-ArrayValues::NodeId ArrayValues::add_node(const Node& node) {
-  const auto [entry, fresh] = node_table.try_emplace(node, static_cast<NodeId>(nodes.size()));
-  if (fresh) nodes.push_back(node);
-  return entry->second;
+/// The tree over `size` positions with another leaf at one of them.
+ArrayValues::NodeId ArrayValues::replace(NodeId id, std::uint32_t size, std::uint32_t position,
+                                         NodeId leaf) {
+  if (size == 1 || id == leaf) return leaf;
+  const Node node = id >= kLeaf ? Node{id, id} : nodes[id];
+  const std::uint32_t half = size - size / 2;
+  if (position < half) return join(replace(node.first, half, position, leaf), node.second);
+  return join(node.first, replace(node.second, size - half, position - half, leaf));
 }
 
-QNumber ArrayValues::intern(const Array& array) {
-  const auto [entry, fresh] =
-      array_table.try_emplace(array, static_cast<std::uint32_t>(arrays.size()));
-  if (fresh) arrays.push_back(array);
-  return QNumber(static_cast<std::int64_t>(entry->second));
-}
-
-// Tries ---------------------------------------------------------------------------------------
-
-/// A node over two that have no key in common; `key_a` and `key_b` are one key of each.
-ArrayValues::NodeId ArrayValues::join(NodeId a, std::uint32_t key_a, NodeId b,
-                                      std::uint32_t key_b) {
-  const std::uint32_t bit = std::bit_floor(key_a ^ key_b);
-  const bool is_first = (key_a & bit) == 0;
-  return add_node({bit, prefix(key_a, bit), is_first ? a : b, is_first ? b : a});
-}
-
-ArrayValues::NodeId ArrayValues::insert(NodeId id, std::uint32_t key, std::uint32_t element) {
-  const Node leaf{0, key, element, 0};
-  if (id == kEmpty) return add_node(leaf);
-  const Node node = nodes[id];
-  if (node.bit == 0) {
-    return node.key == key ? add_node(leaf) : join(id, node.key, add_node(leaf), key);
+ArrayValues::NodeId ArrayValues::find_leaf(const Array& array, std::uint32_t position) const {
+  if (position >= array.size) return array.otherwise;
+  NodeId id = array.root;
+  for (std::uint32_t size = array.size; id < kLeaf;) {
+    const std::uint32_t half = size - size / 2;
+    const bool is_first = position < half;
+    id = is_first ? nodes[id].first : nodes[id].second;
+    position -= is_first ? 0 : half;
+    size = is_first ? half : size - half;
   }
-  if (prefix(key, node.bit) != node.key) return join(id, node.key, add_node(leaf), key);
-  const bool goes_left = (key & node.bit) == 0;
-  const NodeId child = insert(goes_left ? node.left : node.right, key, element);
-  return add_node(
-      {node.bit, node.key, goes_left ? child : node.left, goes_left ? node.right : child});
+  return id;
 }
 
-/// Without the entry of `key`, which is there.
-ArrayValues::NodeId ArrayValues::erase(NodeId id, std::uint32_t key) {
-  const Node node = nodes[id];
-  if (node.bit == 0) return kEmpty;
-  const bool goes_left = (key & node.bit) == 0;
-  const NodeId child = erase(goes_left ? node.left : node.right, key);
-  if (child == kEmpty) return goes_left ? node.right : node.left;
-  return add_node(
-      {node.bit, node.key, goes_left ? child : node.left, goes_left ? node.right : child});
-}
-
-ArrayValues::NodeId ArrayValues::find_leaf(NodeId id, std::uint32_t key) const {
-  while (id != kEmpty && nodes[id].bit != 0) {
-    id = (key & nodes[id].bit) == 0 ? nodes[id].left : nodes[id].right;
-  }
-  return id != kEmpty && nodes[id].key == key ? id : kEmpty;
-}
-
-void ArrayValues::collect(NodeId id, std::vector<Entry>* entries) const {
-  if (id == kEmpty) return;
-  const Node& node = nodes[id];
-  if (node.bit == 0) {
-    entries->emplace_back(values[node.key], values[node.left]);
-    return;
-  }
-  collect(node.left, entries);
-  collect(node.right, entries);
+void ArrayValues::visit(NodeId id, std::uint32_t from, std::uint32_t size,
+                        const Visitor& visitor) const {
+  if (id >= kLeaf) return visitor(from, size, id);
+  const std::uint32_t half = size - size / 2;
+  visit(nodes[id].first, from, half, visitor);
+  visit(nodes[id].second, from + half, size - half, visitor);
 }
 
 // Arrays --------------------------------------------------------------------------------------
 
-/// The one form of an array. Where entries are few the default is what most indices have. Where
-/// indices are few as well that takes a count: the most frequent element becomes the default, of
-/// several the least.
-ArrayValues::Array ArrayValues::normalise(Array array) {
-  const auto indices = count_values(array.type->get_index());
-  if (!indices || array.count < *indices - array.count) return array;
-  std::vector<Entry> entries;
-  collect(array.root, &entries);
-  std::map<QNumber, std::uint64_t> frequencies;
-  for (const auto& [index, element] : entries)
-    ++frequencies[element];
-  const QNumber old = values[array.otherwise];
-  if (*indices > array.count) frequencies[old] = *indices - array.count;
-  const auto best = std::ranges::max_element(
-      frequencies, [](const auto& a, const auto& b) { return a.second < b.second; });
-  if (best->first == old) return array;
-  // The indices that had the old default have it as an entry now, those of the new one none.
-  Array result{array.type, number(best->first), kEmpty, 0};
-  const auto add = [&](std::uint32_t key, std::uint32_t element) {
-    if (element == result.otherwise) return;
-    result.root = insert(result.root, key, element);
-    ++result.count;
-  };
-  for (const auto& [index, element] : entries)
-    add(number(index), number(element));
-  if (*indices == array.count) return result;
-  for (const QNumber& index : list_values(array.type->get_index())) {
-    const std::uint32_t key = number(index);
-    if (find_leaf(array.root, key) == kEmpty) add(key, array.otherwise);
-  }
-  return result;
-}
-
 QNumber ArrayValues::make_constant(const DataType* type, const QNumber& element) {
-  return intern({type, number(element), kEmpty, 0});
+  const NodeId leaf = number(canonical(type->get_element(), element)) | kLeaf;
+  const auto ranks = count_ranks(type, kMostRanks);
+  return intern({type, leaf, ranks.value_or(1), ranks ? 0 : leaf});
 }
 
 QNumber ArrayValues::store(const QNumber& array, const QNumber& index, const QNumber& element) {
   Array result = find(array);
-  const std::uint32_t key = number(index);
-  const std::uint32_t value = number(element);
-  const bool was_entry = find_leaf(result.root, key) != kEmpty;
-  const bool is_entry = value != result.otherwise;
-  if (is_entry) {
-    result.root = insert(result.root, key, value);
-  } else if (was_entry) {
-    result.root = erase(result.root, key);
+  const DataType* indices = result.type->get_index();
+  const NodeId leaf = number(canonical(result.type->get_element(), element)) | kLeaf;
+  const QNumber place = canonical(indices, index);
+  if (result.otherwise == 0) {
+    const auto position = static_cast<std::uint32_t>(find_rank(indices, place));
+    result.root = replace(result.root, result.size, position, leaf);
+    return intern(result);
   }
-  result.count = result.count + (is_entry ? 1 : 0) - (was_entry ? 1 : 0);
-  return intern(normalise(result));
+  const std::uint32_t position = number(place);
+  // Two arrays with different defaults are different as long as half of the indices have none.
+  const auto count = position < kMostRanks / 2 ? std::nullopt : count_values(indices);
+  if (count && position >= *count / 2) throw std::length_error("too many values in arrays");
+  while (position >= result.size) {
+    result.root = join(result.root, result.otherwise);
+    result.size *= 2;
+  }
+  result.root = replace(result.root, result.size, position, leaf);
+  while (result.root < kLeaf && nodes[result.root].second == result.otherwise) {
+    result.root = nodes[result.root].first;
+    result.size /= 2;
+  }
+  if (result.root == result.otherwise) result.size = 1;
+  return intern(result);
 }
 
 const QNumber& ArrayValues::select(const QNumber& array, const QNumber& index) const {
   const Array& from = find(array);
-  const auto key = find_number(index);
-  const NodeId leaf = key ? find_leaf(from.root, *key) : kEmpty;
-  return values[leaf == kEmpty ? from.otherwise : nodes[leaf].left];
+  const auto position = find_position(from, canonical(from.type->get_index(), index));
+  return values[(position ? find_leaf(from, *position) : from.otherwise) - kLeaf];
+}
+
+ArrayValues::NodeId ArrayValues::find_default(const Array& array) const {
+  if (array.otherwise != 0) return array.otherwise;
+  std::unordered_map<NodeId, std::uint64_t> frequencies;
+  visit(array.root, 0, array.size,
+        [&](std::uint32_t, std::uint32_t size, NodeId leaf) { frequencies[leaf] += size; });
+  const auto is_before = [this](const auto& a, const auto& b) {
+    return a.second != b.second ? a.second > b.second
+                                : values[a.first - kLeaf] < values[b.first - kLeaf];
+  };
+  return std::ranges::min_element(frequencies, is_before)->first;
 }
 
 const QNumber& ArrayValues::get_default(const QNumber& array) const {
-  return values[find(array).otherwise];
+  return values[find_default(find(array)) - kLeaf];
 }
 
-std::vector<ArrayValues::Entry> ArrayValues::get_entries(const QNumber& array) const {
+std::vector<ArrayValues::Entry> ArrayValues::get_entries(const QNumber& number) {
+  const Array array = find(number);
+  const NodeId otherwise = find_default(array);
+  std::vector<std::pair<std::uint32_t, NodeId>> positions;
+  visit(array.root, 0, array.size, [&](std::uint32_t from, std::uint32_t size, NodeId leaf) {
+    for (std::uint32_t i = 0; leaf != otherwise && i < size; ++i)
+      positions.emplace_back(from + i, leaf);
+  });
   std::vector<Entry> entries;
-  collect(find(array).root, &entries);
+  for (const auto& [position, leaf] : positions) {
+    const bool is_rank = array.otherwise == 0;
+    entries.emplace_back(
+        is_rank ? make_ranked(array.type->get_index(), position) : values[position],
+        values[leaf - kLeaf]);
+  }
   std::ranges::sort(entries, {}, [](const Entry& entry) -> const QNumber& { return entry.first; });
   return entries;
 }
 
+// Sorts ---------------------------------------------------------------------------------------
+
 std::vector<QNumber> ArrayValues::list_values(const DataType* type) {
+  const auto count = count_values(type);
+  if (!count) throw std::length_error("the values of " + type->to_string() + " cannot be listed");
   std::vector<QNumber> list;
-  if (type->get_kind() == DataType::Kind::array) {
-    list.push_back(make_plain(type));
-    const std::vector<QNumber> elements = list_values(type->get_element());
-    for (const QNumber& index : list_values(type->get_index())) {
-      std::vector<QNumber> longer;
-      for (const QNumber& array : list) {
-        for (const QNumber& element : elements)
-          longer.push_back(store(array, index, element));
-      }
-      list = std::move(longer);
-    }
-    return list;
-  }
-  const std::uint64_t patterns = type->get_kind() == DataType::Kind::floating_point
-                                     ? *power_of_two(type->get_value_width())
-                                     : *count_values(type);
-  for (std::uint64_t i = 0; i < patterns; ++i) {
-    const QNumber value(static_cast<std::int64_t>(i));
-    const bool is_float = type->get_kind() == DataType::Kind::floating_point;
-    if (!is_float || canonical_bits(type, value) == value) list.push_back(value);
-  }
+  for (std::uint64_t rank = 0; rank < *count; ++rank)
+    list.push_back(make_ranked(type, rank));
   return list;
 }
 

@@ -1,14 +1,21 @@
 // Values of arrays, and of all sorts: how many there are, and which is the plainest.
 //
-// An array is a default and the elements that differ from it. It is kept as a Patricia trie over
-// the numbers of its indices, whose nodes are shared by all arrays (Okasaki and Gill, "Fast
-// Mergeable Integer Maps", 1998): the shape depends on the entries alone, so equal arrays are one
-// trie, a chain of writes costs a path for each, and arrays are compared by number.
+// An array is a binary tree over the positions of its indices, in which a part that has one element
+// throughout is a leaf and equal nodes are one, as in a decision diagram (Bryant, "Graph-Based
+// Algorithms for Boolean Function Manipulation", 1986). So equal arrays are one tree, whatever the
+// order of the writes that made them, a write costs a path, and arrays are compared by number.
+//
+// Where indices are few, the position of one is its rank among them, and the tree has as many
+// leaves at most. Where they are many or infinitely many it is the number under which the index is
+// known here: what is not written has an element of its own then, the default, and the tree is as
+// high as the last position that has another one asks for.
 #ifndef VORN_SEMANTICS_ARRAY_VALUES_H
 #define VORN_SEMANTICS_ARRAY_VALUES_H
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -25,6 +32,9 @@ VORN_EXPORT std::optional<std::uint64_t> count_values(const DataType* type);
 
 /// A table of values of arrays. Each is a number, as the values of other sorts are: equal arrays of
 /// one sort have one number, and no two sorts share one. Numbers are of use with their table only.
+/// Indices and elements are values as an Evaluator has them; any NaN is the one NaN.
+///
+/// What makes arrays throws std::length_error where the table is full, which memory forbids sooner.
 class VORN_EXPORT ArrayValues {
  public:
   /// An index and the element there.
@@ -38,28 +48,28 @@ class VORN_EXPORT ArrayValues {
   const QNumber& select(const QNumber& array, const QNumber& index) const;
 
   /// The sort of an array, the element that it has at all indices but those of its entries, and
-  /// these, by index.
+  /// these, by index. Where indices are few no element is more frequent than the default, and none
+  /// that is as frequent is less.
   const DataType* get_type(const QNumber& array) const { return find(array).type; }
   const QNumber& get_default(const QNumber& array) const;
-  std::vector<Entry> get_entries(const QNumber& array) const;
+  std::vector<Entry> get_entries(const QNumber& array);
 
   /// A value of any sort: zero, false, to nearest even, the first element, an array of these.
   QNumber make_plain(const DataType* type);
-  /// All values of a sort of which there are few enough to be listed.
+  /// All values of a sort. Throws std::length_error where count_values gives nothing.
   std::vector<QNumber> list_values(const DataType* type);
 
  private:
-  /// Position of a node; the first one stands for no entries.
+  /// An element, by its number and a mark, or a position among the nodes.
   using NodeId = std::uint32_t;
-  static constexpr NodeId kEmpty = 0;
+  static constexpr NodeId kLeaf = NodeId{1} << 31U;
+  /// Indices of which there are more have no rank.
+  static constexpr std::uint64_t kMostRanks = std::uint64_t{1} << 24U;
 
-  /// A leaf has a key and the number of its element; another node the bit in which the keys below
-  /// it differ first, the bits above, and two children.
+  /// The first half of the positions, larger by one where they are odd, and the second.
   struct Node {
-    std::uint32_t bit = 0;  // 0: a leaf
-    std::uint32_t key = 0;
-    std::uint32_t left = 0;  // of a leaf, the element
-    std::uint32_t right = 0;
+    NodeId first = 0;
+    NodeId second = 0;
     bool operator==(const Node&) const = default;
   };
   struct NodeHash {
@@ -67,9 +77,9 @@ class VORN_EXPORT ArrayValues {
   };
   struct Array {
     const DataType* type = nullptr;
-    std::uint32_t otherwise = 0;
-    NodeId root = kEmpty;
-    std::uint32_t count = 0;  // of entries
+    NodeId root = 0;
+    std::uint32_t size = 0;  // positions of the tree
+    NodeId otherwise = 0;    // the leaf of the default; 0 where indices have ranks
     bool operator==(const Array&) const = default;
   };
   struct ArrayHash {
@@ -78,22 +88,25 @@ class VORN_EXPORT ArrayValues {
   struct NumberHash {
     std::size_t operator()(const QNumber& value) const noexcept { return value.hash(); }
   };
+  /// Gets the positions from `from` on, `size` of them, that have the element of a leaf.
+  using Visitor = std::function<void(std::uint32_t from, std::uint32_t size, NodeId leaf)>;
 
   const Array& find(const QNumber& array) const;
-  std::optional<std::uint32_t> find_number(const QNumber& value) const;
-  std::uint32_t number(const QNumber& value);
-  NodeId add_node(const Node& node);
-  NodeId join(NodeId a, std::uint32_t key_a, NodeId b, std::uint32_t key_b);
-  NodeId insert(NodeId node, std::uint32_t key, std::uint32_t element);
-  NodeId erase(NodeId node, std::uint32_t key);
-  NodeId find_leaf(NodeId node, std::uint32_t key) const;
-  void collect(NodeId node, std::vector<Entry>* entries) const;
-  Array normalise(Array array);
   QNumber intern(const Array& array);
+  std::uint32_t number(const QNumber& value);
+  std::optional<std::uint32_t> find_position(const Array& array, const QNumber& index) const;
+  std::uint64_t find_rank(const DataType* type, const QNumber& value) const;
+  QNumber make_ranked(const DataType* type, std::uint64_t rank);
 
-  std::vector<QNumber> values;  // of indices and elements, by number
+  NodeId join(NodeId first, NodeId second);
+  NodeId replace(NodeId node, std::uint32_t size, std::uint32_t position, NodeId leaf);
+  NodeId find_leaf(const Array& array, std::uint32_t position) const;
+  NodeId find_default(const Array& array) const;
+  void visit(NodeId node, std::uint32_t from, std::uint32_t size, const Visitor& visitor) const;
+
+  std::deque<QNumber> values;  // of indices and elements, by number; none ever moves
   std::unordered_map<QNumber, std::uint32_t, NumberHash> numbers;
-  std::vector<Node> nodes{{}};
+  std::vector<Node> nodes;
   std::unordered_map<Node, NodeId, NodeHash> node_table;
   std::vector<Array> arrays;
   std::unordered_map<Array, std::uint32_t, ArrayHash> array_table;

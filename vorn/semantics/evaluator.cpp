@@ -54,11 +54,12 @@ bool read_literal(const TermManager& manager, const Term* t, QNumber* value) {
 }
 
 const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value) {
-  return make_literal(manager, type, value, {});
+  ArrayValues none;
+  return make_literal(manager, type, value, none);
 }
 
 const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value,
-                         const ArrayValues& arrays) {
+                         ArrayValues& arrays) {
   std::int64_t word = 0;
   switch (type->get_kind()) {
     case DataType::Kind::boolean:

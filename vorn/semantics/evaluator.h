@@ -73,7 +73,7 @@ VORN_EXPORT bool read_literal(const TermManager& manager, const Term* t, QNumber
 /// The literal of sort `type` with the value that an Evaluator computed; of an array, which is one
 /// of the table, writes over an array with one element at every index.
 VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
-                                     const QNumber& value, const ArrayValues& arrays);
+                                     const QNumber& value, ArrayValues& arrays);
 /// The same where no array can occur.
 VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
                                      const QNumber& value);

@@ -6,6 +6,7 @@
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/rewriter.h"
 #include "vorn/terms/term_manager.h"
+#include "vorn/utils/termination_poll.h"
 
 namespace vorn {
 namespace {
@@ -40,6 +41,7 @@ bool Rewriter::are_different(const Term* a, const Term* b) const {
       return a != b && mgr.is_fprounding(a->get_symbol(), nullptr) &&
              mgr.is_fprounding(b->get_symbol(), nullptr);
     case DataType::Kind::bit_vector: {
+      if (x != nullptr && y != nullptr) return *x != *y;
       const Offset first = split_offset(a);
       const Offset second = split_offset(b);
       return first.base == second.base && first.distance != second.distance;
@@ -58,9 +60,11 @@ bool Rewriter::are_different(const Term* a, const Term* b) const {
 }
 
 const Term* Rewriter::select(const Term* a, const Term* i) {
-  // Chains of writes may be as long as memory allows.
+  // Chains of writes may be as long as memory allows: a read alone can take milliseconds.
+  TerminationPoll poll(mgr.get_termination_test());
   const Term* const whole = a;
   while (a->get_tag() == T::array_store) {
+    if (poll.is_over()) throw Terminated();
     if (a->get_arg(1) == i) return a->get_arg(2);
     if (!are_different(a->get_arg(1), i)) break;
     a = a->get_arg(0);

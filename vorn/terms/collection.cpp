@@ -30,7 +30,8 @@ void TermManager::collect(std::span<const Term* const> roots) {
   for (std::size_t id = dead.size(); id-- > 0;) {
     if (dead[id] != nullptr) free_term(dead[id]);
   }
-  drop_functions(applied);  // by whose arity their applications were freed
+  // Only now: until then the arity of an application is that of its function.
+  drop_functions(applied);
 }
 
 /// Makes room for what is given again, so that nothing is lost to lack of memory on the way.

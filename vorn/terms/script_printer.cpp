@@ -14,6 +14,11 @@ struct Visit {
   std::size_t next = 0;
 };
 
+/// Whether scripts of others may not declare it.
+bool is_reserved(const std::string& name) {
+  return name.starts_with('.') || name.starts_with('@');
+}
+
 bool is_uninterpreted(const Symbol* symbol) {
   return symbol->get_tag() == SymbolTag::none && symbol->get_literal() == nullptr;
 }
@@ -23,6 +28,7 @@ bool is_uninterpreted(const Symbol* symbol) {
 ScriptPrinter::ScriptPrinter(std::span<const Term* const> assertions)
     : formulas(assertions.begin(), assertions.end()) {
   const TermSet shared = collect();
+  name_sorts();
   name_symbols();
   name_operations(shared);
 }
@@ -66,10 +72,28 @@ void ScriptPrinter::add_sorts(const DataType* type) {
     case DataType::Kind::uninterpreted:
       for (const DataType* argument : type->get_arguments())
         add_sorts(argument);
-      sorts.try_emplace(type->get_name(), type->get_arguments().size());
+      sorts.try_emplace(type->get_name(), SortName{type->get_arguments().size(), {}});
       break;
     default:
       break;
+  }
+}
+
+/// Names of sorts are apart from those of terms.
+void ScriptPrinter::name_sorts() {
+  std::unordered_set<std::string> others;
+  for (auto& [name, sort] : sorts) {
+    if (is_reserved(name)) continue;
+    others.insert(name);
+    sort.text = quote_symbol(name);
+  }
+  std::size_t number = 0;
+  for (auto& [name, sort] : sorts) {
+    if (!is_reserved(name)) continue;
+    std::string candidate = "vorn" + name;
+    while (!others.insert(candidate).second)
+      candidate = "S" + std::to_string(++number);
+    sort.text = quote_symbol(candidate);
   }
 }
 
@@ -78,7 +102,7 @@ void ScriptPrinter::name_symbols() {
   std::vector<const Symbol*> others;
   for (const Symbol* symbol : symbols) {
     const std::string& name = symbol->get_name();
-    if (name.starts_with('.') || name.starts_with('@')) {
+    if (is_reserved(name)) {
       others.push_back(symbol);
     } else {
       taken.insert(name);
@@ -113,9 +137,24 @@ std::string ScriptPrinter::fresh_name(const std::string& prefix) {
   return name;
 }
 
+/// The sort over the names of the script.
+std::string ScriptPrinter::sort_text(const DataType* type) const {
+  if (type->get_kind() == DataType::Kind::array) {
+    return "(Array " + sort_text(type->get_index()) + " " + sort_text(type->get_element()) + ")";
+  }
+  if (type->get_kind() != DataType::Kind::uninterpreted) return type->to_string();
+  std::string text = sorts.at(type->get_name()).text;
+  if (type->get_arguments().empty()) return text;
+  for (const DataType* argument : type->get_arguments())
+    text += " " + sort_text(argument);
+  return "(" + text + ")";
+}
+
 std::string ScriptPrinter::head(const Symbol* symbol) const {
   const auto name = symbol_names.find(symbol);
-  return name != symbol_names.end() ? name->second : head_text(symbol);
+  if (name != symbol_names.end()) return name->second;
+  if (symbol->get_tag() != SymbolTag::array_const) return head_text(symbol);
+  return "(as const " + sort_text(symbol->get_output_type()) + ")";
 }
 
 /// The term `root`, whatever its own name, over the names of what is below it.
@@ -141,25 +180,25 @@ std::string ScriptPrinter::text(const Term* root) const {
 }
 
 void ScriptPrinter::print(std::ostream& out) const {
-  for (const auto& [name, arity] : sorts)
-    out << "(declare-sort " << quote_symbol(name) << ' ' << arity << ")\n";
+  for (const auto& [name, sort] : sorts)
+    out << "(declare-sort " << sort.text << ' ' << sort.arguments << ")\n";
   for (const Symbol* symbol : symbols) {
     const bool is_function = symbol->is_function();
     out << (is_function ? "(declare-fun " : "(declare-const ") << symbol_names.at(symbol) << ' ';
     if (is_function) {
       const char* separator = "(";
       for (const DataType* type : symbol->get_domain()) {
-        out << separator << type->to_string();
+        out << separator << sort_text(type);
         separator = " ";
       }
       out << ") ";
     }
-    out << symbol->get_output_type()->to_string() << ")\n";
+    out << sort_text(symbol->get_output_type()) << ")\n";
   }
   for (const Term* t : operations) {
     const auto name = names.find(t);
     if (name == names.end()) continue;
-    out << "(define-fun " << name->second << " () " << t->get_type()->to_string() << ' ' << text(t)
+    out << "(define-fun " << name->second << " () " << sort_text(t->get_type()) << ' ' << text(t)
         << ")\n";
   }
   for (const Term* formula : formulas) {

@@ -3,7 +3,7 @@
 // A formula is a graph: every operation that occurs more than once is defined under a name of its
 // own, so the script is as long as the graph is large. Operations nested deeply are named too, for
 // the sake of readers that recurse. Symbols that begin with a dot or an at sign belong to solvers
-// (SMT-LIB 2.6, section 3.1): constants of that kind get other names.
+// (SMT-LIB 2.6, section 3.1): constants, functions and sorts of that kind get other names.
 #ifndef VORN_TERMS_SCRIPT_PRINTER_H
 #define VORN_TERMS_SCRIPT_PRINTER_H
 
@@ -42,16 +42,22 @@ class VORN_EXPORT ScriptPrinter {
   TermSet collect();
   void add_sorts(const DataType* type);
   void add_symbol(const Symbol* symbol);
+  void name_sorts();
   void name_symbols();
   void name_operations(const TermSet& shared);
   std::string fresh_name(const std::string& prefix);
+  std::string sort_text(const DataType* type) const;
   std::string head(const Symbol* symbol) const;
   std::string text(const Term* root) const;
 
   std::vector<const Term*> formulas;
-  std::map<std::string, std::size_t> sorts;  // uninterpreted ones, with their numbers of arguments
-  std::vector<const Symbol*> symbols;        // constants and functions, in the order they are met
-  std::vector<const Term*> operations;       // arguments before the operations that use them
+  struct SortName {
+    std::size_t arguments = 0;  // how many it takes
+    std::string text;           // that stands for it in the script
+  };
+  std::map<std::string, SortName> sorts;  // uninterpreted ones
+  std::vector<const Symbol*> symbols;     // constants and functions, in the order they are met
+  std::vector<const Term*> operations;    // arguments before the operations that use them
   std::unordered_map<const Symbol*, std::string> symbol_names;
   std::unordered_map<const Term*, std::string> names;  // of definitions
   std::unordered_set<std::string> taken;

@@ -16,7 +16,6 @@
 
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/operations.h"
-#include "vorn/terms/printer.h"
 #include "vorn/terms/rewriter.h"
 
 namespace vorn {
@@ -159,10 +158,11 @@ const DataType* TermManager::get_uninterpreted_type(const std::string& name,
   if (name.find_first_of("|\\") != std::string::npos) {
     throw std::invalid_argument("a symbol cannot hold a bar or a backslash: " + name);
   }
-  std::string text = quote_symbol(name);
+  // By identifiers, since texts of sorts may be alike: names are taken as they come.
+  std::string key = name;
   for (const DataType* argument : arguments)
-    text += " " + argument->to_string();
-  const DataType*& entry = named_types[text];
+    key += "|" + std::to_string(argument->id);
+  const DataType*& entry = named_types[key];
   if (entry == nullptr) {
     DataType* type = intern_type(DataType::Kind::uninterpreted, types.size(), 0);
     type->name = name;
@@ -291,8 +291,10 @@ const Term* TermManager::make_application(const Symbol* function,
 }
 
 const Term* TermManager::make_element(const DataType* type, const QNumber& number) {
-  if (type->get_kind() != DataType::Kind::uninterpreted || number.sign() < 0) {
-    throw std::invalid_argument("an element needs an uninterpreted sort and a number from 0");
+  const bool is_sort = type != nullptr && owns(type) && type->kind == DataType::Kind::uninterpreted;
+  if (!is_sort || number.sign() < 0 || !number.is_integer()) {
+    throw std::invalid_argument(
+        "an element needs an uninterpreted sort of this manager and an integer from 0");
   }
   return intern_number(number, type);
 }

@@ -270,7 +270,7 @@ class VORN_EXPORT TermManager {
   const Term* make_store(const Term* a, const Term* i, const Term* v);
   /// The array of sort `type` with the element `v` at every index.
   const Term* make_const_array(const DataType* type, const Term* v);
-  /// Elements of an uninterpreted sort: different ones for different numbers, none negative.
+  /// The element of an uninterpreted sort that has this number, an integer from 0.
   const Term* make_element(const DataType* type, const QNumber& number);
 
   // Recognisers: true when the symbol is of that kind; the widths are then stored.
@@ -389,7 +389,7 @@ class VORN_EXPORT TermManager {
   const bool rewriting;
   std::deque<DataType> types;
   std::unordered_map<std::uint64_t, DataType*> type_table;
-  std::unordered_map<std::string, const DataType*> named_types;
+  std::unordered_map<std::string, const DataType*> named_types;  // by name and arguments
   const DataType* bool_type;
   const DataType* rounding_type;
 
