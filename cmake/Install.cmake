@@ -72,6 +72,7 @@ set(included_headers
     smt2/lexer.h
     smt2/operators.h
     smt2/parser.h
+    smt2/sort_value.h
     smt2/symbol_table.h
     smt2/token_stream.h
     smt2/value.h

@@ -71,7 +71,7 @@ for name in $options; do
 done
 
 # Functions.
-operations=$(grep -oE '(core|bits|floats)\("[^"]+"' "$root/vorn/terms/operations.cpp" | cut -d'"' -f2)
+operations=$(grep -oE '(core|bits|floats|arrays)\("[^"]+"' "$root/vorn/terms/operations.cpp" | cut -d'"' -f2)
 functions=$(rows vorn/smt2/operators.cpp 'kForms[]' | with; echo "$operations")
 unknown=$(rows vorn/smt2/operators.cpp 'kRefused[]' | grep -oE '"[^"]+"' | tr -d '"')
 expect 'functions' within "$functions" "$(supported Terms | tr ' ' '\n')"

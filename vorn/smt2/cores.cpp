@@ -17,9 +17,11 @@ constexpr std::string_view kNoRefutation = "the last answer is not unsat";
 
 }  // namespace
 
-/// The assertions that a core may name, in the order in which they came.
+/// The assertions that a core may name, in the order in which they came. The option changes only
+/// while there are no assertions.
 std::vector<const Interpreter::Assertion*> Interpreter::list_core_candidates() const {
   std::vector<const Assertion*> candidates;
+  if (!options.produce_unsat_cores) return candidates;
   for (const Assertion& assertion : assertions.get_items()) {
     if (assertion.core_name) candidates.push_back(&assertion);
   }

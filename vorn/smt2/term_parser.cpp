@@ -221,9 +221,9 @@ Value Parser::apply_function(const Frame& frame, std::span<const Value> args) {
   std::vector<const Term*> terms;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const DataType* wanted = parameters[i]->get_type();
-    const std::string got =
-        args[i].real ? "a number" : "a term of " + args[i].term->get_type()->to_string();
     if (args[i].real || args[i].term->get_type() != wanted) {
+      const std::string got =
+          args[i].real ? "a number" : "a term of " + args[i].term->get_type()->to_string();
       throw std::invalid_argument(fmt::format("{}: argument {} must be of {}, got {}", name, i + 1,
                                               wanted->to_string(), got));
     }
