@@ -91,6 +91,7 @@ void write_clauses(std::ostream& out, const TermManager& manager, const FirstChe
   solver::SymbolMap map;
   for (const auto& [name, constant] : check.constants) {
     const DataType* type = constant->get_type();
+    if (!type->has_bits()) continue;  // no clause depends on it
     const Term* encoding = check.engine->get_encoding(constant);
     const auto bits = circuits.get_bits(encoding);
     map.constants.push_back({name, type, map_bits(bits, type->get_value_width(), cnf)});

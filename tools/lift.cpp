@@ -84,6 +84,7 @@ class Model {
   void check(const TermManager& manager, const FirstCheck& script) {
     std::unordered_map<const Term*, QNumber> constants;
     for (const auto& [name, constant] : script.constants) {
+      if (!constant->get_type()->has_bits()) continue;
       const auto found = values.find(name);
       if (found == values.end() || found->second.first != constant->get_type()) {
         fail_map(

@@ -314,6 +314,32 @@ TEST_F(LocalSearchTest, IsNotForWideTermsNorForBitVectorsAlone) {
       LocalSearch::prepare(mgr, std::vector{mgr.make_equal(bits, mgr.make_bv_number(1, 8))}, 1));
 }
 
+TEST_F(LocalSearchTest, IsNotForArraysFunctionsAndUninterpretedSorts) {
+  const DataType* type = mgr.get_fp_type(5, 10);
+  const DataType* people = mgr.get_uninterpreted_type("People");
+  const DataType* memory = mgr.get_array_type(mgr.get_bv_type(8), type);
+  const Term* x = variable("x", type);
+  const Term* a = variable("a", memory);
+  const Term* i = variable("i", mgr.get_bv_type(8));
+  const Term* p = variable("p", people);
+  const auto apply = [&](std::size_t arity) {
+    const std::vector<const DataType*> domain(arity, type);
+    const std::vector<const Term*> args(arity, x);
+    return mgr.make_application(mgr.make_unique_symbol("f", domain, type), args);
+  };
+  const Term* wanted = mgr.make_fp_lt(x, fp(1, 5, 10));
+  const std::vector<const Term*> declined = {mgr.make_fp_lt(mgr.make_select(a, i), x),
+                                             mgr.make_equal(a, mgr.make_store(a, i, x)),
+                                             mgr.make_equal(mgr.make_const_array(memory, x), a),
+                                             mgr.make_equal(p, variable("q", people)),
+                                             mgr.make_fp_lt(apply(1), x),
+                                             mgr.make_fp_lt(apply(9), x),
+                                             mgr.make_equal(variable("y", type), apply(2))};
+  ASSERT_TRUE(LocalSearch::prepare(mgr, std::vector{wanted}, 1));
+  for (const Term* f : declined)
+    EXPECT_FALSE(LocalSearch::prepare(mgr, std::vector{wanted, f}, 1)) << f->to_string();
+}
+
 class Stop : public TerminationTest {
  public:
   bool terminate() const override { return true; }

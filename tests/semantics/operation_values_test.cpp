@@ -24,7 +24,8 @@ using Indices = std::vector<std::size_t>;
 using Values = std::vector<mpz_class>;
 
 bool is_discrete(const Operation& op) {
-  return op.theory != Theory::floating_point && !op.signature.get_letters().empty();
+  const bool has_circuit = op.theory == Theory::core || op.theory == Theory::bit_vectors;
+  return has_circuit && !op.signature.get_letters().empty();
 }
 
 /// One operation on variables of certain widths; width 0 stands for Bool.

@@ -64,6 +64,12 @@ std::uint64_t find_distance(std::int64_t a, std::int64_t b) {
   return a < b ? y - x : x - y;
 }
 
+/// The value of a function is chosen, not computed; arrays and what is read of them are neither.
+bool fits_a_word(const Term* t) {
+  const DataType* type = t->get_type();
+  return type->has_bits() && type->get_value_width() <= kWordBits && !t->get_symbol()->is_function();
+}
+
 }  // namespace
 
 std::int64_t order_of(std::uint64_t bits, std::size_t width) {
@@ -141,7 +147,7 @@ std::optional<WordProgram> WordProgram::compile(const TermManager& manager,
     }
     if (stack.size() > depth) continue;
     stack.pop_back();
-    if (t->get_type()->get_value_width() > kWordBits || slots.size() == limit) return std::nullopt;
+    if (!fits_a_word(t) || slots.size() == limit) return std::nullopt;
     slots.emplace(t, program.add(manager, t, args));
   }
   for (const Term* f : formulas)

@@ -75,10 +75,6 @@ std::optional<std::uint64_t> count_values(const DataType* type) {
   return std::nullopt;
 }
 
-std::size_t ArrayValues::NodeHash::operator()(const Node& node) const noexcept {
-  return mix(0, (std::uint64_t{node.first} << 32) | node.second);
-}
-
 std::size_t ArrayValues::ArrayHash::operator()(const Array& array) const noexcept {
   const std::uint64_t tree = (std::uint64_t{array.size} << 32) | array.root;
   return mix(mix(0, tree), (std::uint64_t{array.otherwise} << 32) | array.type->get_id());
@@ -166,16 +162,32 @@ std::optional<std::uint32_t> ArrayValues::find_position(const Array& array,
 
 // Trees ---------------------------------------------------------------------------------------
 
+/// Where the node is in the table, or is to be.
+std::size_t ArrayValues::find_slot(const Node& node) const {
+  const std::size_t mask = node_table.size() - 1;
+  std::size_t slot = mix(0, (std::uint64_t{node.first} << 32) | node.second) & mask;
+  while (node_table[slot] != kLeaf && nodes[node_table[slot]] != node)
+    slot = (slot + 1) & mask;
+  return slot;
+}
+
+void ArrayValues::grow_node_table() {
+  node_table.assign(std::max<std::size_t>(64, node_table.size() * 2), kLeaf);
+  for (NodeId id = 0; id < nodes.size(); ++id)
+    node_table[find_slot(nodes[id])] = id;
+}
+
+/// The node over two halves; a leaf where both are that leaf.
 ArrayValues::NodeId ArrayValues::join(NodeId first, NodeId second) {
   if (first == second && first >= kLeaf) return first;
+  if (nodes.size() * 2 >= node_table.size()) grow_node_table();
   const Node node{first, second};
-  const auto found = node_table.find(node);
-  if (found != node_table.end()) return found->second;
+  NodeId& entry = node_table[find_slot(node)];
+  if (entry != kLeaf) return entry;
   if (nodes.size() == kLeaf) throw std::length_error("too many nodes of arrays");
-  const auto position = static_cast<NodeId>(nodes.size());
   nodes.push_back(node);
-  node_table.emplace(node, position);
-  return position;
+  entry = static_cast<NodeId>(nodes.size() - 1);
+  return entry;
 }
 
 /// The tree over `size` positions with another leaf at one of them.

@@ -72,9 +72,6 @@ class VORN_EXPORT ArrayValues {
     NodeId second = 0;
     bool operator==(const Node&) const = default;
   };
-  struct NodeHash {
-    std::size_t operator()(const Node& node) const noexcept;
-  };
   struct Array {
     const DataType* type = nullptr;
     NodeId root = 0;
@@ -99,6 +96,8 @@ class VORN_EXPORT ArrayValues {
   QNumber make_ranked(const DataType* type, std::uint64_t rank);
 
   NodeId join(NodeId first, NodeId second);
+  std::size_t find_slot(const Node& node) const;
+  void grow_node_table();
   NodeId replace(NodeId node, std::uint32_t size, std::uint32_t position, NodeId leaf);
   NodeId find_leaf(const Array& array, std::uint32_t position) const;
   NodeId find_default(const Array& array) const;
@@ -107,7 +106,7 @@ class VORN_EXPORT ArrayValues {
   std::deque<QNumber> values;  // of indices and elements, by number; none ever moves
   std::unordered_map<QNumber, std::uint32_t, NumberHash> numbers;
   std::vector<Node> nodes;
-  std::unordered_map<Node, NodeId, NodeHash> node_table;
+  std::vector<NodeId> node_table;  // open addressing, a power of two; kLeaf where there is none
   std::vector<Array> arrays;
   std::unordered_map<Array, std::uint32_t, ArrayHash> array_table;
 };
