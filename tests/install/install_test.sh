@@ -37,7 +37,7 @@ marked() {
 marked | sort -u >"$dir/marked"
 # Names of functions and data without namespace, templates, arguments: Class::member or function.
 names() {
-  sed -E 's/^[0-9a-f ]* [A-Za-z] //; s/^.* for //; s/\[abi:[^]]*\]//g; s/\(.*//; s/^vorn::((bv|fp|hsh|rewrite|search|semantics|smt2|solver|BVNumber)::)?//'
+  sed -E 's/^[0-9a-f ]* [A-Za-z] //; s/^.* for //; s/\[abi:[^]]*\]//g; s/\(.*//; s/^vorn::((bv|fp|hsh|rewrite|search|semantics|smt2|solver|theories|BVNumber)::)?//'
 }
 foreign() { nm -DC --defined-only "$lib/libvorn.so" | sed -E 's/^[0-9a-f]+ . ([a-zA-Z -]+ for )?//' | grep -v '^vorn::'; }
 check 'no foreign symbol is shown' 1 '^$' '^$' foreign

@@ -52,7 +52,8 @@ class TranslatorTest : public testing::Test {
 
   TermManager mgr;
   fp::IeeeBvEncoder encoder{&mgr, &mgr};
-  Translator translator{mgr, encoder};
+  theories::TheoryTerms theory{mgr};
+  Translator translator{mgr, encoder, theory};
   Terms constraints;  // of the latest translation
   const Term* p = variable("p", mgr.get_bool_type());
   const Term* x = variable("x", mgr.get_fp_type(3, 3));
@@ -250,7 +251,7 @@ class BaseTranslatorTest : public TranslatorTest {
   }
 
   fp::FpBvEncoder base{&mgr, &mgr};
-  Translator base_translator{mgr, base};
+  Translator base_translator{mgr, base, theory};
 };
 
 TEST_F(BaseTranslatorTest, NamesTheOperationThatIsNotThere) {
