@@ -95,11 +95,14 @@ constexpr Tuning kTunings[] = {
     {T::fp_sqrt, 4, quadratic, 25},
     {T::fp_rem, 3, exponential, 60},
     {T::fp_round_to_integral, 4, linear, 60},
+    {T::array_select, 9, linear, 20},
+    {T::array_store, 12, linear, 20},
+    {T::array_const, 3, linear, 5},
 };
 
 /// What only the reader has.
 constexpr Operator kForms[] = {
-    {"fp", "F:1EM", 4},
+    {"fp", "F:1PM", 4},
     {"to_fp", "F:RQ", 2, linear, 5, Indexing::format},
 };
 
@@ -154,6 +157,11 @@ class Letters {
         return sort.kind == Sort::Kind::floating;
       case 'T':
         return sort.kind == Sort::Kind::bits && bind_format(sort.w0);
+      case 'Y':
+        array = sort;
+        return sort.kind == Sort::Kind::array;
+      case 'E':
+        return bind_element(sort);
       default:
         return letter == 'A' && sort.kind != Sort::Kind::real;
     }
@@ -211,8 +219,14 @@ class Letters {
         return second_format;
       case 'T':
         return bits_sort(format.width());
-      case 'E':
+      case 'P':
         return bits_sort(format.w0);
+      case 'Y':
+        return array;
+      case 'I':
+        return index_of(array);
+      case 'E':
+        return element_of(array);
       default:
         return bits_sort(format.w1 - 1);  // M
     }
@@ -226,6 +240,16 @@ class Letters {
     return format.w0 != 0;
   }
 
+  /// Any array of these elements that the palette has.
+  bool bind_element(const Sort& element) {
+    std::vector<Sort> fitting;
+    for (const Sort& sort : palette.arrays) {
+      if (element_of(sort) == element) fitting.push_back(sort);
+    }
+    if (!fitting.empty()) array = random.pick(fitting);
+    return !fitting.empty();
+  }
+
   std::size_t divisor() {
     std::vector<std::size_t> divisors;
     for (std::size_t d = 1; d <= width; ++d) {
@@ -237,6 +261,7 @@ class Letters {
   const Palette& palette;
   Random& random;
   Sort any;
+  Sort array;
   std::size_t width = 0;
   std::size_t second_width = 0;
   std::size_t high_width = 0;
@@ -261,6 +286,8 @@ std::string head_of(const Operator& op, const Sort& result, const Sort& arg, Ran
       return fmt::format("(_ {} {})", op.name, result.w0 - arg.w0);
     case Indexing::repetition:
       return fmt::format("(_ {} {})", op.name, result.w0 / arg.w0);
+    case Indexing::sort:
+      return fmt::format("(as {} {})", op.name, to_string(result));
     case Indexing::rotation:
       break;
   }
@@ -289,6 +316,8 @@ std::span<const Operator> get_operators() {
 }
 
 Sort Palette::random_sort(Random& random) const {
+  if (!arrays.empty() && random.percent(25)) return random.pick(arrays);
+  if (has_people && random.percent(12)) return kPeople;
   const std::size_t choice = random.below(10);
   if (choice == 0) return kBool;
   if (choice == 1 && !floats.empty()) return kMode;
@@ -298,6 +327,9 @@ Sort Palette::random_sort(Random& random) const {
 }
 
 bool can_make(const Operator& op, const Sort& result, const Palette& palette) {
+  // Over an uninterpreted index an array of one element says how many elements there are.
+  const bool is_constant = op.index == Indexing::sort && result.kind == Sort::Kind::array;
+  if (is_constant && names_people(index_of(result))) return false;
   Random unused(0);
   return Letters(palette, unused).bind(op.result(), result);
 }
