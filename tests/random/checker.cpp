@@ -61,7 +61,9 @@ std::unique_ptr<Engine> make_solver(TermManager& manager, const solver::Options&
 // Runs ------------------------------------------------------------------------------------------
 
 void Checker::ask_model(Session& session, const LiveCommands& live, Result* result) {
-  result->equations = read_model(session.run("(get-model)"), live.get_declared());
+  const std::string model = session.run("(get-model)");
+  result->equations = read_model(model, live.get_declared());
+  result->functions = read_functions(model);
   const auto add = [result, &session](const std::string& command) {
     for (const std::string& equation : read_values(session.run(command)))
       result->equations.push_back(equation);
@@ -118,9 +120,16 @@ std::vector<Checker::Result> Checker::run(const Script& script,
 // Judgement -------------------------------------------------------------------------------------
 
 void Checker::judge_model(const Result& result, Report* report) {
-  std::string text =
-      random::to_string(result.live) + random::to_string(make_congruences(result.live));
+  // A function cannot be equated with its value: it is defined in place of being declared.
+  std::string text;
   std::string model;
+  for (const Command& command : result.live) {
+    const auto definition = result.functions.find(command.name);
+    const bool is_defined = command.is_function() && definition != result.functions.end();
+    text += (is_defined ? definition->second : random::to_string(command)) + '\n';
+    if (is_defined) model += ' ' + definition->second;
+  }
+  text += random::to_string(make_congruences(result.live));
   for (const std::string& equation : result.equations) {
     text += "(assert " + equation + ")\n";
     model += ' ' + equation;

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,9 +54,10 @@ class Checker {
  private:
   struct Result {
     Answer answer = Answer::unknown;
-    Script live;                         // the question
-    std::vector<std::string> equations;  // the model, after sat
-    std::optional<Script> core;          // what is said to be unsat already
+    Script live;                                   // the question
+    std::vector<std::string> equations;            // the model, after sat
+    std::map<std::string, std::string> functions;  // their definitions in it
+    std::optional<Script> core;                    // what is said to be unsat already
   };
 
   std::vector<Result> run(const Script& script, const Configuration& configuration) const;

@@ -45,7 +45,10 @@ const Profile kLarge = {
 
 class ScriptGenerator {
  public:
-  explicit ScriptGenerator(std::uint64_t seed) : random(seed) { choose_palette(); }
+  ScriptGenerator(std::uint64_t seed, bool with_arrays) : random(seed) {
+    choose_palette();
+    if (with_arrays) choose_arrays();
+  }
 
   Script run() {
     declare_all();
@@ -76,6 +79,22 @@ class ScriptGenerator {
     budget = chosen.cost;
   }
 
+  /// Few sorts, so that reads and writes meet.
+  void choose_arrays() {
+    palette.has_people = random.percent(40);
+    // Without wide sorts beside them all assignments can be tried.
+    if (random.percent(40)) {
+      palette.floats.clear();
+      palette.widths.assign(1, 1 + random.below(2));
+    }
+    const std::size_t count = random.percent(15) ? 0 : 1 + random.below(2);
+    for (std::size_t i = 0; i < count; ++i) {
+      const Sort index = random.percent(25) ? bits_sort(1) : palette.random_sort(random);
+      palette.arrays.push_back(array_sort(index, palette.random_sort(random)));
+    }
+    has_functions = random.percent(60);
+  }
+
   Command& add(Command::Kind kind, std::string keyword) {
     script.push_back({kind, std::move(keyword), {}, {}, {}, {}, 0});
     return script.back();
@@ -94,8 +113,26 @@ class ScriptGenerator {
     scope.names.push_back({command.name, sort, {}});
   }
 
+  /// A function of one or two arguments.
+  void declare_function() {
+    Command& command = add(Command::Kind::declare, "declare-fun");
+    command.name = fresh_name();
+    command.sort = palette.random_sort(random);
+    const std::size_t count = 1 + random.below(2);
+    for (std::size_t i = 0; i < count; ++i)
+      command.parameters.push_back({fmt::format("p{}", i), palette.random_sort(random)});
+    scope.names.push_back({command.name, command.sort, command.parameters});
+  }
+
   void declare_all() {
     declare(kBool);
+    if (palette.has_people) add(Command::Kind::declare_sort, "declare-sort").sort = kPeople;
+    for (std::size_t i = 0; palette.has_people && i < 2; ++i)
+      declare(kPeople);
+    for (const Sort& sort : palette.arrays)
+      declare(sort);
+    for (std::size_t i = 0; has_functions && i < 2; ++i)
+      declare_function();
     if (!palette.floats.empty() && random.percent(60)) declare(kMode);
     for (std::size_t i = 0; i < profile->variables; ++i) {
       for (const std::size_t width : palette.widths)
@@ -135,6 +172,7 @@ class ScriptGenerator {
     } else if (choice < 94) {
       define();
     } else if (choice < 99) {
+      if (has_functions && random.percent(40)) return declare_function();
       declare(palette.random_sort(random));
     } else {
       add(Command::Kind::reset_assertions, "reset-assertions");
@@ -260,6 +298,7 @@ class ScriptGenerator {
   Random random;
   const Profile* profile = nullptr;
   Palette palette;
+  bool has_functions = false;
   Scope scope;
   std::vector<Scope> levels;  // the scope at each push
   std::uint64_t budget = 0;
@@ -268,8 +307,8 @@ class ScriptGenerator {
 
 }  // namespace
 
-Script generate(std::uint64_t seed) {
-  return ScriptGenerator(seed).run();
+Script generate(std::uint64_t seed, bool with_arrays) {
+  return ScriptGenerator(seed, with_arrays).run();
 }
 
 }  // namespace vorn::random

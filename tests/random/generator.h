@@ -9,7 +9,8 @@
 namespace vorn::random {
 
 /// The script of a seed; the same for ever, as long as the operator table and the generator stay.
-Script generate(std::uint64_t seed);
+/// The script of a seed; with arrays, functions and an uninterpreted sort if these are asked for.
+Script generate(std::uint64_t seed, bool with_arrays = false);
 
 }  // namespace vorn::random
 

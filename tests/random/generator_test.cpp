@@ -13,28 +13,33 @@ namespace {
 
 constexpr std::uint64_t kSeeds = 600;
 
-/// The name in "name" or "(_ name 1 2)".
+/// The name in "name", "(_ name 1 2)" or "(as name S)".
 std::string operator_of(const std::string& head) {
+  if (head.starts_with("(as ")) return head.substr(4, head.find(' ', 4) - 4);
   if (!head.starts_with("(_ ")) return head;
   return head.substr(3, head.find(' ', 3) - 3);
 }
 
-TEST(Generator, MakesWellFormedScripts) {
+class Scripts : public testing::TestWithParam<bool> {};
+
+TEST_P(Scripts, AreWellFormed) {
   for (std::uint64_t seed = 0; seed < kSeeds; ++seed) {
-    const Script script = generate(seed);
+    const Script script = generate(seed, GetParam());
     EXPECT_TRUE(is_well_formed(script)) << "seed " << seed << '\n' << to_string(script);
     EXPECT_TRUE(script.back().is_check()) << "seed " << seed;
   }
 }
 
-TEST(Generator, MakesTheSameScriptOfASeed) {
+TEST_P(Scripts, AreTheSameOfASeed) {
   std::set<std::string> texts;
   for (std::uint64_t seed = 0; seed < 50; ++seed) {
-    const std::string text = to_string(generate(seed));
-    EXPECT_EQ(text, to_string(generate(seed)));
+    const std::string text = to_string(generate(seed, GetParam()));
+    EXPECT_EQ(text, to_string(generate(seed, GetParam())));
     EXPECT_TRUE(texts.insert(text).second) << "seed " << seed << " repeats another script";
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Generator, Scripts, testing::Bool());
 
 TEST(Generator, UsesEveryOperatorAndCommand) {
   std::set<std::string> operators;
@@ -42,7 +47,7 @@ TEST(Generator, UsesEveryOperatorAndCommand) {
   std::set<Expression::Kind> kinds;
   std::size_t calls = 0;
   for (std::uint64_t seed = 0; seed < kSeeds; ++seed) {
-    Script script = generate(seed);
+    Script script = generate(seed, seed % 2 == 1);
     for (const Command& command : script)
       keywords.insert(command.keyword);
     for (const Expression* e : nodes_of(script)) {
@@ -57,7 +62,7 @@ TEST(Generator, UsesEveryOperatorAndCommand) {
   }
   for (const char* keyword :
        {"declare-const", "declare-fun", "define-const", "define-fun", "assert", "push", "pop",
-        "check-sat", "check-sat-assuming", "reset-assertions"}) {
+        "check-sat", "check-sat-assuming", "reset-assertions", "declare-sort"}) {
     EXPECT_TRUE(keywords.contains(keyword)) << keyword;
   }
   EXPECT_EQ(kinds.size(), 4U);

@@ -105,7 +105,7 @@ std::string literal_text(const Sort& sort, Random& random) {
       return kReals[random.below(std::size(kReals))];
     case Sort::Kind::bits:
       return bits_text(random_pattern(sort, random), sort.w0, random);
-    case Sort::Kind::floating:
+    default:
       break;
   }
   return float_text(sort, random);
@@ -113,6 +113,11 @@ std::string literal_text(const Sort& sort, Random& random) {
 
 Expression literal(std::string text, const Sort& sort) {
   return {Expression::Kind::theory, std::move(text), sort, {}, {}};
+}
+
+Expression constant_array(const Sort& sort, Expression element) {
+  std::string head = fmt::format("(as const {})", to_string(sort));
+  return {Expression::Kind::theory, std::move(head), sort, {std::move(element)}, {}};
 }
 
 }  // namespace
@@ -125,12 +130,20 @@ mpz_class random_pattern(const Sort& sort, Random& random) {
   return ((sign << sort.w0 | exponent) << (sort.w1 - 1)) | fraction;
 }
 
+bool has_literals(const Sort& sort) {
+  return !names_people(sort);
+}
+
 Expression random_literal(const Sort& sort, Random& random) {
+  if (sort.kind == Sort::Kind::array) {
+    return constant_array(sort, random_literal(element_of(sort), random));
+  }
   return literal(literal_text(sort, random), sort);
 }
 
 std::vector<Expression> plain_literals(const Sort& sort) {
   std::vector<std::string> texts;
+  if (!has_literals(sort)) return {};
   switch (sort.kind) {
     case Sort::Kind::boolean:
       texts = {"true", "false"};
@@ -145,6 +158,10 @@ std::vector<Expression> plain_literals(const Sort& sort) {
       for (const mpz_class& value : {mpz_class(0), mpz_class(1), mpz_class(power(sort.w0) - 1)}) {
         texts.push_back(binary(value, sort.w0));
       }
+      break;
+    case Sort::Kind::array:
+      return {constant_array(sort, plain_literals(element_of(sort))[0])};
+    case Sort::Kind::uninterpreted:
       break;
     case Sort::Kind::floating:
       for (const char* name : {"+zero", "-zero", "NaN", "+oo", "-oo"}) {

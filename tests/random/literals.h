@@ -15,9 +15,14 @@ namespace vorn::random {
 /// The bits of a bit-vector or float.
 mpz_class random_pattern(const Sort& sort, Random& random);
 
+/// Whether constants of the sort can be written without a name.
+bool has_literals(const Sort& sort);
+
+/// One of a sort that has them.
 Expression random_literal(const Sort& sort, Random& random);
 
 /// The plainest constants of a sort, the plainest first: what the shrinker puts in place of terms.
+/// Empty for a sort without literals.
 std::vector<Expression> plain_literals(const Sort& sort);
 
 }  // namespace vorn::random

@@ -6,6 +6,7 @@ using Kind = Command::Kind;
 
 void LiveCommands::execute(const Command& command) {
   switch (command.kind) {
+    case Kind::declare_sort:
     case Kind::declare:
     case Kind::define:
     case Kind::assertion:

@@ -7,9 +7,9 @@
 #include <span>
 #include <vector>
 
-#include "tests/random/literals.h"
 #include "tests/random/random.h"
 #include "tests/random/session.h"
+#include "tests/random/value_space.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/terms/post_order.h"
 
@@ -36,34 +36,36 @@ class Collector : public Engine {
   std::vector<const Term*> assertions;
 };
 
-Sort sort_of(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::boolean:
-      return kBool;
-    case DataType::Kind::rounding_mode:
-      return kMode;
-    case DataType::Kind::bit_vector:
-      return bits_sort(type->get_width());
-    default:
-      break;
-  }
-  return float_sort(type->get_e(), type->get_m() + 1);
-}
+/// An array or an element differs from another at some place: three elements that nothing names.
+constexpr std::uint64_t kElementsOfDifference = 3;
 
-/// Number of values of a constant, with all patterns of NaN; bounded, for it is multiplied.
-std::uint64_t size_of(const Sort& sort) {
-  if (sort == kBool) return 2;
-  if (sort == kMode) return 5;
-  return std::uint64_t{1} << std::min<std::size_t>(sort.width(), 20);
+/// As many elements of uninterpreted sorts as the formulas can tell apart.
+std::uint64_t count_elements(std::span<const Term* const> terms) {
+  std::uint64_t count = 1;
+  for (const Term* t : terms) {
+    if (t->get_type()->get_kind() == DataType::Kind::uninterpreted) ++count;
+    const bool compares_arrays = t->get_tag() == SymbolTag::equal &&
+                                 t->get_arg(0)->get_type()->get_kind() == DataType::Kind::array;
+    if (compares_arrays) count += kElementsOfDifference;
+  }
+  return count;
 }
 
 class ModelSpace {
  public:
   ModelSpace(TermManager& manager, std::vector<const Term*> formulas, std::uint64_t seed)
-      : mgr(manager), assertions(std::move(formulas)), random(seed) {
+      : mgr(manager),
+        assertions(std::move(formulas)),
+        terms(list_post_order(assertions)),
+        values(count_elements(terms)),
+        random(seed) {
     collect();
-    for (const Constant& c : constants)
-      size = std::min(size * size_of(c.sort), kEnumerable + 1);
+    for (const Term* c : constants)
+      size = std::min(size * values.count(c->get_type()), kEnumerable + 1);
+    for (const Symbol* f : functions) {
+      const std::uint64_t tables = values.count_functions(f->get_domain(), f->get_output_type());
+      size = std::min(size * tables, kEnumerable + 1);
+    }
   }
 
   Search search() {
@@ -71,6 +73,7 @@ class ModelSpace {
     result.complete = size <= kEnumerable;
     const std::uint64_t count = result.complete ? size : kSamples;
     for (std::uint64_t i = 0; i < count; ++i) {
+      choices.clear();
       if (result.complete) {
         assign(i);
       } else {
@@ -84,92 +87,109 @@ class ModelSpace {
   }
 
  private:
-  struct Constant {
-    const Term* term;
-    Sort sort;
-    QNumber value = QNumber();
-  };
-
-  /// Finds the constants that occur, and the literals, which are good candidates for values.
+  /// Finds what is to have a value, and the literals, which are good candidates for values.
   void collect() {
-    for (const Term* t : list_post_order(assertions)) {
+    for (const Term* t : terms) {
       QNumber literal;
+      const Symbol* symbol = t->get_symbol();
       if (mgr.is_number(t, &literal)) {
         literals[t->get_type()].push_back(literal);
-      } else if (t->get_arity() == 0 && !t->get_symbol()->get_name().empty()) {
-        constants.push_back({t, sort_of(t->get_type())});
+      } else if (t->get_arity() == 0 && !symbol->get_name().empty() &&
+                 !mgr.is_fprounding(symbol, nullptr)) {
+        constants.push_back(t);
+      } else if (symbol->is_function() && std::ranges::find(functions, symbol) == functions.end()) {
+        functions.push_back(symbol);
       }
     }
-    const auto earlier = [](const auto& a, const auto& b) {
-      return a.term->get_id() < b.term->get_id();
-    };
-    std::sort(constants.begin(), constants.end(), earlier);
+    std::ranges::sort(constants, {}, [](const Term* t) { return t->get_id(); });
   }
 
   /// The assignment of a number below the size of the space.
   void assign(std::uint64_t number) {
-    for (Constant& c : constants) {
-      c.value = QNumber(static_cast<std::int64_t>(number % size_of(c.sort)));
-      number /= size_of(c.sort);
+    const auto next = [&](const DataType* type) {
+      const std::vector<QNumber>& list = values.list(type);
+      const QNumber value = list[number % list.size()];
+      number /= list.size();
+      return value;
+    };
+    for (const Term* c : constants)
+      assignment[c] = next(c->get_type());
+    for (const Symbol* f : functions) {
+      for (const std::vector<QNumber>& args : values.list_tuples(f->get_domain()))
+        choices[key_of(f, args)] = next(f->get_output_type());
     }
   }
 
   void sample() {
-    for (Constant& c : constants) {
-      const std::vector<QNumber>& candidates = literals[c.term->get_type()];
-      if (c.sort == kBool || c.sort == kMode) {
-        c.value = QNumber(static_cast<std::int64_t>(random.below(size_of(c.sort))));
-      } else if (!candidates.empty() && random.percent(30)) {
-        c.value = random.pick(candidates);
-      } else {
-        c.value = QNumber::from_mpz(random_pattern(c.sort, random));
-      }
+    for (const Term* c : constants) {
+      const std::vector<QNumber>& candidates = literals[c->get_type()];
+      const bool is_known = !candidates.empty() && random.percent(30);
+      assignment[c] = is_known ? random.pick(candidates) : values.sample(c->get_type(), random);
     }
+  }
+
+  /// Symbols of conversions have no names, but those of one kind and sort are one object.
+  static std::string key_of(const Symbol* symbol, std::span<const QNumber> args) {
+    std::string key = symbol->is_function() ? symbol->get_name()
+                                            : fmt::format("{}", static_cast<const void*>(symbol));
+    for (const QNumber& value : args)
+      key += ' ' + value.to_string();
+    return key;
   }
 
   /// What the theory leaves open of an application: a random number, the same wherever the symbol
   /// meets the same values.
-  QNumber choose(const Term* t, std::span<const QNumber> values) {
-    std::string key = fmt::format("{}", static_cast<const void*>(t->get_symbol()));
-    for (const QNumber& value : values)
-      key += ' ' + value.to_string();
-    const auto [entry, is_new] = choices.try_emplace(key);
+  QNumber choose(const Term* t, std::span<const QNumber> args) {
+    const auto [entry, is_new] = choices.try_emplace(key_of(t->get_symbol(), args));
     if (is_new) {
-      const DataType* type = t->get_type();
-      const bool bits = type->get_kind() == DataType::Kind::bit_vector;
-      entry->second =
-          QNumber::from_mpz(random_pattern(bits_sort(bits ? type->get_width() : 1), random));
+      // The choice between zeros is one of two.
+      const bool is_zero = !t->get_symbol()->is_function() &&
+                           t->get_type()->get_kind() == DataType::Kind::floating_point;
+      entry->second = values.sample(is_zero ? mgr.get_bool_type() : t->get_type(), random);
     }
     return entry->second;
   }
 
   bool holds() {
-    choices.clear();
-    std::map<const Term*, const QNumber*> values;
-    for (const Constant& c : constants)
-      values.emplace(c.term, &c.value);
     semantics::Evaluator evaluator(
-        mgr, [&values](const Term* t) { return *values.at(t); },
-        [this](const Term* t, std::span<const QNumber> args) { return choose(t, args); });
+        mgr, [this](const Term* t) { return assignment.at(t); },
+        [this](const Term* t, std::span<const QNumber> args) { return choose(t, args); },
+        &values.get_arrays());
     return std::all_of(assertions.begin(), assertions.end(),
                        [&evaluator](const Term* f) { return evaluator.evaluate(f).sign() != 0; });
   }
 
-  std::string describe() const {
+  std::string literal_text(const DataType* type, const QNumber& value) {
+    return semantics::make_literal(mgr, type, value, values.get_arrays())->to_string();
+  }
+
+  std::string describe() {
     std::string text;
-    for (const Constant& c : constants) {
-      text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", c.term->to_string(),
-                          semantics::make_literal(mgr, c.term->get_type(), c.value)->to_string());
+    for (const Term* c : constants) {
+      text += fmt::format("{}{} = {}", text.empty() ? "" : ", ", c->to_string(),
+                          literal_text(c->get_type(), assignment.at(c)));
+    }
+    // Values of arguments stand as numbers.
+    for (const Symbol* f : functions) {
+      for (const auto& [key, value] : choices) {
+        if (!key.starts_with(f->get_name() + ' ')) continue;
+        text += fmt::format("{}({}) = {}", text.empty() ? "" : ", ", key,
+                            literal_text(f->get_output_type(), value));
+      }
     }
     return text;
   }
 
   TermManager& mgr;
   std::vector<const Term*> assertions;
+  std::vector<const Term*> terms;
+  ValueSpace values;
   Random random;
-  std::vector<Constant> constants;
+  std::vector<const Term*> constants;
+  std::vector<const Symbol*> functions;
   std::map<const DataType*, std::vector<QNumber>> literals;
-  std::map<std::string, QNumber> choices;
+  std::map<const Term*, QNumber> assignment;
+  std::map<std::string, QNumber> choices;  // of functions as well, by symbol and arguments
   std::uint64_t size = 1;
 };
 
@@ -185,7 +205,12 @@ Search search_models(const Script& script, std::uint64_t seed) {
     return engine;
   });
   session.run(to_string(script) + "(check-sat)");
-  return ModelSpace(session.get_manager(), collector->assertions, seed).search();
+  return search_models(session.get_manager(), collector->assertions, seed);
+}
+
+Search search_models(TermManager& manager, const std::vector<const Term*>& assertions,
+                     std::uint64_t seed) {
+  return ModelSpace(manager, assertions, seed).search();
 }
 
 }  // namespace vorn::random

@@ -6,8 +6,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tests/random/script.h"
+#include "vorn/terms/term_manager.h"
 
 namespace vorn::random {
 
@@ -23,6 +25,9 @@ struct Search {
 
 /// Looks for a model of a script without checks, levels or rewriting.
 Search search_models(const Script& script, std::uint64_t seed);
+/// Those of formulas that are terms.
+Search search_models(TermManager& manager, const std::vector<const Term*>& assertions,
+                     std::uint64_t seed);
 
 }  // namespace vorn::random
 

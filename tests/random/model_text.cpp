@@ -63,14 +63,23 @@ std::vector<std::string> read_model(std::string_view text,
   std::vector<std::string> defined;
   for (const std::string& item : split_list(text)) {
     const std::vector<std::string> parts = split_list(item);
-    if (parts.size() != 5 || parts[0] != "define-fun" || parts[2] != "()") fail(item);
+    if (parts.size() != 5 || parts[0] != "define-fun") fail(item);
     defined.push_back(parts[1]);
-    equations.push_back(fmt::format("(= {} {})", parts[1], parts[4]));
+    if (parts[2] == "()") equations.push_back(fmt::format("(= {} {})", parts[1], parts[4]));
   }
   if (defined != declared) {
     throw std::runtime_error(fmt::format("the model does not define what is declared: {}", text));
   }
   return equations;
+}
+
+std::map<std::string, std::string> read_functions(std::string_view text) {
+  std::map<std::string, std::string> definitions;
+  for (const std::string& item : split_list(text)) {
+    const std::vector<std::string> parts = split_list(item);
+    if (parts.size() == 5 && parts[2] != "()") definitions.emplace(parts[1], item);
+  }
+  return definitions;
 }
 
 std::vector<std::string> read_values(std::string_view text) {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tests/random/letters.h"
+
 namespace vorn::random {
 namespace {
 
@@ -95,11 +97,14 @@ constexpr Tuning kTunings[] = {
     {T::fp_sqrt, 4, quadratic, 25},
     {T::fp_rem, 3, exponential, 60},
     {T::fp_round_to_integral, 4, linear, 60},
+    {T::array_select, 9, linear, 20},
+    {T::array_store, 12, linear, 20},
+    {T::array_const, 3, linear, 5},
 };
 
 /// What only the reader has.
 constexpr Operator kForms[] = {
-    {"fp", "F:1EM", 4},
+    {"fp", "F:1PM", 4},
     {"to_fp", "F:RQ", 2, linear, 5, Indexing::format},
 };
 
@@ -126,125 +131,6 @@ std::vector<Operator> list_operators() {
   return all;
 }
 
-constexpr Sort kNoFormat = {Sort::Kind::floating};
-
-template <class T>
-T pick_from(const std::vector<T>& from, const T& none, Random& random) {
-  return from.empty() ? none : random.pick(from);
-}
-
-/// The letters of one application of a signature.
-class Letters {
- public:
-  Letters(const Palette& preferred, Random& source) : palette(preferred), random(source) {}
-
-  /// Binds the letter of the result. False where nothing of that letter has the sort.
-  bool bind(char letter, const Sort& sort) {
-    any = sort;
-    switch (letter) {
-      case 'B':
-        return sort == kBool;
-      case '1':
-        return sort == bits_sort(1);
-      case 'V':
-        width = sort.w0;
-        return sort.kind == Sort::Kind::bits;
-      case 'F':
-        format = sort;
-        return sort.kind == Sort::Kind::floating;
-      case 'T':
-        return sort.kind == Sort::Kind::bits && bind_format(sort.w0);
-      default:
-        return letter == 'A' && sort.kind != Sort::Kind::real;
-    }
-  }
-
-  /// Chooses sorts for letters that the result left open. False where the palette has none.
-  bool choose(std::string_view letters, char result) {
-    if (letters.find('A') != std::string_view::npos && result != 'A') {
-      any = palette.random_sort(random);
-    }
-    if (width == 0) width = pick_from(palette.widths, std::size_t{0}, random);
-    if (format.w0 == 0) format = pick_from(palette.floats, kNoFormat, random);
-    second_width = pick_from(palette.widths, std::size_t{0}, random);
-    second_format = pick_from(palette.floats, kNoFormat, random);
-    for (const char letter : letters) {
-      const Sort sort = get(letter);
-      if (sort.kind == Sort::Kind::bits && sort.w0 == 0) return false;
-      if (sort.kind == Sort::Kind::floating && sort.w0 == 0) return false;
-      if (letter == 'H') low_width = width - sort.w0;
-    }
-    return true;
-  }
-
-  /// The sort of an argument; letters of free choice may get another one each time.
-  Sort get(char letter) {
-    switch (letter) {
-      case 'B':
-        return kBool;
-      case 'R':
-        return kMode;
-      case 'Q':
-        return kReal;
-      case '1':
-        return bits_sort(1);
-      case 'A':
-        return any;
-      case 'V':
-        return bits_sort(width);
-      case 'W':
-        return bits_sort(second_width);
-      case 'N':
-        return bits_sort(1 + random.below(width));
-      case 'X':
-        return bits_sort(std::max(second_width, width + random.below(4)));
-      case 'D':
-        return bits_sort(divisor());
-      case 'H':
-        if (high_width == 0 && width > 1) high_width = 1 + random.below(width - 1);
-        return bits_sort(high_width);
-      case 'L':
-        return bits_sort(low_width);
-      case 'F':
-        return format;
-      case 'G':
-        return second_format;
-      case 'T':
-        return bits_sort(format.width());
-      case 'E':
-        return bits_sort(format.w0);
-      default:
-        return bits_sort(format.w1 - 1);  // M
-    }
-  }
-
- private:
-  bool bind_format(std::size_t total) {
-    for (const Sort& sort : palette.floats) {
-      if (sort.width() == total) format = sort;
-    }
-    return format.w0 != 0;
-  }
-
-  std::size_t divisor() {
-    std::vector<std::size_t> divisors;
-    for (std::size_t d = 1; d <= width; ++d) {
-      if (width % d == 0) divisors.push_back(d);
-    }
-    return random.pick(divisors);
-  }
-
-  const Palette& palette;
-  Random& random;
-  Sort any;
-  std::size_t width = 0;
-  std::size_t second_width = 0;
-  std::size_t high_width = 0;
-  std::size_t low_width = 0;
-  Sort format = kNoFormat;
-  Sort second_format = kNoFormat;
-};
-
 std::string head_of(const Operator& op, const Sort& result, const Sort& arg, Random& random) {
   switch (op.index) {
     case Indexing::none:
@@ -261,6 +147,8 @@ std::string head_of(const Operator& op, const Sort& result, const Sort& arg, Ran
       return fmt::format("(_ {} {})", op.name, result.w0 - arg.w0);
     case Indexing::repetition:
       return fmt::format("(_ {} {})", op.name, result.w0 / arg.w0);
+    case Indexing::sort:
+      return fmt::format("(as {} {})", op.name, to_string(result));
     case Indexing::rotation:
       break;
   }
@@ -289,6 +177,8 @@ std::span<const Operator> get_operators() {
 }
 
 Sort Palette::random_sort(Random& random) const {
+  if (!arrays.empty() && random.percent(25)) return random.pick(arrays);
+  if (has_people && random.percent(12)) return kPeople;
   const std::size_t choice = random.below(10);
   if (choice == 0) return kBool;
   if (choice == 1 && !floats.empty()) return kMode;
@@ -298,6 +188,9 @@ Sort Palette::random_sort(Random& random) const {
 }
 
 bool can_make(const Operator& op, const Sort& result, const Palette& palette) {
+  // Over an uninterpreted index an array of one element says how many elements there are.
+  const bool is_constant = op.index == Indexing::sort && result.kind == Sort::Kind::array;
+  if (is_constant && names_people(index_of(result))) return false;
   Random unused(0);
   return Letters(palette, unused).bind(op.result(), result);
 }

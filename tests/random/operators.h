@@ -27,7 +27,7 @@ enum class Growth : std::uint8_t {
 };
 
 /// The letters of a signature are those of vorn::Signature, and besides them
-///   Q Real, E the exponent of F, M its trailing significand
+///   Q Real, P the exponent of F, M its trailing significand
 struct Operator {
   std::string_view name;
   std::string_view signature;
@@ -47,6 +47,8 @@ std::span<const Operator> get_operators();
 struct Palette {
   std::vector<std::size_t> widths;
   std::vector<Sort> floats;
+  std::vector<Sort> arrays;
+  bool has_people = false;  // the uninterpreted sort
 
   Sort random_sort(Random& random) const;
 };

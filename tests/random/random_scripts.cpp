@@ -28,15 +28,15 @@ std::string report_text(const Script& script, std::uint64_t seed, const Failure&
   std::string detail = failure.detail;
   for (std::size_t at = 0; (at = detail.find('\n', at)) != std::string::npos;)
     detail.replace(at, 1, " ");
-  return fmt::format("; seed {}: {}: {}\n(set-logic QF_BVFP)\n{}", seed,
+  return fmt::format("; seed {}: {}: {}\n(set-logic ALL)\n{}", seed,
                      kKinds[static_cast<std::size_t>(failure.kind)], detail, to_string(script));
 }
 
-void report_failure(const Checker& checker, std::uint64_t seed, const Failure& failure,
-                    const std::string& file) {
+void report_failure(const Checker& checker, std::uint64_t seed, bool with_arrays,
+                    const Failure& failure, const std::string& file) {
   std::cerr << fmt::format("seed {}: {}: {}\nshrinking\n", seed,
                            kKinds[static_cast<std::size_t>(failure.kind)], failure.detail);
-  const Script script = shrink(generate(seed), [&](const Script& candidate) {
+  const Script script = shrink(generate(seed, with_arrays), [&](const Script& candidate) {
     const Report report = checker.check(candidate, seed);
     return report.failure && report.failure->kind == failure.kind;
   });
@@ -94,12 +94,14 @@ int main(int argc, char** argv) {
   std::uint64_t seed = 1;
   std::uint64_t count = 1000;
   std::string file;
+  bool with_arrays = false;
   bool verbose = false;
   bool print = false;
   bool keep_going = false;
   app.add_option("--seed", seed, "of the first script");
   app.add_option("--count", count, "number of scripts");
   app.add_option("--out", file, "file for the shrunk script of a failure");
+  app.add_flag("--arrays", with_arrays, "with arrays, functions and an uninterpreted sort");
   app.add_flag("--verbose", verbose, "a line for each script");
   app.add_flag("--print", print, "print the scripts and check nothing");
   app.add_flag("--keep-going", keep_going, "go on after a failure");
@@ -114,7 +116,7 @@ int main(int argc, char** argv) {
   Total total;
   std::size_t failures = 0;
   for (; count > 0 && (failures == 0 || keep_going); --count, ++seed) {
-    const Script script = generate(seed);
+    const Script script = generate(seed, with_arrays);
     if (print) {
       std::cout << "; seed " << seed << '\n' << to_string(script);
       continue;
@@ -125,7 +127,7 @@ int main(int argc, char** argv) {
     total.add(report);
     if (!report.failure) continue;
     ++failures;
-    report_failure(checker, seed, *report.failure, file);
+    report_failure(checker, seed, with_arrays, *report.failure, file);
   }
   if (!print) {
     std::cout << fmt::format(

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <deque>
 #include <utility>
 
 namespace vorn::random {
@@ -53,10 +55,56 @@ void collect(const Expression& e, std::vector<const Expression*>* nodes) {
     collect(arg, nodes);
 }
 
+/// What stands between name and sort of a declaration.
+std::string domain_of(const Command& declaration) {
+  if (declaration.keyword != "declare-fun") return "";
+  std::string text;
+  for (const Parameter& p : declaration.parameters)
+    text += (text.empty() ? "" : " ") + to_string(p.sort);
+  return " (" + text + ")";
+}
+
+/// Indices and elements of the sorts of arrays that came up.
+std::deque<std::pair<Sort, Sort>>& array_parts() {
+  static std::deque<std::pair<Sort, Sort>> parts;
+  return parts;
+}
+
 }  // namespace
+
+Sort array_sort(const Sort& index, const Sort& element) {
+  auto& parts = array_parts();
+  const auto found = std::find(parts.begin(), parts.end(), std::pair(index, element));
+  const auto number = static_cast<std::size_t>(found - parts.begin());
+  if (found == parts.end()) parts.emplace_back(index, element);
+  return {Sort::Kind::array, number};
+}
+
+const Sort& index_of(const Sort& array) {
+  return array_parts()[array.w0].first;
+}
+
+const Sort& element_of(const Sort& array) {
+  return array_parts()[array.w0].second;
+}
+
+bool names_people(const Sort& sort) {
+  if (sort.kind != Sort::Kind::array) return sort == kPeople;
+  return names_people(index_of(sort)) || names_people(element_of(sort));
+}
+
+std::size_t Sort::width() const {
+  if (kind == Kind::uninterpreted) return 4;
+  if (kind != Kind::array) return w0 + w1;
+  return 4 + index_of(*this).width() + 2 * element_of(*this).width();
+}
 
 std::string to_string(const Sort& sort) {
   switch (sort.kind) {
+    case Sort::Kind::array:
+      return fmt::format("(Array {} {})", to_string(index_of(sort)), to_string(element_of(sort)));
+    case Sort::Kind::uninterpreted:
+      return "People";
     case Sort::Kind::boolean:
       return "Bool";
     case Sort::Kind::mode:
@@ -83,9 +131,11 @@ std::string to_string(const Expression& e) {
 std::string to_string(const Command& command) {
   std::string text = '(' + command.keyword;
   switch (command.kind) {
+    case Kind::declare_sort:
+      text += fmt::format(" {} 0", to_string(command.sort));
+      break;
     case Kind::declare:
-      text += fmt::format(" {}{} {}", command.name, command.keyword == "declare-fun" ? " ()" : "",
-                          to_string(command.sort));
+      text += fmt::format(" {}{} {}", command.name, domain_of(command), to_string(command.sort));
       break;
     case Kind::define:
       text += ' ' + command.name;

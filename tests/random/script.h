@@ -14,15 +14,16 @@
 namespace vorn::random {
 
 struct Sort {
-  enum class Kind : std::uint8_t { boolean, mode, bits, floating, real };
+  enum class Kind : std::uint8_t { boolean, mode, bits, floating, real, array, uninterpreted };
 
   Kind kind = Kind::boolean;
   /// Of bit-vectors the width; of floats the widths of exponent and significand, the latter with
-  /// the hidden bit.
+  /// the hidden bit; of arrays the number of the pair of their sorts, see array_sort.
   std::size_t w0 = 0;
   std::size_t w1 = 0;
 
-  std::size_t width() const { return w0 + w1; }
+  /// Of a bit-vector or float; of other sorts about what a value is worth in bits.
+  std::size_t width() const;
   bool operator==(const Sort&) const = default;
 };
 
@@ -35,6 +36,15 @@ constexpr Sort bits_sort(std::size_t width) {
 constexpr Sort float_sort(std::size_t eb, std::size_t sb) {
   return {Sort::Kind::floating, eb, sb};
 }
+
+/// Any sorts but Real.
+Sort array_sort(const Sort& index, const Sort& element);
+const Sort& index_of(const Sort& array);
+const Sort& element_of(const Sort& array);
+/// The one uninterpreted sort that a script has, if any.
+inline constexpr Sort kPeople = {Sort::Kind::uninterpreted};
+/// Whether the sort is kPeople or an array that has to do with it.
+bool names_people(const Sort& sort);
 
 struct Expression {
   enum class Kind : std::uint8_t {
@@ -60,6 +70,7 @@ struct Parameter {
 
 struct Command {
   enum class Kind : std::uint8_t {
+    declare_sort,
     declare,
     define,
     assertion,
@@ -78,6 +89,7 @@ struct Command {
   std::vector<Expression> terms;  // body, assertion or assumptions
   std::size_t levels = 0;         // of push and pop
 
+  bool is_function() const { return kind == Kind::declare && !parameters.empty(); }
   bool is_check() const { return kind == Kind::check || kind == Kind::check_assuming; }
 };
 

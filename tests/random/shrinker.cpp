@@ -193,7 +193,8 @@ class Shrinker {
       if (part != &e && part->sort == e.sort) result.push_back(*part);
     }
     for (const Command& command : script) {
-      if (command.kind == Command::Kind::declare && command.sort == e.sort) {
+      const bool is_constant = command.kind == Command::Kind::declare && !command.is_function();
+      if (is_constant && command.sort == e.sort) {
         result.push_back({Expression::Kind::name, command.name, e.sort, {}, {}});
       }
     }
@@ -207,6 +208,7 @@ class Shrinker {
   static void add_equations(const Expression& formula, std::vector<Expression>* result) {
     for (const Expression* part : nodes_of(formula)) {
       if (part->sort == kBool || part->sort == kReal || part->args.empty()) continue;
+      if (!has_literals(part->sort)) continue;
       const Expression constant = plain_literals(part->sort)[0];
       result->push_back({Expression::Kind::theory, "=", kBool, {*part, constant}, {}});
     }

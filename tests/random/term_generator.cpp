@@ -84,6 +84,8 @@ class TermGenerator {
     const Name* name = random.percent(80) ? find(sort, false) : nullptr;
     if (name != nullptr) return use(*name);
     if (sort.kind == Sort::Kind::bits && random.percent(70)) return adapted(sort);
+    // Of a sort without literals the script keeps a constant in sight.
+    if (!has_literals(sort)) return use(*find(sort, false));
     return random_literal(sort, random);
   }
 
@@ -136,7 +138,10 @@ class TermGenerator {
 
   /// Mostly a name of its own; at times one that hides a name of the script.
   std::string variable(std::size_t i) {
-    if (random.percent(15) && !scope.names.empty()) return random.pick(scope.names).text;
+    if (random.percent(15) && !scope.names.empty()) {
+      const Name& hidden = random.pick(scope.names);
+      if (has_literals(hidden.sort)) return hidden.text;
+    }
     return fmt::format("v{}", locals.size() + i);
   }
 

@@ -1,5 +1,6 @@
 // Scopes of a script. The shrinker proposes scripts without looking at names, so a script that
 // lost a declaration has to be told from one that the solver refuses for no good reason.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,11 @@ class Scopes {
  public:
   bool execute(const Command& command) {
     switch (command.kind) {
+      case Kind::declare_sort:
+        return add({kSort, command.sort, {}});
       case Kind::declare:
-        return add({command.name, command.sort, {}});
+        return is_known(command.sort) && are_known(command.parameters) &&
+               add({command.name, command.sort, command.parameters});
       case Kind::define:
         return define(command);
       case Kind::assertion:
@@ -46,6 +50,15 @@ class Scopes {
     std::vector<Parameter> parameters;
   };
 
+  /// Under which a declaration of the sort is kept, which is no symbol.
+  static constexpr const char* kSort = "a sort";
+
+  bool is_known(const Sort& sort) const { return !names_people(sort) || find(kSort) != nullptr; }
+  bool are_known(const std::vector<Parameter>& parameters) const {
+    return std::all_of(parameters.begin(), parameters.end(),
+                       [this](const Parameter& p) { return is_known(p.sort); });
+  }
+
   /// Names of the top level are unique; what terms bind may hide them.
   bool add(Name name) {
     for (const Name& other : names) {
@@ -56,6 +69,7 @@ class Scopes {
   }
 
   bool define(const Command& command) {
+    if (!is_known(command.sort) || !are_known(command.parameters)) return false;
     const std::size_t before = names.size();
     for (const Parameter& p : command.parameters)
       names.push_back({p.name, p.sort, {}});

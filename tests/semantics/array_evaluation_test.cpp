@@ -145,6 +145,10 @@ TEST_F(ArrayEvaluation, LiteralsHaveTheValuesThatTheyWereMadeOf) {
   }
 }
 
+TEST_F(ArrayEvaluation, LiteralsOfArraysNeedATable) {
+  EXPECT_THROW(make_literal(mgr, memory, QNumber(0)), std::logic_error);
+}
+
 TEST_F(ArrayEvaluation, LiteralsOfArraysWriteByIndex) {
   QNumber array = arrays.make_constant(memory, QNumber(1));
   for (const int n : {200, 3, 77})

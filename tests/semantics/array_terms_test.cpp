@@ -210,14 +210,14 @@ class Forest {
 
 TEST(ArrayTerms, KeepTheirValuesWhenRewritten) {
   std::size_t changes = 0;
-  for (std::uint64_t seed = 0; seed < 60; ++seed) {
+  for (std::uint64_t seed = 0; seed < 30; ++seed) {
     Forest forest(seed);
     forest.grow(400);
-    for (std::uint64_t assignment = 0; assignment < 8; ++assignment)
+    for (std::uint64_t assignment = 0; assignment < 6; ++assignment)
       ASSERT_NO_FATAL_FAILURE(forest.compare(assignment)) << "seed " << seed;
     changes += forest.count_changes();
   }
-  EXPECT_GT(changes, 1'000U) << "rules have to be met";
+  EXPECT_GT(changes, 500U) << "rules have to be met";
 }
 
 }  // namespace

@@ -67,7 +67,8 @@ std::uint64_t find_distance(std::int64_t a, std::int64_t b) {
 /// The value of a function is chosen, not computed; arrays and what is read of them are neither.
 bool fits_a_word(const Term* t) {
   const DataType* type = t->get_type();
-  return type->has_bits() && type->get_value_width() <= kWordBits && !t->get_symbol()->is_function();
+  return type->has_bits() && type->get_value_width() <= kWordBits &&
+         !t->get_symbol()->is_function();
 }
 
 }  // namespace

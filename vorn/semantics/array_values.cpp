@@ -94,8 +94,8 @@ std::uint32_t ArrayValues::number(const QNumber& value) {
   if (found != numbers.end()) return found->second;
   if (values.size() == kLeaf) throw std::length_error("too many values in arrays");
   const auto position = static_cast<std::uint32_t>(values.size());
-  values.push_back(value);
-  numbers.emplace(value, position);
+  values.push_back(nullptr);
+  values.back() = &numbers.emplace(value, position).first->first;
   return position;
 }
 
@@ -126,7 +126,7 @@ std::uint64_t ArrayValues::find_rank(const DataType* type, const QNumber& value)
   std::uint64_t rank = 0;
   for (std::uint32_t i = array.size; i-- > 0;) {
     const NodeId leaf = find_leaf(array, i);
-    rank = rank * elements + find_rank(type->get_element(), values[leaf - kLeaf]);
+    rank = rank * elements + find_rank(type->get_element(), element_of(leaf));
   }
   return rank;
 }
@@ -259,7 +259,7 @@ QNumber ArrayValues::store(const QNumber& array, const QNumber& index, const QNu
 const QNumber& ArrayValues::select(const QNumber& array, const QNumber& index) const {
   const Array& from = find(array);
   const auto position = find_position(from, canonical(from.type->get_index(), index));
-  return values[(position ? find_leaf(from, *position) : from.otherwise) - kLeaf];
+  return element_of(position ? find_leaf(from, *position) : from.otherwise);
 }
 
 ArrayValues::NodeId ArrayValues::find_default(const Array& array) const {
@@ -268,14 +268,13 @@ ArrayValues::NodeId ArrayValues::find_default(const Array& array) const {
   visit(array.root, 0, array.size,
         [&](std::uint32_t, std::uint32_t size, NodeId leaf) { frequencies[leaf] += size; });
   const auto is_before = [this](const auto& a, const auto& b) {
-    return a.second != b.second ? a.second > b.second
-                                : values[a.first - kLeaf] < values[b.first - kLeaf];
+    return a.second != b.second ? a.second > b.second : element_of(a.first) < element_of(b.first);
   };
   return std::ranges::min_element(frequencies, is_before)->first;
 }
 
 const QNumber& ArrayValues::get_default(const QNumber& array) const {
-  return values[find_default(find(array)) - kLeaf];
+  return element_of(find_default(find(array)));
 }
 
 std::vector<ArrayValues::Entry> ArrayValues::get_entries(const QNumber& number) {
@@ -290,8 +289,8 @@ std::vector<ArrayValues::Entry> ArrayValues::get_entries(const QNumber& number) 
   for (const auto& [position, leaf] : positions) {
     const bool is_rank = array.otherwise == 0;
     entries.emplace_back(
-        is_rank ? make_ranked(array.type->get_index(), position) : values[position],
-        values[leaf - kLeaf]);
+        is_rank ? make_ranked(array.type->get_index(), position) : *values[position],
+        element_of(leaf));
   }
   std::ranges::sort(entries, {}, [](const Entry& entry) -> const QNumber& { return entry.first; });
   return entries;

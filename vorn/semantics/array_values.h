@@ -14,7 +14,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <optional>
 #include <unordered_map>
@@ -91,6 +90,7 @@ class VORN_EXPORT ArrayValues {
   const Array& find(const QNumber& array) const;
   QNumber intern(const Array& array);
   std::uint32_t number(const QNumber& value);
+  const QNumber& element_of(NodeId leaf) const { return *values[leaf - kLeaf]; }
   std::optional<std::uint32_t> find_position(const Array& array, const QNumber& index) const;
   std::uint64_t find_rank(const DataType* type, const QNumber& value) const;
   QNumber make_ranked(const DataType* type, std::uint64_t rank);
@@ -103,8 +103,8 @@ class VORN_EXPORT ArrayValues {
   NodeId find_default(const Array& array) const;
   void visit(NodeId node, std::uint32_t from, std::uint32_t size, const Visitor& visitor) const;
 
-  std::deque<QNumber> values;  // of indices and elements, by number; none ever moves
-  std::unordered_map<QNumber, std::uint32_t, NumberHash> numbers;
+  std::unordered_map<QNumber, std::uint32_t, NumberHash> numbers;  // of indices and elements
+  std::vector<const QNumber*> values;                              // by number; none ever moves
   std::vector<Node> nodes;
   std::vector<NodeId> node_table;  // open addressing, a power of two; kLeaf where there is none
   std::vector<Array> arrays;

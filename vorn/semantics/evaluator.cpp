@@ -54,12 +54,6 @@ bool read_literal(const TermManager& manager, const Term* t, QNumber* value) {
 }
 
 const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value) {
-  ArrayValues none;
-  return make_literal(manager, type, value, none);
-}
-
-const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value,
-                         ArrayValues& arrays) {
   std::int64_t word = 0;
   switch (type->get_kind()) {
     case DataType::Kind::boolean:
@@ -73,19 +67,24 @@ const Term* make_literal(TermManager& manager, const DataType* type, const QNumb
       break;
     case DataType::Kind::uninterpreted:
       return manager.make_element(type, value);
-    case DataType::Kind::array: {
-      const DataType* index = type->get_index();
-      const DataType* element = type->get_element();
-      const Term* array = manager.make_const_array(
-          type, make_literal(manager, element, arrays.get_default(value), arrays));
-      for (const auto& [i, v] : arrays.get_entries(value)) {
-        array = manager.make_store(array, make_literal(manager, index, i, arrays),
-                                   make_literal(manager, element, v, arrays));
-      }
-      return array;
-    }
+    case DataType::Kind::array:
+      throw std::logic_error("the literal of an array needs the table of its value");
   }
   return manager.make_fp_number(value, type->get_e(), type->get_m());
+}
+
+const Term* make_literal(TermManager& manager, const DataType* type, const QNumber& value,
+                         ArrayValues& arrays) {
+  if (type->get_kind() != DataType::Kind::array) return make_literal(manager, type, value);
+  const DataType* index = type->get_index();
+  const DataType* element = type->get_element();
+  const Term* array = manager.make_const_array(
+      type, make_literal(manager, element, arrays.get_default(value), arrays));
+  for (const auto& [i, v] : arrays.get_entries(value)) {
+    array = manager.make_store(array, make_literal(manager, index, i, arrays),
+                               make_literal(manager, element, v, arrays));
+  }
+  return array;
 }
 
 }  // namespace vorn::semantics

@@ -74,7 +74,7 @@ VORN_EXPORT bool read_literal(const TermManager& manager, const Term* t, QNumber
 /// of the table, writes over an array with one element at every index.
 VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
                                      const QNumber& value, ArrayValues& arrays);
-/// The same where no array can occur.
+/// The same of any other sort. Throws std::logic_error for an array.
 VORN_EXPORT const Term* make_literal(TermManager& manager, const DataType* type,
                                      const QNumber& value);
 
