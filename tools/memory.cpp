@@ -129,10 +129,19 @@ bool is_memory_short() {
 
 }  // namespace vorn::tools
 
-// The other forms of new and delete come down to these.
+// The other forms of new and delete come down to these; to the sanitizers each is one of their own,
+// so what is released here has to be allocated here.
 
 void* operator new(std::size_t size) {
   return vorn::tools::allocate(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  try {
+    return vorn::tools::allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 void operator delete(void* block) noexcept {

@@ -96,10 +96,19 @@ void* __wrap_malloc(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
   return vorn::faults::memory_fault.strikes() ? nullptr : __real_malloc(size);
 }
 
-// The other forms of new and delete come down to these.
+// The other forms of new and delete come down to these; to the sanitizers each is one of their own,
+// so what is released here has to be allocated here.
 
 void* operator new(std::size_t size) {
   return vorn::faults::allocate(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  try {
+    return vorn::faults::allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 void operator delete(void* block) noexcept {

@@ -19,13 +19,21 @@ constexpr std::size_t kFirstTableSize = 64;
 // the order of nodes: new conjunctions are mostly over new operands, so most lookups then stay
 // within the window of slots that the last ones were in. A node with more uses than fit there has
 // the rest of them anywhere. There are between three and four and a half slots for two nodes.
+//
+// Where all nodes of a range have more uses than fit, as the inputs of a comparison have, the slots
+// of the range are all taken: one that is looked for anywhere must not walk along them, so it
+// jumps. It finds a free slot within this number of jumps but for one case in billions.
 constexpr std::size_t kWindow = 1U << 10U;
 constexpr std::size_t kProbesInWindow = 32;
+constexpr std::size_t kJumps = 64;
 
-std::size_t hash_pair(Lit left, Lit right) {
-  std::uint64_t h = (std::uint64_t{left.get_code()} << 32U) | right.get_code();
+std::uint64_t mix(std::uint64_t h) {
   h *= 0x9e3779b97f4a7c15U;
-  return static_cast<std::size_t>(h ^ (h >> 32U));
+  return h ^ (h >> 32U);
+}
+
+std::uint64_t hash_pair(Lit left, Lit right) {
+  return mix((std::uint64_t{left.get_code()} << 32U) | right.get_code());
 }
 
 }  // namespace
@@ -234,7 +242,12 @@ std::size_t Aig::find_slot(Lit left, Lit right) const {
     if (is_found(slot)) return slot;
     if (++slot == size) slot = 0;
   }
-  slot = (hash / kWindow) % size;
+  std::size_t jump = hash;
+  for (std::size_t i = 0; i < kJumps; ++i) {
+    jump = mix(jump);
+    slot = jump % size;
+    if (is_found(slot)) return slot;
+  }
   while (!is_found(slot)) {
     if (++slot == size) slot = 0;
   }

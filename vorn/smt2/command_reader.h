@@ -12,7 +12,6 @@
 #include <string>
 
 #include "vorn/smt2/error.h"
-#include "vorn/utils/export.h"
 
 namespace vorn::smt2 {
 
@@ -51,7 +50,7 @@ class CommandReader {
 };
 
 /// How many checks a script asks for, with and without assumptions, as far as it can be read.
-VORN_EXPORT std::size_t count_checks(const std::string& text, const std::string& file);
+std::size_t count_checks(const std::string& text, const std::string& file);
 
 }  // namespace vorn::smt2
 
