@@ -117,6 +117,7 @@ class VORN_EXPORT Parser {
   Value symbol(const Token& name);
   std::optional<Value> indexed_constant();
   Value annotated_constant(const Token& as);
+  Value element(const Token& name);
   Value signed_number(const Token& name) const;
   void open_application(const Token& head);
   void open_qualified_application();

@@ -3,6 +3,7 @@
 
 #include "vorn/smt2/literals.h"
 #include "vorn/smt2/parser.h"
+#include "vorn/terms/printer.h"
 
 namespace vorn::smt2 {
 
@@ -57,6 +58,7 @@ void Parser::open_constant_array(const Token& as) {
 Value Parser::annotated_constant(const Token& as) {
   if (!tokens.peek().is_symbol()) fail_annotation(as);
   const Token name = tokens.next();
+  if (name.text.starts_with('@') && symbols.find(name.text) == nullptr) return element(name);
   const Value value = symbol(name);
   const DataType* sort = read_sort();
   tokens.expect_close("')' behind the sort");
@@ -66,6 +68,21 @@ Value Parser::annotated_constant(const Token& as) {
                                     value.term->get_type()->to_string(), sort->to_string()));
   }
   return value;
+}
+
+/// Reads what follows the name of an element of an uninterpreted sort, as models have it.
+Value Parser::element(const Token& name) {
+  const DataType* sort = read_sort();
+  tokens.expect_close("')' behind the sort");
+  const std::string_view digits = name.text.substr(name.text.rfind('!') + 1);
+  const bool has_number = !digits.empty() &&
+                          digits.find_first_not_of("0123456789") == std::string_view::npos &&
+                          sort->get_kind() == DataType::Kind::uninterpreted;
+  if (has_number) {
+    const QNumber number = QNumber::from_string(digits);
+    if (element_name(number, sort) == name.text) return Value::of(mgr.make_element(sort, number));
+  }
+  fail(name.position, fmt::format("'{}' is no element of {}", name.text, sort->to_string()));
 }
 
 void Parser::fail_annotation(const Token& as) const {

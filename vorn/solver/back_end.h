@@ -3,6 +3,7 @@
 #define VORN_SOLVER_BACK_END_H
 
 #include <chrono>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -119,6 +120,8 @@ struct Solver::BackEnd {
   Translator translator;
   std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
+  /// The number of conjuncts before the first that holds only for infinite sorts.
+  std::size_t first_of_infinity = std::numeric_limits<std::size_t>::max();
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed
   std::unique_ptr<Circuits> discarded;              // such as are of no use, until the next check
   std::optional<search::LocalSearch> local_search;  // of the current check

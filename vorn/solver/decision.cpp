@@ -92,6 +92,10 @@ Answer Solver::decide() {
   if (try_shortly()) return Answer::sat;
   for (;;) {
     const Answer answer = search();
+    if (answer == Answer::unsat && back_end->first_of_infinity < back_end->conjuncts.get_size()) {
+      reason_unknown = "there is no model in which uninterpreted sorts are infinite";
+      return Answer::unknown;
+    }
     is_unsat = answer == Answer::unsat;
     if (answer != Answer::sat || has_model) return answer;
     read_model();

@@ -1,4 +1,5 @@
 // Models: what the SAT solver or the local search found, its check, and the values that it gives.
+#include <algorithm>
 #include <stdexcept>
 
 #include "vorn/semantics/open_terms.h"
@@ -103,6 +104,10 @@ Solver::Refinement Solver::refine() {
   if (separate_conversions()) return Refinement::stated;
   if (lemmas.empty()) return Refinement::none;
   bool is_new = false;
+  if (interpretation->assumes_infinity()) {
+    std::size_t& first = back_end->first_of_infinity;
+    first = std::min(first, back_end->conjuncts.get_size());
+  }
   for (const Term* lemma : lemmas) {
     if (!stated.insert(lemma).second) continue;
     is_new = true;

@@ -1,6 +1,7 @@
 #include "vorn/solver/solver.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -149,6 +150,9 @@ void Solver::pop_level() {
   try {
     back_end->translator.pop();
     back_end->conjuncts.pop();
+    if (back_end->conjuncts.get_size() <= back_end->first_of_infinity) {
+      back_end->first_of_infinity = std::numeric_limits<std::size_t>::max();
+    }
     back_end->translated = std::min(back_end->translated, assertions.get_size());
     if (!back_end->circuits) return;
     BackEnd::Circuits& circuits = *back_end->circuits;

@@ -64,11 +64,12 @@ bool Translator::finish_theory_term(const Term* t, Trail<const Term*>* constrain
       note(t, stand_in);
     }
   } else if (t->get_type()->get_kind() == DataType::Kind::uninterpreted) {
-    if (t->get_tag() != SymbolTag::ite) {
-      throw std::invalid_argument("an element of " + t->get_type()->to_string() +
-                                  " without a name cannot be asserted");
+    if (t->get_tag() == SymbolTag::ite) {
+      note(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));
+    } else {
+      theory.add(t);
+      note(t, theory.get_element(t));
     }
-    note(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));
   } else if (t->get_tag() == SymbolTag::equal && !t->get_arg(0)->get_type()->has_bits()) {
     note(t, mgr.make_equal(find(t->get_arg(0)), find(t->get_arg(1))));
   } else {

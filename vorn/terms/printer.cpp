@@ -53,9 +53,7 @@ std::string without_bars(const std::string& text) {
 }
 
 std::string element_literal(const QNumber& number, const DataType* type) {
-  const std::string sort = type->to_string();
-  return "(as " + quote_symbol("@" + without_bars(sort) + "!" + number.to_string()) + " " + sort +
-         ")";
+  return "(as " + quote_symbol(element_name(number, type)) + " " + type->to_string() + ")";
 }
 
 std::string operator_name(const Symbol* symbol) {
@@ -177,6 +175,10 @@ std::string quoted_string(std::string_view text) {
 
 std::string quote_symbol(const std::string& name) {
   return is_simple_symbol(name) ? name : "|" + name + "|";
+}
+
+std::string element_name(const QNumber& number, const DataType* type) {
+  return "@" + without_bars(type->to_string()) + "!" + number.to_string();
 }
 
 std::string literal_text(const QNumber& value, const DataType* type) {

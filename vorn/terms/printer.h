@@ -15,6 +15,8 @@ std::string quoted_string(std::string_view text);
 /// The symbol, between bars where SMT-LIB asks for them.
 std::string quote_symbol(const std::string& name);
 
+/// The symbol, without bars, of an element of an uninterpreted sort.
+std::string element_name(const QNumber& number, const DataType* type);
 /// The literal of a bit-vector or floating-point sort with these bits.
 std::string literal_text(const QNumber& value, const DataType* type);
 /// What a term with this head begins with: an operation's name with its indices, or all of a term

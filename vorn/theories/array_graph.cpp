@@ -8,6 +8,18 @@
 namespace vorn::theories {
 namespace {
 
+/// Whether the number of values of a sort is left open.
+bool has_open_size(const DataType* type) {
+  switch (type->get_kind()) {
+    case DataType::Kind::uninterpreted:
+      return true;
+    case DataType::Kind::array:
+      return has_open_size(type->get_index()) || has_open_size(type->get_element());
+    default:
+      return false;
+  }
+}
+
 bool is_store(const Term* t) {
   return t->get_tag() == SymbolTag::array_store;
 }
@@ -188,6 +200,7 @@ void ArrayGraph::compare_constants(const Component& component, std::vector<const
       continue;
     }
     lemmas->push_back(state_constants(first, other));
+    is_infinity_assumed = has_open_size(nodes.front().array->get_type()->get_index());
     return;
   }
 }

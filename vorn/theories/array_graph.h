@@ -37,6 +37,9 @@ class ArrayGraph {
   /// Appends formulas that hold for all arrays, and that the candidate breaks; none if all accesses
   /// agree.
   void find_conflicts(std::vector<const Term*>* lemmas);
+  /// Whether one of them holds only if a sort has infinitely many elements, or more than can be
+  /// counted, which is open for uninterpreted ones.
+  bool assumes_infinity() const { return is_infinity_assumed; }
   /// Then: gives each array that is not made of others its value.
   void assume_values(semantics::ArrayValues* values);
 
@@ -94,6 +97,7 @@ class ArrayGraph {
   TermManager& mgr;
   semantics::Evaluator& evaluator;
   TerminationPoll poll;
+  bool is_infinity_assumed = false;
   std::vector<Node> nodes;
   std::unordered_map<const Term*, Position> positions;
   std::vector<const Term*> reads;

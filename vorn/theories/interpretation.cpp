@@ -70,13 +70,25 @@ void Interpretation::clear() {
 
 /// The candidate's bits tell elements apart; how they do it is nobody's business.
 QNumber Interpretation::number_element(const DataType* type, const QNumber& bits) {
-  auto& known = elements[type->get_id()];
-  const auto next = static_cast<std::int64_t>(known.size());
-  return QNumber(known.try_emplace(bits, next).first->second);
+  Elements& known = elements[type->get_id()];
+  const auto found = known.numbers.find(bits);
+  if (found != known.numbers.end()) return found->second;
+  // Numbers of literals are taken; their bits are the same number.
+  const auto is_literal = [&](const QNumber& number) {
+    const auto literal = known.numbers.find(number);
+    return literal != known.numbers.end() && literal->second == number;
+  };
+  while (is_literal(QNumber(known.next)))
+    ++known.next;
+  return known.numbers.emplace(bits, QNumber(known.next++)).first->second;
 }
 
 void Interpretation::assume_stand_ins(TheoryTerms* terms, const StandInValue& stand_in_value,
                                       semantics::Evaluator* candidate) {
+  for (const Term* t : terms->get_terms()) {
+    const QNumber* literal = t->get_symbol()->get_literal();
+    if (literal != nullptr) elements[t->get_type()->get_id()].numbers.emplace(*literal, *literal);
+  }
   for (const Term* t : terms->get_terms()) {
     if (!has_stand_in(t)) continue;
     QNumber value = stand_in_value(terms->get_stand_in(t));
@@ -115,6 +127,7 @@ std::vector<const Term*> Interpretation::interpret(TermManager& manager, TheoryT
                                                    semantics::Evaluator* candidate,
                                                    const TerminationTest* test) {
   std::vector<const Term*> lemmas;
+  is_infinity_assumed = false;
   assume_stand_ins(terms, stand_in_value, candidate);
   for (const ArrayTerms& group : sort_out(terms->get_terms())) {
     ArrayGraph graph(manager, *candidate, test);
@@ -125,6 +138,7 @@ std::vector<const Term*> Interpretation::interpret(TermManager& manager, TheoryT
     for (const Term* t : group.equalities)
       graph.add_equality(t);
     graph.find_conflicts(&lemmas);
+    is_infinity_assumed = graph.assumes_infinity();
     if (!lemmas.empty()) return lemmas;  // arrays of these arrays have no values yet
     graph.assume_values(&arrays);
     for (const Term* t : group.arrays) {

@@ -44,6 +44,10 @@ class Interpretation {
                                      const StandInValue& stand_in_value,
                                      semantics::Evaluator* candidate, const TerminationTest* test);
 
+  /// Whether the formulas that were returned last hold only where uninterpreted sorts have as many
+  /// elements as one wants.
+  bool assumes_infinity() const { return is_infinity_assumed; }
+
   semantics::ArrayValues& get_arrays() { return arrays; }
   /// The value of a constant of an array sort or an uninterpreted one; a plain one where no formula
   /// has it.
@@ -63,10 +67,15 @@ class Interpretation {
                             semantics::Evaluator* candidate, Terms* lemmas);
 
   semantics::ArrayValues arrays;
+  bool is_infinity_assumed = false;
   std::unordered_map<const Term*, QNumber> constants;
   std::unordered_map<const Symbol*, FunctionTable> functions;
-  /// Elements get numbers in the order in which they are met, by sort.
-  std::map<std::uint32_t, std::map<QNumber, std::int64_t>> elements;
+  /// The numbers of elements: their own of literals, the others in the order in which they are met.
+  struct Elements {
+    std::map<QNumber, QNumber> numbers;  // by bits
+    std::int64_t next = 0;
+  };
+  std::map<std::uint32_t, Elements> elements;  // by sort
 };
 
 }  // namespace vorn::theories

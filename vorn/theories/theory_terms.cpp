@@ -32,7 +32,7 @@ const Term* TheoryTerms::get_stand_in(const Term* t) {
     if (++elements > std::size_t{1} << kElementWidth) {
       throw std::length_error("too many terms of uninterpreted sorts");
     }
-    type = get_element_type();
+    type = mgr.get_bv_type(kElementWidth);
   }
   const char* name = "apply";
   if (t->get_tag() == SymbolTag::array_select) name = "select";
@@ -41,6 +41,14 @@ const Term* TheoryTerms::get_stand_in(const Term* t) {
   stand_in = mgr.make_constant(
       mgr.make_unique_symbol(is_constant ? t->get_symbol()->get_name() : name, type));
   return stand_in;
+}
+
+const Term* TheoryTerms::get_element(const Term* t) {
+  const QNumber& number = *t->get_symbol()->get_literal();
+  if (number >= QNumber(std::int64_t{1} << kElementWidth)) {
+    throw std::length_error("an element of an uninterpreted sort with too large a number");
+  }
+  return mgr.make_bv_number(number, kElementWidth);
 }
 
 const Term* TheoryTerms::get_witness(const Term* equality) {

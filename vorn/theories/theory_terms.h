@@ -30,7 +30,8 @@ class TheoryTerms {
  public:
   explicit TheoryTerms(TermManager& manager) : mgr(manager) {}
 
-  /// Notes a term of the current level that is an array or has a stand-in, once.
+  /// Notes a term of the current level, once: an array, a literal of an uninterpreted sort, or what
+  /// has a stand-in.
   void add(const Term* t) { terms.add(t); }
   void push() { terms.push(); }
   void pop() { terms.pop(); }
@@ -41,8 +42,9 @@ class TheoryTerms {
   /// The constant that stands for `t`, which has_stand_in: of the sort of `t`, or bits that tell
   /// elements of an uninterpreted sort apart. Throws std::length_error where these are too many.
   const Term* get_stand_in(const Term* t);
-  /// The sort of the stand-ins of elements of uninterpreted sorts.
-  const DataType* get_element_type() { return mgr.get_bv_type(kElementWidth); }
+  /// The bits that stand for `t`, a literal of an uninterpreted sort: its number. Throws
+  /// std::length_error where that is too large.
+  const Term* get_element(const Term* t);
   /// The index at which two arrays are to differ if this equality of them is false.
   const Term* get_witness(const Term* equality);
 
