@@ -8,6 +8,7 @@
 
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/solver.h"
+#include "vorn/theories/read_away.h"
 
 namespace vorn::solver {
 namespace {
@@ -133,12 +134,16 @@ bool Solver::try_shortly() {
 
 /// Whether this check has a local search, which is prepared when it is first wanted.
 bool Solver::has_local_search() {
-  if (!back_end->theory.is_empty()) may_search_locally = false;
-  if (may_search_locally && !back_end->local_search) {
-    back_end->local_search = search::LocalSearch::prepare(mgr, assertions.get_items(),
-                                                          static_cast<std::uint64_t>(options.seed));
-    may_search_locally = back_end->local_search.has_value();
+  if (!may_search_locally || back_end->local_search) return may_search_locally;
+  std::optional<std::vector<const Term*>> formulas = assertions.get_items();
+  if (!back_end->theory.is_empty()) {
+    formulas = theories::read_away(mgr, &back_end->theory, get_encoded_assertions());
   }
+  if (formulas) {
+    back_end->local_search =
+        search::LocalSearch::prepare(mgr, *formulas, static_cast<std::uint64_t>(options.seed));
+  }
+  may_search_locally = back_end->local_search.has_value();
   return may_search_locally;
 }
 
@@ -147,7 +152,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
   if (!has_local_search()) return false;
   if (!back_end->local_search->run(effort, options.termination_test)) return false;
   read_found_model();
-  has_model = model_holds();
+  has_model = (back_end->theory.is_empty() || interpret_model().empty()) && model_holds();
   if (has_model) ++statistics.tried_models;
   // A processor that does not round as IEEE 754 has it may take anything for a model.
   log(has_model ? "local search found a model" : "local search found what is no model");

@@ -231,6 +231,10 @@ Encoding Solver::encode(std::span<const Term* const> assumed) {
   is_deferred = false;
   translate_new();
   const TestedTerms tested(mgr, options.termination_test);
+  // Which statements on arrays and functions are needed is found out by a check.
+  if (!back_end->theory.is_empty() && decide() == Answer::unknown) throw Terminated();
+  has_model = false;
+  is_unsat = false;
   Encoding encoding;
   encoding.assertions = assertions.get_items();
   encoding.open_terms = semantics::find_open_terms(encoding.assertions);
