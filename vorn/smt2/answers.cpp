@@ -87,9 +87,10 @@ void Interpreter::get_model(Parser& parser, const Token& command) {
   check_flag(parser, command, ":produce-models");
   require_answer(parser, command, Answer::sat, kNoModel);
   std::string model = "(\n";
-  for (const SymbolTable::Declaration& d : symbols.get_declarations())
+  for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
     model += fmt::format("  (define-fun {} {})\n", quote_symbol(d.name),
                          define_value(parser, command, d));
+  }
   respond(model + ")");
 }
 
@@ -122,8 +123,8 @@ std::string Interpreter::define_values(const Symbol* function, const FunctionVal
     std::string condition;
     for (std::size_t i = 0; i < parameters.size(); ++i)
       condition += fmt::format(" (= {} {})", parameters[i], entry.arguments[i]->to_string());
-    condition = parameters.size() == 1 ? condition.substr(1) : "(and" + condition + ")";
-    text += fmt::format("(ite {} {} ", condition, entry.value->to_string());
+    if (parameters.size() > 1) condition = fmt::format(" (and{})", condition);
+    text += fmt::format("(ite{} {} ", condition, entry.value->to_string());
   }
   return text + value.otherwise->to_string() + std::string(value.entries.size(), ')');
 }

@@ -117,6 +117,7 @@ void Interpreter::minimize_core(Parser& parser, const Token& command) {
     std::vector<std::size_t> rest = core;
     rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(tried));
     std::vector<const Term*> assumed;
+    assumed.reserve(rest.size() + refutation->assumptions.size());
     for (const std::size_t i : rest)
       assumed.push_back(candidates[i]->term);
     for (const std::size_t i : refutation->assumptions)

@@ -59,7 +59,7 @@ Value Parser::annotated_constant(const Token& as) {
   if (!tokens.peek().is_symbol()) fail_annotation(as);
   const Token name = tokens.next();
   if (name.text.starts_with('@') && symbols.find(name.text) == nullptr) return element(name);
-  const Value value = symbol(name);
+  Value value = symbol(name);
   const DataType* sort = read_sort();
   tokens.expect_close("')' behind the sort");
   if (value.real) fail_annotation(as);
