@@ -137,8 +137,9 @@ class VORN_EXPORT Solver : public Engine {
   /// Of the SAT solver; its upper two bits are ignored.
   void set_seed(std::uint32_t seed) override;
 
-  /// What check_sat with these assumptions would decide, as a formula without floats. The solver is
-  /// then as after a check without a model.
+  /// What check_sat with these assumptions would decide, as a formula without floats, and with what
+  /// a check has found to be needed of arrays and functions. The solver is then as after a check
+  /// without a model. Throws Terminated where that check has no answer.
   Encoding encode(std::span<const Term* const> assumed);
   /// The constant that stands for a constant of the assertions in their encoding; null for a float
   /// or rounding mode that none of them mentions.
