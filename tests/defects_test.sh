@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # What is wrong with the command itself does not read as an error of its input, nor the other way
 # round.
-#   defects_test.sh FAULTY_VORN      the command with the encoder of tests/defects/faults.cpp
+#   defects_test.sh FAULTY_VORN      the command with the faults of tests/defects
 set -u
 vorn=$1
 # shellcheck source=tests/check.sh
@@ -68,5 +68,30 @@ run 'explain an operation' 3 '^$' '^error: planted$' length_error explain $sum
 run 'lift' 3 '^$' 'sum\.smt2:3:2: error: out of memory$' bad_alloc lift --check "$dir/sum.smt2" "$dir/sum.cnf" "$dir/answer"
 check 'eval: bad_alloc' 3 '^error: out of memory'$'\n''error: an empty line$' '^$' \
   env FAULT=bad_alloc bash -c "{ cat '$dir/line'; echo; } | '$vorn' eval"
+
+# What the theory forgets of arrays and functions, the check of the model sees.
+array='(declare-const %s (Array (_ BitVec 4) Bool))'
+small='(declare-const %s (Array Bool Bool))'
+script reads.smt2 "${array/\%s/a}"'(declare-const i (_ BitVec 4))(declare-const j (_ BitVec 4))
+(assert (= i j))(assert (distinct (select a i) (select a j)))\n(check-sat)\n'
+script writes.smt2 "${array/\%s/a}"'(declare-const i (_ BitVec 4))(declare-const j (_ BitVec 4))
+(assert (= i j))(assert (not (select (store a i true) j)))\n(check-sat)\n'
+script equals.smt2 "${array/\%s/a}${array/\%s/b}"'(declare-const i (_ BitVec 4))
+(assert (= a b))(assert (distinct (select a i) (select b i)))\n(check-sat)\n'
+script constants.smt2 "${array/\%s/a}"'(declare-const p Bool)(declare-const q Bool)
+(assert (distinct p q))(define-sort A () (Array (_ BitVec 4) Bool))
+(assert (= a ((as const A) p)))(assert (= a ((as const A) q)))\n(check-sat)\n'
+script functions.smt2 '(declare-fun f (Float16) Bool)(declare-const x Float16)(declare-const y Float16)
+(assert (= x y))(assert (distinct (f x) (f y)))\n(check-sat)\n'
+script witnesses.smt2 "${small/\%s/a}${small/\%s/b}"'(assert (distinct a b))
+(assert (= (select a true) (select b true)))(assert (= (select a false) (select b false)))\n(check-sat)\n'
+broken='^internal error: the model found does not satisfy an assertion'
+for name in reads writes equals constants functions witnesses; do
+  check "$name: without a fault" 0 '^unsat$' '^$' "$vorn" "$dir/$name.smt2"
+  run "$name" 4 '^$' "$broken" forget_statements "$dir/$name.smt2"
+done
+for name in reads writes equals constants; do
+  run "$name" 4 '^$' "$broken" forget_conflicts "$dir/$name.smt2"
+done
 
 summary
