@@ -14,6 +14,7 @@ BELOW = {
     "bv": ["terms", "utils"],
     "smt2": ["terms", "utils"],
     "semantics": ["terms", "utils"],
+    "ranges": ["semantics", "terms", "utils"],
     "rewrite": ["semantics", "terms", "utils"],
     "search": ["rewrite", "semantics", "terms", "utils"],
     "theories": ["semantics", "terms", "utils"],
