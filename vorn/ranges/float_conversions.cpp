@@ -98,8 +98,16 @@ void narrow_from_integer(RoundingModeSet modes, const FloatRange& result, BitRan
 
 BitRange to_integer(std::uint64_t width, RoundingModeSet modes, const FloatRange& x,
                     bool is_signed) {
-  const std::optional<BitRange> range = convert(width, modes, x, is_signed);
-  return range ? *range : BitRange::everything(width);
+  // Negative integers have the greater patterns.
+  BitRange result = BitRange::nothing(width);
+  for (const FloatClassSet sign : {kNegative | kNaN, kPositive}) {
+    const FloatRange part = x.restrict_to(sign);
+    if (part.is_empty()) continue;
+    const std::optional<BitRange> range = convert(width, modes, part, is_signed);
+    if (!range) return BitRange::everything(width);
+    result = result.hull(*range);
+  }
+  return result;
 }
 
 void narrow_to_integer(RoundingModeSet modes, const BitRange& result, FloatRange* x,

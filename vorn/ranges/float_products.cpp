@@ -221,6 +221,9 @@ void narrow_div(RoundingModeSet modes, const FloatRange& result, FloatRange* x, 
 
 FloatRange rem(const FloatRange& x, const FloatRange& y) {
   const IEEEFloat::format fmt = x.get_format();
+  if (x.is_value() && y.is_value()) {
+    return FloatRange::of_value(ieee_rem(x.get_value(), y.get_value()));
+  }
   const bool nan = x.has(kNaN | kInfinities) || y.has(kNaN | kZeros);
   FloatRange result = FloatRange::of_classes(fmt, nan ? kNaN : 0);
   const FloatRange dividend = x.restrict_to(kFinite);
