@@ -1,0 +1,159 @@
+#include "vorn/ranges/splitting.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "vorn/terms/bv_number.h"
+#include "vorn/terms/operations.h"
+
+namespace vorn::ranges {
+namespace {
+
+struct Parts {
+  Range first;
+  Range rest;
+};
+
+QNumber half(const QNumber& x) {
+  return BVNumber::bv_extract(BVNumber::bit_length(x), 1, x);
+}
+
+Parts split(const BoolRange&) {
+  return {BoolRange::of(true), BoolRange::of(false)};
+}
+
+Parts split(const RoundingModeSet& set) {
+  const RoundingModeSet first = RoundingModeSet::of(set.get_value());
+  return {first, set.without(first)};
+}
+
+Parts split(const BitRange& set) {
+  const std::uint64_t width = set.get_width();
+  const QNumber middle = set.get_least() + half(set.get_greatest() - set.get_least());
+  return {set.intersect(BitRange::between(width, set.get_least(), middle)),
+          set.intersect(BitRange::between(width, middle + 1, set.get_greatest()))};
+}
+
+/// By rank, but not further than two binades from the end with the larger magnitude: it is there
+/// that the interval is long.
+Parts split(const FloatRange& set) {
+  if (set.has(kNaN)) return {set.restrict_to(kNumbers), set.restrict_to(kNaN)};
+  const QNumber& least = set.get_least();
+  const QNumber& greatest = set.get_greatest();
+  QNumber middle(-1);
+  if (least.sign() >= 0 || greatest.sign() < 0) {
+    const QNumber binades = BVNumber::power_of_two(set.get_format().m + 1);
+    middle = least + half(greatest - least);
+    middle = least.sign() >= 0 ? std::max(middle, greatest - binades)
+                               : std::min(middle, least + binades);
+  }
+  return {set.at_most(middle), set.at_least(middle + 1)};
+}
+
+Parts split(std::monostate) {
+  return {};
+}
+
+/// How many bits tell the values apart.
+std::uint64_t count_bits(const Range& range) {
+  if (const auto* bits = std::get_if<BitRange>(&range)) {
+    return BVNumber::bit_length(bits->get_greatest() - bits->get_least());
+  }
+  if (const auto* floats = std::get_if<FloatRange>(&range)) {
+    const QNumber span = floats->get_greatest() - floats->get_least();
+    return (span.sign() < 0 ? 0 : BVNumber::bit_length(span)) + (floats->has(kNaN) ? 1U : 0U);
+  }
+  return 1;
+}
+
+bool is_bool(const Term* t) {
+  return t->get_type()->get_kind() == DataType::Kind::boolean;
+}
+
+/// Whether `t` has its value from nothing else that has a range.
+bool is_free(const Term* t) {
+  if (t->get_arity() == 0) return true;
+  const Operation* operation = find_operation(t->get_tag());
+  return operation == nullptr || operation->theory == Theory::arrays;
+}
+
+}  // namespace
+
+Splitting::~Splitting() {
+  for (; !choices.empty(); choices.pop_back())
+    ranges.pop();
+}
+
+bool Splitting::run(std::uint64_t effort) {
+  for (std::uint64_t spent = 0; spent < effort && !is_stuck;) {
+    spent += ranges.propagate(effort - spent);
+    if (ranges.is_contradiction()) {
+      if (choices.empty()) return true;
+      ranges.pop();
+      ranges.narrow(choices.back().slot, choices.back().rest);
+      choices.pop_back();
+      continue;
+    }
+    if (spent >= effort) break;
+    spent += mark_open();
+    std::optional<Slot> slot = find_condition();
+    if (!slot) slot = find_constant();
+    is_stuck = !slot;
+    if (slot) take(*slot);
+  }
+  return false;
+}
+
+void Splitting::take(Slot slot) {
+  Parts parts = std::visit([](const auto& range) { return split(range); }, ranges.get_range(slot));
+  choices.push_back({slot, std::move(parts.rest)});
+  ranges.push();
+  ranges.narrow(slot, parts.first);
+}
+
+/// Marks what is to be split: terms below a formula that is known to hold, or not to, but not from
+/// what is known of its arguments. Returns the effort.
+std::uint64_t Splitting::mark_open() {
+  marks.assign(ranges.get_size(), false);
+  std::uint64_t effort = 1;
+  for (Slot slot = ranges.get_size(); slot-- > 0;) {
+    const Term* t = ranges.get_term(slot);
+    if (is_free(t)) continue;
+    if (!marks[slot]) {
+      if (!is_bool(t) || !is_value(ranges.get_range(slot))) continue;
+      ++effort;
+      if (ranges.is_implied(slot)) continue;
+    }
+    for (std::size_t i = 0; i < t->get_arity(); ++i)
+      marks[ranges.get_argument(slot, i)] = true;
+  }
+  return effort + ranges.get_size() / 16;
+}
+
+/// A marked truth value that is open and that a choice or a connective waits for.
+std::optional<Splitting::Slot> Splitting::find_condition() const {
+  for (Slot slot = ranges.get_size(); slot-- > 0;) {
+    if (marks[slot] && is_bool(ranges.get_term(slot)) && !is_value(ranges.get_range(slot))) {
+      return slot;
+    }
+  }
+  return std::nullopt;
+}
+
+/// The marked constant with the most values.
+std::optional<Splitting::Slot> Splitting::find_constant() const {
+  std::optional<Slot> widest;
+  std::uint64_t most = 0;
+  for (Slot slot = 0; slot < ranges.get_size(); ++slot) {
+    if (!marks[slot] || !is_free(ranges.get_term(slot))) continue;
+    const Range& range = ranges.get_range(slot);
+    if (range.index() == 0 || is_value(range)) continue;
+    const std::uint64_t bits = count_bits(range);
+    if (bits <= most) continue;
+    most = bits;
+    widest = slot;
+  }
+  return widest;
+}
+
+}  // namespace vorn::ranges

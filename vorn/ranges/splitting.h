@@ -1,0 +1,56 @@
+// Refutation by cases: where ranges as they are say nothing, their parts may.
+//
+// Intervals forget that two operands are made of one constant, which costs the less the smaller the
+// interval is. So the range of a constant is halved, or a condition is taken to be true and then to
+// be false, until each part is seen to have no model.
+#ifndef VORN_RANGES_SPLITTING_H
+#define VORN_RANGES_SPLITTING_H
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "vorn/ranges/propagation.h"
+
+namespace vorn::ranges {
+
+/// A search through parts that can be interrupted and gone on with.
+class Splitting {
+ public:
+  /// Borrows the ranges, which are to be at the fixed point, and opens and closes levels of their
+  /// own on it.
+  explicit Splitting(Propagation& propagation) : ranges(propagation) {}
+  /// Closes what levels are open.
+  ~Splitting();
+  Splitting(const Splitting&) = delete;
+  Splitting& operator=(const Splitting&) = delete;
+
+  /// Goes on for that effort, in the unit of Propagation. True if the formulas have no model; the
+  /// ranges are a contradiction on the level they were on then. Throws as they do.
+  bool run(std::uint64_t effort);
+  /// Whether there is nothing left to be split.
+  bool is_over() const { return is_stuck; }
+
+ private:
+  using Slot = Propagation::Slot;
+
+  /// A part that was taken, and the rest.
+  struct Choice {
+    Slot slot;
+    Range rest;
+  };
+
+  std::uint64_t mark_open();
+  std::optional<Slot> find_condition() const;
+  std::optional<Slot> find_constant() const;
+  void take(Slot slot);
+
+  Propagation& ranges;
+  std::vector<Choice> choices;
+  std::vector<bool> marks;  // of terms that a formula needs which may still be false
+  bool is_stuck = false;
+};
+
+}  // namespace vorn::ranges
+
+#endif
