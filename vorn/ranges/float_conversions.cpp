@@ -71,13 +71,19 @@ BitRange numbers_to_bits(const FloatRange& x, bool negative) {
 
 FloatRange from_integer(IEEEFloat::format to, RoundingModeSet modes, const BitRange& x,
                         bool is_signed) {
-  const QNumber least = least_integer(x, is_signed);
-  const QNumber greatest = greatest_integer(x, is_signed);
+  FloatRange result = FloatRange::nothing(to);
+  for (const bool negative : {false, true}) {
+    // Natural numbers need not be cut, but may.
+    const BitRange part = x.with_sign(negative);
+    if (part.is_empty()) continue;
+    const QNumber least = least_integer(part, is_signed);
+    const QNumber greatest = greatest_integer(part, is_signed);
+    result = result.hull(FloatRange::between(
+        to, find_least(modes, [&](Mode mode) { return ieee_from_integer(to, mode, least); }),
+        find_greatest(modes, [&](Mode mode) { return ieee_from_integer(to, mode, greatest); })));
+  }
   // Zero is +0, and no integer is subnormal.
-  return FloatRange::between(
-             to, find_least(modes, [&](Mode mode) { return ieee_from_integer(to, mode, least); }),
-             find_greatest(modes, [&](Mode mode) { return ieee_from_integer(to, mode, greatest); }))
-      .restrict_to(kAllClasses & ~kSubnormals & ~zero_of(true));
+  return result.restrict_to(kAllClasses & ~kSubnormals & ~zero_of(true));
 }
 
 void narrow_from_integer(RoundingModeSet modes, const FloatRange& result, BitRange* x,
