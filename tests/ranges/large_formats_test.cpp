@@ -170,7 +170,8 @@ std::string name_of(const testing::TestParamInfo<std::array<unsigned, 2>>& info)
 
 INSTANTIATE_TEST_SUITE_P(Floats, LargeFormats,
                          testing::Values(std::array{5U, 10U}, std::array{8U, 23U},
-                                         std::array{11U, 52U}, std::array{15U, 112U}),
+                                         std::array{11U, 52U}, std::array{15U, 112U},
+                                         std::array{40U, 3U}),
                          name_of);
 
 TEST_P(LargeFormats, NothingPossibleIsLeftOut) {
