@@ -224,6 +224,21 @@ Range SmallOperation::make_random_result(std::mt19937_64& engine) const {
   return hull(pick(), pick());
 }
 
+std::vector<Range> SmallOperation::get_arguments(std::size_t combination) const {
+  const std::vector<std::size_t> numbers = split(combination);
+  std::vector<Range> arguments;
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    arguments.push_back(make_value(term->get_arg(i)->get_type(), domains[i][numbers[i]]));
+  return arguments;
+}
+
+Range SmallOperation::get_results(std::size_t combination) const {
+  Range found = make_nothing(term->get_type());
+  for (const std::uint32_t value : results[combination])
+    found = hull(found, make_value(term->get_type(), number(value)));
+  return found;
+}
+
 Range SmallOperation::find_results(const std::vector<Range>& ranges) const {
   std::vector<bool> seen(std::size_t{1} << term->get_type()->get_value_width());
   visit(ranges, [&](const auto& /*numbers*/, const std::vector<std::uint32_t>& some) {

@@ -41,6 +41,9 @@ class SmallOperation {
   /// A random set of results, often one of few values.
   Range make_random_result(std::mt19937_64& engine) const;
 
+  /// The arguments of a combination, each alone in its range, and the least set with all results.
+  std::vector<Range> get_arguments(std::size_t combination) const;
+  Range get_results(std::size_t combination) const;
   /// The least set with all results of arguments in these ranges.
   Range find_results(const std::vector<Range>& ranges) const;
   /// The least sets with all arguments in these ranges that give some value of `result`.

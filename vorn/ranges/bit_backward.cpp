@@ -64,6 +64,20 @@ BitRange narrow_sign_extension(const BitRange& result, const BitRange& x) {
   return kept;
 }
 
+/// The values of x that shifted by one distance are in `result`.
+BitRange narrow_shift(SymbolTag::tag tag, const BitRange& result, const BitRange& x,
+                      const BitRange& distance) {
+  const std::uint64_t width = x.get_width();
+  std::int64_t n = 0;
+  if (!distance.is_value() || !distance.get_least().get_int64(&n)) return x;
+  const auto count = static_cast<std::uint64_t>(n);
+  if (count >= width) return x;
+  if (tag == T::bv_shl) {
+    return insert(x, width - 1 - count, 0, bv_extract(width - 1, count, result));
+  }
+  return insert(x, width - 1, count, bv_extract(width - 1 - count, 0, result));
+}
+
 /// Values with x < y, or x <= y.
 void order(bool strict, bool is_signed, BitRange* x, BitRange* y) {
   const std::uint64_t width = x->get_width();
@@ -150,6 +164,11 @@ void narrow_bits(const Term* t, const Range& result, BitRange* x, BitRange* y) {
     case T::bv_xor:
       *x = x->intersect(bv_xor(bits, *y));
       if (!x->is_empty()) *y = y->intersect(bv_xor(bits, *x));
+      return;
+    case T::bv_shl:
+    case T::bv_lshr:
+    case T::bv_ashr:
+      *x = narrow_shift(tag, bits, *x, *y);
       return;
     case T::bv_and:
       *x = narrow_conjunct(bits, *x, *y);

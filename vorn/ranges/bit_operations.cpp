@@ -109,7 +109,7 @@ BitRange bv_concat(const BitRange& high, const BitRange& low) {
 BitRange bv_extract(std::uint64_t msb, std::uint64_t lsb, const BitRange& x) {
   const auto cut = [msb, lsb](const QNumber& bits) { return N::bv_extract(msb, lsb, bits); };
   const std::uint64_t width = msb - lsb + 1;
-  const BitRange bits = BitRange::of_bits(width, cut(x.get_ones()), cut(x.get_possible()));
+  BitRange bits = BitRange::of_bits(width, cut(x.get_ones()), cut(x.get_possible()));
   // The order stays where what is cut off above is the same.
   const bool is_ordered = N::bit_length(N::bv_xor(x.get_least(), x.get_greatest())) <= msb + 1;
   if (!is_ordered) return bits;

@@ -25,37 +25,48 @@ BitRange make_integers(std::uint64_t width, const QNumber& least, const QNumber&
                    : BitRange::between(width, least, greatest);
 }
 
-/// An integer, of which the bits may be those of a two's complement.
+/// The integer of a pattern.
 QNumber read_integer(const QNumber& bits, std::uint64_t width, bool is_signed) {
   return is_signed ? BVNumber::to_signed(bits, width) : bits;
 }
 
-/// The float x rounded to an integer; one beyond the integers of that width if it is beyond them.
-QNumber round_to_integer(Mode mode, const IEEEFloat& x, std::uint64_t width, bool is_signed) {
-  const std::optional<QNumber> bits = ieee_to_integer(mode, x, width, is_signed);
-  if (bits) return read_integer(*bits, width, is_signed);
-  return x.is_sign_set() ? BVNumber::power_of_two(width).neg() : BVNumber::power_of_two(width);
+/// The float x rounded to an integer of that width. False if there is none.
+bool round_to_integer(Mode mode, const IEEEFloat& x, std::uint64_t width, bool is_signed,
+                      QNumber* integer) {
+  // None is negative, since the static analyser misreads the destructor of an optional number.
+  const QNumber bits = ieee_to_integer(mode, x, width, is_signed).value_or(QNumber(-1));
+  if (bits.sign() < 0) return false;
+  *integer = read_integer(bits, width, is_signed);
+  return true;
 }
 
-/// What the greatest and the least of the integers of x are, in any of the modes; none if one of
-/// them has no bits. Since rounding keeps the order, all between have bits too.
+/// The float x rounded to an integer; one beyond the integers of that width if it is beyond them.
+QNumber bound_integer(Mode mode, const IEEEFloat& x, std::uint64_t width, bool is_signed) {
+  QNumber integer = BVNumber::power_of_two(width);
+  if (x.is_sign_set()) integer = integer.neg();
+  round_to_integer(mode, x, width, is_signed, &integer);
+  return integer;
+}
+
+/// What the integers of x are, in any of the modes; none if some have no bits. Since rounding keeps
+/// the order, those of the ends tell.
 std::optional<BitRange> convert(std::uint64_t width, RoundingModeSet modes, const FloatRange& x,
                                 bool is_signed) {
   if (!x.is_within(kFinite)) return std::nullopt;
-  std::optional<QNumber> least;
-  std::optional<QNumber> greatest;
+  const IEEEFloat first = float_of_rank(x.get_format(), x.get_least());
+  const IEEEFloat last = float_of_rank(x.get_format(), x.get_greatest());
+  BitRange result = BitRange::nothing(width);
   for (const Mode mode : kRoundingModes) {
     if (!modes.contains(mode)) continue;
-    const IEEEFloat::format fmt = x.get_format();
-    const auto first = ieee_to_integer(mode, float_of_rank(fmt, x.get_least()), width, is_signed);
-    const auto last = ieee_to_integer(mode, float_of_rank(fmt, x.get_greatest()), width, is_signed);
-    if (!first || !last) return std::nullopt;
-    const QNumber lowest = read_integer(*first, width, is_signed);
-    const QNumber highest = read_integer(*last, width, is_signed);
-    if (!least || lowest < *least) least = lowest;
-    if (!greatest || *greatest < highest) greatest = highest;
+    QNumber least;
+    QNumber greatest;
+    if (!round_to_integer(mode, first, width, is_signed, &least) ||
+        !round_to_integer(mode, last, width, is_signed, &greatest)) {
+      return std::nullopt;
+    }
+    result = result.hull(make_integers(width, least, greatest, is_signed));
   }
-  return make_integers(width, *least, *greatest, is_signed);
+  return result;
 }
 
 /// The patterns of the numbers of x that have one sign.
@@ -71,13 +82,19 @@ BitRange numbers_to_bits(const FloatRange& x, bool negative) {
 
 FloatRange from_integer(IEEEFloat::format to, RoundingModeSet modes, const BitRange& x,
                         bool is_signed) {
-  const QNumber least = least_integer(x, is_signed);
-  const QNumber greatest = greatest_integer(x, is_signed);
+  FloatRange result = FloatRange::nothing(to);
+  for (const bool negative : {false, true}) {
+    // Natural numbers need not be cut, but may.
+    const BitRange part = x.with_sign(negative);
+    if (part.is_empty()) continue;
+    const QNumber least = least_integer(part, is_signed);
+    const QNumber greatest = greatest_integer(part, is_signed);
+    result = result.hull(FloatRange::between(
+        to, find_least(modes, [&](Mode mode) { return ieee_from_integer(to, mode, least); }),
+        find_greatest(modes, [&](Mode mode) { return ieee_from_integer(to, mode, greatest); })));
+  }
   // Zero is +0, and no integer is subnormal.
-  return FloatRange::between(
-             to, find_least(modes, [&](Mode mode) { return ieee_from_integer(to, mode, least); }),
-             find_greatest(modes, [&](Mode mode) { return ieee_from_integer(to, mode, greatest); }))
-      .restrict_to(kAllClasses & ~kSubnormals & ~zero_of(true));
+  return result.restrict_to(kAllClasses & ~kSubnormals & ~zero_of(true));
 }
 
 void narrow_from_integer(RoundingModeSet modes, const FloatRange& result, BitRange* x,
@@ -91,9 +108,8 @@ void narrow_from_integer(RoundingModeSet modes, const FloatRange& result, BitRan
   const QNumber least = find_exact_least(fmt, modes, result.get_least());
   const QNumber greatest = find_exact_greatest(fmt, modes, result.get_greatest());
   *x = x->intersect(make_integers(
-      width, round_to_integer(Mode::plus_inf, float_of_rank(fmt, least), width, is_signed),
-      round_to_integer(Mode::minus_inf, float_of_rank(fmt, greatest), width, is_signed),
-      is_signed));
+      width, bound_integer(Mode::plus_inf, float_of_rank(fmt, least), width, is_signed),
+      bound_integer(Mode::minus_inf, float_of_rank(fmt, greatest), width, is_signed), is_signed));
 }
 
 BitRange to_integer(std::uint64_t width, RoundingModeSet modes, const FloatRange& x,
@@ -158,7 +174,7 @@ void narrow_from_bits(const FloatRange& result, BitRange* x) {
 
 BitRange to_bits(const FloatRange& x) {
   const IEEEFloat::format fmt = x.get_format();
-  const BitRange numbers = numbers_to_bits(x, false).hull(numbers_to_bits(x, true));
+  BitRange numbers = numbers_to_bits(x, false).hull(numbers_to_bits(x, true));
   if (!x.has(kNaN)) return numbers;
   return numbers.hull(BitRange::of_value(fmt.width(), IEEEFloat::quiet_nan_bits(fmt)));
 }

@@ -58,12 +58,13 @@ unsigned class_of(IEEEFloat::format fmt, const QNumber& rank) {
 QNumber rank_of(const IEEEFloat& x) {
   if (!x.is_sign_set()) return x.get_bits();
   const IEEEFloat::format fmt = x.get_format();
-  return BVNumber::power_of_two(fmt.e + fmt.m) - 1 - x.get_bits();
+  return negate_rank(BVNumber::bv_extract(fmt.e + fmt.m - 1, 0, x.get_bits()));
 }
 
 IEEEFloat float_of_rank(IEEEFloat::format fmt, const QNumber& rank) {
   if (rank.sign() >= 0) return IEEEFloat::from_bits(fmt, rank);
-  return IEEEFloat::from_bits(fmt, BVNumber::power_of_two(fmt.e + fmt.m) - 1 - rank);
+  return IEEEFloat::from_bits(fmt,
+                              BVNumber::bv_concat(QNumber(1), negate_rank(rank), fmt.e + fmt.m));
 }
 
 QNumber negate_rank(const QNumber& rank) {
@@ -71,7 +72,9 @@ QNumber negate_rank(const QNumber& rank) {
 }
 
 QNumber infinity_rank(IEEEFloat::format fmt) {
-  return BVNumber::power_of_two(fmt.e + fmt.m) - BVNumber::power_of_two(fmt.m);
+  // Asked for by whatever makes a range, so the formats in use take the short way.
+  if (fmt.width() <= 64) return QNumber(((std::int64_t{1} << fmt.e) - 1) << fmt.m);
+  return BVNumber::bv_concat(fmt.max_exponent(), QNumber(0), fmt.m);
 }
 
 FloatClassSet zero_of(bool negative) {

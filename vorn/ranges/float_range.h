@@ -3,7 +3,7 @@
 // The values of a format other than NaN are in one order, -oo < ... < -0 < +0 < ... < +oo, and are
 // numbered in it: the rank of a float with a clear sign is its pattern, that of its negation
 // -1 - pattern. Ends of intervals are ranks, so that neighbours are one apart, comparisons are
-// those of integers, and the ends of formats with up to 63 bits are machine words.
+// those of integers, and the ends of formats with up to 64 bits are machine words.
 #ifndef VORN_RANGES_FLOAT_RANGE_H
 #define VORN_RANGES_FLOAT_RANGE_H
 

@@ -1,5 +1,5 @@
-// Operations on one operand that grow with it: a result lies between those of the ends. Signs of
-// zeros and infinities stay, so whole intervals are taken, zeros and infinities included.
+// Operations on one operand that grow with it: a result lies between those of the ends. Zeros and
+// infinities stay as they are, and so do signs.
 #include "vorn/ranges/float_transfer.h"
 #include "vorn/ranges/rounding_bounds.h"
 #include "vorn/terms/ieee_arithmetic.h"
@@ -7,17 +7,21 @@
 namespace vorn::ranges {
 namespace {
 
-/// The results of the numbers of x, and NaN if it is there.
+/// The results of x, of which zeros, infinities and NaN are their own.
 template <class Round>
 FloatRange apply(IEEEFloat::format to, RoundingModeSet modes, const FloatRange& x,
                  const Round& round) {
-  const FloatRange nan = FloatRange::of_classes(to, x.has(kNaN) ? kNaN : 0);
-  if (!x.has(kNumbers)) return nan;
-  const IEEEFloat least = float_of_rank(x.get_format(), x.get_least());
-  const IEEEFloat greatest = float_of_rank(x.get_format(), x.get_greatest());
-  return nan.hull(
-      FloatRange::between(to, find_least(modes, [&](Mode mode) { return round(mode, least); }),
-                          find_greatest(modes, [&](Mode mode) { return round(mode, greatest); })));
+  FloatRange result = FloatRange::of_classes(to, x.get_classes() & (kZeros | kInfinities | kNaN));
+  for (const FloatClassSet sign : {kNegative, kPositive}) {
+    const FloatRange part = x.restrict_to(kNonzero & sign);
+    if (part.is_empty()) continue;
+    const IEEEFloat least = float_of_rank(x.get_format(), part.get_least());
+    const IEEEFloat greatest = float_of_rank(x.get_format(), part.get_greatest());
+    result = result.hull(FloatRange::between(
+        to, find_least(modes, [&](Mode mode) { return round(mode, least); }),
+        find_greatest(modes, [&](Mode mode) { return round(mode, greatest); })));
+  }
+  return result;
 }
 
 /// The numbers of x with the signs that `result` has, if NaN comes of NaN only.

@@ -80,7 +80,7 @@ FloatRange narrow_finite(const QNumber& least, const QNumber& greatest, const Fl
 FloatRange narrow_addend(RoundingModeSet modes, const FloatRange& result, const FloatRange& x,
                          const FloatRange& y) {
   const FloatClassSet classes = find_kept_addends(result, y);
-  const FloatRange kept = x.restrict_to(classes);
+  FloatRange kept = x.restrict_to(classes);
   if ((classes & kFinite) != 0 || !result.has(kNumbers)) return kept;
   const IEEEFloat::format fmt = x.get_format();
   const QNumber least = find_exact_least(fmt, modes, result.get_least());
@@ -151,7 +151,7 @@ FloatClassSet find_special_products(const FloatRange& x, bool x_negative, const 
 }  // namespace
 
 FloatRange add(RoundingModeSet modes, const FloatRange& x, const FloatRange& y) {
-  const FloatRange special = FloatRange::of_classes(x.get_format(), find_special_sums(x, y));
+  FloatRange special = FloatRange::of_classes(x.get_format(), find_special_sums(x, y));
   const FloatRange finite_x = x.restrict_to(kFinite);
   const FloatRange finite_y = y.restrict_to(kFinite);
   if (finite_x.is_empty() || finite_y.is_empty()) return special;
@@ -190,13 +190,9 @@ FloatRange fma(RoundingModeSet modes, const FloatRange& x, const FloatRange& y,
 void narrow_fma(RoundingModeSet modes, const FloatRange& result, FloatRange* x, FloatRange* y,
                 FloatRange* z) {
   if (result.has(kNaN)) return;
-  if (!result.has(kInfinities)) {
-    for (FloatRange* operand : {x, y, z})
-      *operand = operand->restrict_to(kFinite);
-  } else {
-    for (FloatRange* operand : {x, y, z})
-      *operand = operand->restrict_to(kNumbers);
-  }
+  // An infinite operand makes the result infinite.
+  for (FloatRange* operand : {x, y, z})
+    *operand = operand->restrict_to(result.has(kInfinities) ? kNumbers : kFinite);
   // What follows is about finite operands.
   const bool is_finite = x->is_within(kFinite) && y->is_within(kFinite) && z->is_within(kFinite);
   if (!is_finite || x->is_empty() || y->is_empty() || z->is_empty()) return;

@@ -1,10 +1,11 @@
 // What operations on floats say of the ranges of their operands and results.
 //
-// Forward: the range of the result, the least that holds the results of all operands, but where it
-// is said otherwise. Backward, the functions that narrow: operands that give no value of `result`,
-// whatever the other operands are, leave their ranges as far as that is seen. Both are sound: no
-// value leaves that is possible. Operations are those of vorn/terms/ieee_arithmetic.h in every mode
-// of the set. Ranges and sets of modes are not empty, but may become so where they are narrowed.
+// Forward: a range with the results of all operands. Its ends are results, and NaN is in it only if
+// it is one, but where it is said otherwise; of classes between the ends there may be too many.
+// Backward, the functions that narrow: operands that give no value of `result`, whatever the other
+// operands are, leave their ranges as far as that is seen. No value leaves that is possible.
+// Operations are those of vorn/terms/ieee_arithmetic.h in every mode of the set. Ranges and sets of
+// modes are not empty, but may become so where they are narrowed.
 #ifndef VORN_RANGES_FLOAT_TRANSFER_H
 #define VORN_RANGES_FLOAT_TRANSFER_H
 
@@ -20,7 +21,7 @@ namespace vorn::ranges {
 
 FloatRange add(RoundingModeSet modes, const FloatRange& x, const FloatRange& y);
 void narrow_add(RoundingModeSet modes, const FloatRange& result, FloatRange* x, FloatRange* y);
-/// x * y + z, rounded once. Classes between the ends need not all be results.
+/// x * y + z, rounded once.
 FloatRange fma(RoundingModeSet modes, const FloatRange& x, const FloatRange& y,
                const FloatRange& z);
 void narrow_fma(RoundingModeSet modes, const FloatRange& result, FloatRange* x, FloatRange* y,

@@ -4,8 +4,6 @@
 #ifndef VORN_RANGES_ROUNDING_BOUNDS_H
 #define VORN_RANGES_ROUNDING_BOUNDS_H
 
-#include <optional>
-
 #include "vorn/ranges/finite_sets.h"
 #include "vorn/ranges/float_range.h"
 #include "vorn/terms/ieee_float.h"
@@ -20,26 +18,26 @@ using Mode = IEEEFloat::rounding_mode;
 template <class Round>
 QNumber find_least(RoundingModeSet modes, const Round& round) {
   if (modes.contains(Mode::minus_inf)) return rank_of(round(Mode::minus_inf));
-  std::optional<QNumber> least;
+  QNumber least = rank_of(round(modes.get_value()));
   for (const Mode mode : kRoundingModes) {
-    if (!modes.contains(mode)) continue;
+    if (!modes.contains(mode) || mode == modes.get_value()) continue;
     const QNumber rank = rank_of(round(mode));
-    if (!least || rank < *least) least = rank;
+    if (rank < least) least = rank;
   }
-  return *least;
+  return least;
 }
 
 /// The same of the greatest.
 template <class Round>
 QNumber find_greatest(RoundingModeSet modes, const Round& round) {
   if (modes.contains(Mode::plus_inf)) return rank_of(round(Mode::plus_inf));
-  std::optional<QNumber> greatest;
+  QNumber greatest = rank_of(round(modes.get_value()));
   for (const Mode mode : kRoundingModes) {
-    if (!modes.contains(mode)) continue;
+    if (!modes.contains(mode) || mode == modes.get_value()) continue;
     const QNumber rank = rank_of(round(mode));
-    if (!greatest || *greatest < rank) greatest = rank;
+    if (greatest < rank) greatest = rank;
   }
-  return *greatest;
+  return greatest;
 }
 
 /// The modes in which negations of exact values round to negations of what they round to in these.
