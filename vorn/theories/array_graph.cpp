@@ -20,6 +20,10 @@ bool has_open_size(const DataType* type) {
   }
 }
 
+/// Comparisons of two indices from which on a subtraction of their bases takes fewer gates: it is
+/// twice as large as a comparison, after which each distance is a comparison with a number.
+constexpr std::uint64_t kFewComparisons = 8;
+
 bool is_store(const Term* t) {
   return t->get_tag() == SymbolTag::array_store;
 }
@@ -94,6 +98,7 @@ ArrayGraph::Position ArrayGraph::number_of(const Term* t) {
 
 void ArrayGraph::start_access(Position node, const Term* index, const Term* element) {
   accesses.push_back({index, element, number_of(index), number_of(element)});
+  ++base_uses[split_offset(index).base];
   arrivals.push_back({node, static_cast<Position>(accesses.size() - 1), kNone, nullptr});
 }
 
@@ -161,9 +166,42 @@ void ArrayGraph::propagate(std::vector<const Term*>* lemmas) {
 
 // Reasons -------------------------------------------------------------------------------------
 
+ArrayGraph::Offset ArrayGraph::split_offset(const Term* index) const {
+  Offset offset{index, QNumber(0)};
+  QNumber number;
+  if (index->get_type()->get_kind() != DataType::Kind::bit_vector) return offset;
+  while (offset.base->get_tag() == SymbolTag::bv_add) {
+    const bool is_first = mgr.is_number(offset.base->get_arg(0), &number);
+    if (!is_first && !mgr.is_number(offset.base->get_arg(1), &number)) return offset;
+    offset.distance = offset.distance + number;
+    offset.base = offset.base->get_arg(is_first ? 1 : 0);
+  }
+  if (mgr.is_number(offset.base, &number)) return {nullptr, offset.distance + number};
+  return offset;
+}
+
+/// That two indices are equal. Addresses are mostly distances from few bases, which are subtracted
+/// once, however many distances are compared.
+const Term* ArrayGraph::state_equal(const Term* i, const Term* j) {
+  Offset a = split_offset(i);
+  Offset b = split_offset(j);
+  const bool are_bits = i->get_type()->get_kind() == DataType::Kind::bit_vector;
+  if (!are_bits || (a.distance.sign() == 0 && b.distance.sign() == 0)) return mgr.make_equal(i, j);
+  if (a.base == nullptr || (b.base != nullptr && b.base->get_id() < a.base->get_id())) {
+    std::swap(a, b);
+  }
+  const Term* distance = mgr.make_bv_number(b.distance - a.distance, i->get_type()->get_width());
+  if (a.base == b.base) {
+    return mgr.make_equal(distance, mgr.make_bv_number(0, i->get_type()->get_width()));
+  }
+  if (b.base == nullptr) return mgr.make_equal(a.base, distance);
+  if (base_uses[a.base] * base_uses[b.base] < kFewComparisons) return mgr.make_equal(i, j);
+  return mgr.make_equal(mgr.make_bv_sub(a.base, b.base), distance);
+}
+
 /// What lets an access at `index` pass an edge.
 const Term* ArrayGraph::condition(const Term* reason, const Term* index) {
-  if (is_store(reason)) return mgr.make_not(mgr.make_equal(index, reason->get_arg(1)));
+  if (is_store(reason)) return mgr.make_not(state_equal(index, reason->get_arg(1)));
   if (reason->get_tag() != SymbolTag::ite) return reason;
   const Term* choice = reason->get_arg(0);
   return evaluator.evaluate(choice).sign() != 0 ? choice : mgr.make_not(choice);
@@ -184,7 +222,7 @@ const Term* ArrayGraph::state(Position a, Position b) {
   const Access& first = accesses[arrivals[a].access];
   const Access& second = accesses[arrivals[b].access];
   const Term* agree = mgr.make_equal(first.element, second.element);
-  const Term* differ = mgr.make_not(mgr.make_equal(first.index, second.index));
+  const Term* differ = mgr.make_not(state_equal(first.index, second.index));
   return explain(a, explain(b, mgr.make_or(differ, agree)));
 }
 

@@ -71,6 +71,11 @@ class ArrayGraph {
     Position from;
     const Term* reason;
   };
+  /// An index as a base, null for zero, and a distance from it.
+  struct Offset {
+    const Term* base;
+    QNumber distance;
+  };
   /// What a component has.
   struct Component {
     std::uint64_t writes = 0;
@@ -88,6 +93,8 @@ class ArrayGraph {
   void arrive(const Arrival& arrival, std::vector<const Term*>* lemmas);
   void propagate(std::vector<const Term*>* lemmas);
   bool is_blocked(const Term* reason, const Access& access);
+  Offset split_offset(const Term* index) const;
+  const Term* state_equal(const Term* i, const Term* j);
   const Term* condition(const Term* reason, const Term* index);
   const Term* state(Position a, Position b);
   const Term* explain(Position arrival, const Term* otherwise);
@@ -109,6 +116,7 @@ class ArrayGraph {
     std::size_t operator()(const QNumber& value) const noexcept { return value.hash(); }
   };
   std::unordered_map<QNumber, Position, NumberHash> numbers;
+  std::unordered_map<const Term*, std::uint64_t> base_uses;  // indices at each base
   std::vector<Access> accesses;
   std::vector<Arrival> arrivals;
   std::unordered_map<std::uint64_t, Position> table;  // arrivals by node and number of the index
