@@ -56,8 +56,9 @@ ArrayGraph::Position ArrayGraph::find_component(Position node) {
 
 /// `b` is what `a` is made of, unless they are equal.
 void ArrayGraph::connect(Position a, Position b, const Term* reason, bool is_equal) {
-  nodes[a].edges.push_back({b, reason, !is_equal});
-  nodes[b].edges.push_back({a, reason, false});
+  const Position hidden = is_store(reason) ? number_of(reason->get_arg(1)) : kNone;
+  nodes[a].edges.push_back({b, reason, !is_equal, hidden});
+  nodes[b].edges.push_back({a, reason, false, hidden});
   nodes[find_component(a)].component = find_component(b);
 }
 
@@ -97,9 +98,12 @@ ArrayGraph::Position ArrayGraph::number_of(const Term* t) {
 // Accesses ------------------------------------------------------------------------------------
 
 void ArrayGraph::start_access(Position node, const Term* index, const Term* element) {
-  accesses.push_back({index, element, number_of(index), number_of(element)});
+  const Position index_value = number_of(index);
+  const auto [group, fresh] = group_of.try_emplace(index_value, groups.size());
+  if (fresh) groups.emplace_back();
+  groups[group->second].push_back(static_cast<Position>(accesses.size()));
+  accesses.push_back({index, element, node, index_value, number_of(element)});
   ++base_uses[split_offset(index).base];
-  arrivals.push_back({node, static_cast<Position>(accesses.size() - 1), kNone, nullptr});
 }
 
 /// Writes come first: a write hides what is below it, so no other access at its index passes.
@@ -129,38 +133,43 @@ void ArrayGraph::seed_small_domain(const Component& component) {
   }
 }
 
-/// Whether an access does not pass the edge of that reason.
-bool ArrayGraph::is_blocked(const Term* reason, const Access& access) {
-  return is_store(reason) && number_of(reason->get_arg(1)) == access.index_value;
+/// Accesses at different indices know nothing of each other, so one index follows the other.
+void ArrayGraph::propagate(std::vector<const Term*>* lemmas) {
+  for (const std::vector<Position>& group : groups) {
+    const std::size_t begin = arrivals.size();
+    for (const Position access : group)
+      arrivals.push_back({accesses[access].node, access, kNone, nullptr});
+    for (std::size_t next = begin; next < arrivals.size(); ++next) {
+      if (poll.is_over()) throw Terminated();
+      arrive(static_cast<Position>(next), lemmas);
+    }
+    for (std::size_t next = begin; next < arrivals.size(); ++next)
+      nodes[arrivals[next].node].first = kNone;
+  }
 }
 
-void ArrayGraph::propagate(std::vector<const Term*>* lemmas) {
-  for (Position next = 0; next < arrivals.size(); ++next) {
-    if (poll.is_over()) throw Terminated();
-    const Arrival arrival = arrivals[next];
-    const Access& access = accesses[arrival.access];
-    const std::uint64_t key = (std::uint64_t{arrival.node} << 32U) | access.index_value;
-    const auto [entry, fresh] = table.try_emplace(key, next);
-    if (!fresh) {
-      const Access& first = accesses[arrivals[entry->second].access];
-      if (first.element_value != access.element_value) {
-        lemmas->push_back(state(entry->second, next));
-      }
-      continue;
-    }
-    const Node& node = nodes[arrival.node];
-    if (node.array->get_tag() == SymbolTag::array_const &&
-        number_of(node.array->get_arg(0)) != access.element_value) {
-      const Term* same = mgr.make_equal(access.element, node.array->get_arg(0));
-      lemmas->push_back(explain(next, same));
-      continue;
-    }
-    const bool goes_up = components.at(find_component(arrival.node)).has_equality;
-    for (const Edge& edge : node.edges) {
-      const bool is_open = edge.is_down || goes_up;
-      if (!is_open || is_blocked(edge.reason, access)) continue;
-      arrivals.push_back({edge.to, arrival.access, next, edge.reason});
-    }
+/// Compares an arrival with the first one at its node, or goes on from there.
+void ArrayGraph::arrive(Position next, std::vector<const Term*>* lemmas) {
+  const Arrival arrival = arrivals[next];
+  const Access& access = accesses[arrival.access];
+  Node& node = nodes[arrival.node];
+  if (node.first != kNone) {
+    const Access& first = accesses[arrivals[node.first].access];
+    if (first.element_value != access.element_value) lemmas->push_back(state(node.first, next));
+    return;
+  }
+  node.first = next;
+  if (node.array->get_tag() == SymbolTag::array_const &&
+      number_of(node.array->get_arg(0)) != access.element_value) {
+    const Term* same = mgr.make_equal(access.element, node.array->get_arg(0));
+    lemmas->push_back(explain(next, same));
+    return;
+  }
+  const bool goes_up = components.at(find_component(arrival.node)).has_equality;
+  for (const Edge& edge : node.edges) {
+    const bool is_open = edge.is_down || goes_up;
+    if (!is_open || edge.hidden == access.index_value) continue;
+    arrivals.push_back({edge.to, arrival.access, next, edge.reason});
   }
 }
 
