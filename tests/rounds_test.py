@@ -19,7 +19,7 @@ WRITES = 4  # of a round
 
 
 def make_round(number, unused):
-    """The commands of a round and its answer. Every other one is refuted, by all that has a name."""
+    """The commands of a round and its answers. Every other one is refuted, by all with a name."""
     written = "a"
     for i in range(WRITES):
         address = f"#x{number * WRITES + i:08x}"
