@@ -24,6 +24,7 @@ complete -c vorn -n $solve -l proof -r -d 'write a proof of unsat in DRAT'
 complete -c vorn -n $solve -l stats -d 'print statistics'
 complete -c vorn -n $solve -l verbose -d 'report progress'
 complete -c vorn -n '__fish_seen_subcommand_from encode' -l to -x -a 'smt2 dimacs aiger dot' -d format
+complete -c vorn -n '__fish_seen_subcommand_from encode' -l keep-arrays -d 'keep arrays and functions'
 complete -c vorn -n '__fish_seen_subcommand_from encode' -l op -x -d 'draw this operation'
 complete -c vorn -n '__fish_seen_subcommand_from encode' -l out -s o -r -d 'where to write'
 complete -c vorn -n '__fish_seen_subcommand_from lift' -l check -r -d 'evaluate this script'
