@@ -44,6 +44,8 @@ std::span<const FpRule> get_conversion_rules();
 std::span<const FpRule> get_comparison_rules();
 /// Rules for tests of classes.
 std::span<const FpRule> get_class_rules();
+/// Rules for bit-vectors.
+std::span<const FpRule> get_bit_vector_rules();
 
 /// All of these, in the order in which they are tried.
 std::vector<const FpRule*> get_fp_rules();
