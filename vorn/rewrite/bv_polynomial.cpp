@@ -23,8 +23,16 @@ std::size_t width_of(const Term* t) {
   return t->get_type()->get_width();
 }
 
+/// Whether `t` is the low bits of an operation: they are the operation on the low bits.
+bool is_low_part(const TermManager& mgr, const Term* t) {
+  return t->get_tag() == T::bv_extract && t->get_symbol()->get_indices()[1] == 0 &&
+         is_bv_arithmetic(mgr, t->get_arg(0));
+}
+
 /// The operands of an operation that is taken apart; none for a factor or a number.
-std::span<const Term* const> get_operands(const TermManager& mgr, const Term* t) {
+std::span<const Term* const> get_operands(const TermManager& mgr, const Term* t,
+                                          Products products) {
+  if (products == Products::multiply_out && is_low_part(mgr, t)) return t->get_args();
   if (!is_bv_arithmetic(mgr, t)) return {};
   return t->get_tag() == T::bv_shl ? t->get_args().first(1) : t->get_args();
 }
@@ -32,7 +40,7 @@ std::span<const Term* const> get_operands(const TermManager& mgr, const Term* t)
 /// Walks down from one term, with its own stack.
 class Expansion {
  public:
-  Expansion(const TermManager& manager, Products kind, const BvCase* one)
+  Expansion(TermManager& manager, Products kind, const BvCase* one)
       : mgr(manager), products(kind), in_case(one) {}
 
   const BvPolynomial& expand(const Term* term) {
@@ -56,7 +64,7 @@ class Expansion {
   bool push_operands(const Term* t, std::vector<const Term*>* stack) {
     const std::size_t depth = stack->size();
     if (!entered.contains(t->get_id()) && entered.size() < kMostOperations) {
-      for (const Term* operand : get_operands(mgr, t)) {
+      for (const Term* operand : get_operands(mgr, t, products)) {
         const Term* arg = resolve(operand);
         if (!known.contains(arg->get_id())) stack->push_back(arg);
       }
@@ -81,7 +89,7 @@ class Expansion {
   /// The operation on polynomials; false where it is none, or is not to be taken apart.
   bool apply(const Term* t, BvPolynomial* result) const {
     std::vector<const BvPolynomial*> args;
-    for (const Term* operand : get_operands(mgr, t)) {
+    for (const Term* operand : get_operands(mgr, t, products)) {
       const auto found = known.find(resolve(operand)->get_id());
       if (found == known.end()) return false;
       args.push_back(&found->second);
@@ -107,8 +115,22 @@ class Expansion {
       case T::bv_shl:
         result->add(*args[0], BVNumber::bv_shl(QNumber(1), get_distance(t), width));
         return true;
+      case T::bv_extract:
+        add_low_part(*args[0], result);
+        return true;
       default:
         return multiply(*args[0], *args[1], result);
+    }
+  }
+
+  void add_low_part(const BvPolynomial& whole, BvPolynomial* result) const {
+    const std::size_t width = result->get_width();
+    for (const auto& [product, coefficient] : whole.get_summands()) {
+      BvPolynomial::Product low;
+      for (const Term* factor : product)
+        low.push_back(mgr.make_bv_extract(width - 1, 0, factor));
+      std::ranges::sort(low, {}, &Term::get_id);
+      result->add(low, BVNumber::modulo(coefficient, width));
     }
   }
 
@@ -124,7 +146,7 @@ class Expansion {
     return true;
   }
 
-  const TermManager& mgr;
+  TermManager& mgr;
   const Products products;
   const BvCase* in_case;
   std::unordered_map<std::size_t, BvPolynomial> known;  // by identifier
@@ -150,6 +172,10 @@ bool is_bv_arithmetic(const TermManager& mgr, const Term* t) {
     default:
       return false;
   }
+}
+
+bool is_expanded(const TermManager& mgr, const Term* t, Products products) {
+  return !get_operands(mgr, t, products).empty();
 }
 
 bool BvPolynomial::ProductOrder::operator()(const Product& a, const Product& b) const {
@@ -204,8 +230,7 @@ bool BvPolynomial::is_never_zero() const {
   return true;
 }
 
-BvPolynomial expand(const TermManager& mgr, const Term* t, Products products,
-                    const BvCase* in_case) {
+BvPolynomial expand(TermManager& mgr, const Term* t, Products products, const BvCase* in_case) {
   return Expansion(mgr, products, in_case).expand(t);
 }
 

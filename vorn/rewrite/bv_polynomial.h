@@ -1,8 +1,9 @@
 // Bit-vectors as sums of products, modulo a power of two.
 //
 // Sums, differences, negations, complements, products and shifts by numbers are taken apart down to
-// terms of other kinds, the factors. Two terms with the same polynomial are equal. The converse
-// does not hold modulo a power of two, where x * x * x * x - x * x, say, is a multiple of 4.
+// terms of other kinds, the factors; so are the low bits of these, where products are multiplied
+// out. Two terms with the same polynomial are equal. The converse does not hold modulo a power of
+// two, where x * x * x * x - x * x, say, is a multiple of 4.
 //
 // Products of sums are multiplied out, which can take exponential space: what grows beyond a bound
 // is a factor instead.
@@ -62,11 +63,14 @@ enum class Products : std::uint8_t {
 };
 
 /// The polynomial of a bit-vector term, in a case if one is given.
-BvPolynomial expand(const TermManager& mgr, const Term* t, Products products,
+BvPolynomial expand(TermManager& mgr, const Term* t, Products products,
                     const BvCase* in_case = nullptr);
 
-/// Whether `t` is an operation that `expand` takes apart.
+/// Whether `t` is a sum, difference, negation, complement, product, or shift to the left by a
+/// number.
 bool is_bv_arithmetic(const TermManager& mgr, const Term* t);
+/// Whether `t` is an operation that `expand` takes apart.
+bool is_expanded(const TermManager& mgr, const Term* t, Products products);
 
 /// 2^width - 1, the coefficient that subtracts.
 QNumber minus_one(std::size_t width);

@@ -99,7 +99,7 @@ const Term* relate_different(TermManager& mgr, const Term* t) {
   return t->get_tag() == T::bv_comp ? mgr.make_bv_number(0, 1) : mgr.make_false();
 }
 
-BvPolynomial subtract(const TermManager& mgr, const Term* t, Products products,
+BvPolynomial subtract(TermManager& mgr, const Term* t, Products products,
                       const BvCase* in_case = nullptr) {
   BvPolynomial difference = expand(mgr, t->get_arg(0), products, in_case);
   difference.add(expand(mgr, t->get_arg(1), products, in_case), minus_one(width_of(t->get_arg(0))));
@@ -110,8 +110,11 @@ BvPolynomial subtract(const TermManager& mgr, const Term* t, Products products,
 const Term* compare_polynomials(TermManager& mgr, const Term* t) {
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
-  if (!is_bits(a) || !(is_bv_arithmetic(mgr, a) || is_bv_arithmetic(mgr, b))) return nullptr;
-  const BvPolynomial difference = subtract(mgr, t, Products::multiply_out);
+  constexpr Products kProducts = Products::multiply_out;
+  if (!is_bits(a) || !(is_expanded(mgr, a, kProducts) || is_expanded(mgr, b, kProducts))) {
+    return nullptr;
+  }
+  const BvPolynomial difference = subtract(mgr, t, kProducts);
   if (difference.is_zero()) return relate_equal(mgr, t);
   return difference.is_never_zero() && !is_order(t) ? relate_different(mgr, t) : nullptr;
 }
