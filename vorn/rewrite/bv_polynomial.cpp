@@ -14,10 +14,12 @@ namespace {
 using T = SymbolTag;
 
 // Bounds, so that a comparison costs no more than some thousands of steps. The laws that people
-// write have some ten operations; a product of two sums of eight terms is within them.
+// write have some ten operations; a product of two sums of eight terms is within them. Where
+// products are kept, it is to see what cancels at the top.
 constexpr std::size_t kMostSummands = 64;
 constexpr std::size_t kMostFactors = 12;
-constexpr std::size_t kMostOperations = 128;
+constexpr std::size_t kMostOperations = 32;
+constexpr std::size_t kMostAtTheTop = 8;
 
 std::size_t width_of(const Term* t) {
   return t->get_type()->get_width();
@@ -63,7 +65,7 @@ class Expansion {
   /// False where there are none to be done first, or no more operations are taken apart.
   bool push_operands(const Term* t, std::vector<const Term*>* stack) {
     const std::size_t depth = stack->size();
-    if (!entered.contains(t->get_id()) && entered.size() < kMostOperations) {
+    if (!entered.contains(t->get_id()) && entered.size() < limit) {
       for (const Term* operand : get_operands(mgr, t, products)) {
         const Term* arg = resolve(operand);
         if (!known.contains(arg->get_id())) stack->push_back(arg);
@@ -148,6 +150,7 @@ class Expansion {
 
   TermManager& mgr;
   const Products products;
+  const std::size_t limit = products == Products::keep ? kMostAtTheTop : kMostOperations;
   const BvCase* in_case;
   std::unordered_map<std::size_t, BvPolynomial> known;  // by identifier
   std::set<std::size_t> entered;

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "vorn/rewrite/bv_cases.h"
+#include "vorn/rewrite/bv_fingerprint.h"
 #include "vorn/rewrite/bv_polynomial.h"
 #include "vorn/rewrite/fp_rules.h"
 #include "vorn/terms/bv_number.h"
@@ -114,6 +115,8 @@ const Term* compare_polynomials(TermManager& mgr, const Term* t) {
   if (!is_bits(a) || !(is_expanded(mgr, a, kProducts) || is_expanded(mgr, b, kProducts))) {
     return nullptr;
   }
+  const BvFingerprint left = make_fingerprint(mgr, a);
+  if (!may_be_decided(left, make_fingerprint(mgr, b), width_of(a))) return nullptr;
   const BvPolynomial difference = subtract(mgr, t, kProducts);
   if (difference.is_zero()) return relate_equal(mgr, t);
   return difference.is_never_zero() && !is_order(t) ? relate_different(mgr, t) : nullptr;
@@ -172,24 +175,32 @@ const Term* make_side(TermManager& mgr, const BvPolynomial& sum, bool negative) 
   return side == nullptr ? mgr.make_bv_number(0, width) : side;
 }
 
-/// Summands that both sides have cancel, as long as no products with numbers arise but shifts.
+/// Whether a summand, added or subtracted, is no product with a number but a power of two.
+bool is_power(const BvPolynomial::Summands::value_type& summand, std::size_t width) {
+  const QNumber& coefficient = summand.second;
+  const bool is_negative = coefficient.test_bit(width - 1);
+  const QNumber factor = is_negative ? BVNumber::bv_neg(coefficient, width) : coefficient;
+  return factor == BVNumber::power_of_two(BVNumber::bit_length(factor) - 1);
+}
+
+/// Summands that both sides have cancel. Sums below those that are compared may be of use elsewhere
+/// and stay in any case, so that no more additions may arise than there are at the top.
 const Term* cancel_summands(TermManager& mgr, const Term* t) {
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
-  if (!is_bits(a) || !(is_bv_arithmetic(mgr, a) || is_bv_arithmetic(mgr, b))) return nullptr;
+  if (!is_bits(a)) return nullptr;
+  const std::size_t sums = (is_bv_arithmetic(mgr, a) ? 1 : 0) + (is_bv_arithmetic(mgr, b) ? 1 : 0);
+  if (sums == 0) return nullptr;
   const std::size_t width = width_of(a);
   const BvPolynomial left = expand(mgr, a, Products::keep);
   const BvPolynomial right = expand(mgr, b, Products::keep);
   BvPolynomial difference = left;
   difference.add(right, minus_one(width));
-  const std::size_t summands = left.get_summands().size() + right.get_summands().size();
-  if (difference.get_summands().size() >= summands) return nullptr;
-  for (const auto& [product, coefficient] : difference.get_summands()) {
-    const bool is_negative = coefficient.test_bit(width - 1);
-    const QNumber factor = is_negative ? BVNumber::bv_neg(coefficient, width) : coefficient;
-    const bool is_power = factor == BVNumber::power_of_two(BVNumber::bit_length(factor) - 1);
-    if (!product.empty() && !is_power) return nullptr;
-  }
+  const std::size_t left_over = difference.get_summands().size();
+  if (left_over >= left.get_summands().size() + right.get_summands().size()) return nullptr;
+  if (left_over > sums + 1) return nullptr;
+  for (const auto& summand : difference.get_summands())
+    if (!summand.first.empty() && !is_power(summand, width)) return nullptr;
   const Term* x = make_side(mgr, difference, false);
   const Term* y = make_side(mgr, difference, true);
   return t->get_tag() == T::bv_comp ? mgr.make_bv_comp(x, y) : mgr.make_equal(x, y);
