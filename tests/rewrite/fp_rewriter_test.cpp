@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <set>
+#include <string>
+#include <utility>
 
 #include "tests/rewrite/rewriting.h"
 #include "vorn/rewrite/fp_rules.h"
@@ -251,6 +253,24 @@ TEST(FpRewriter, EachRuleFiresAndKeepsAllValues) {
     EXPECT_NE(to, from);
     EXPECT_EQ(to, rewriter.rewrite(reader.read(row.sort, row.to))) << to->to_string();
     expect_equal_values(mgr, from, to);
+  }
+}
+
+/// Other divisions than of x and -x, and sums below the top, can be of use elsewhere: to choose
+/// between their operands or to write them out would make circuits larger.
+TEST(FpRewriter, LeavesBitVectorsThatMayBeShared) {
+  TermReader reader(kDeclarations);
+  const std::pair<const char*, const char*> rows[] = {
+      {"(_ BitVec 3)", "(ite p (bvurem c d) (bvurem c v))"},
+      {"(_ BitVec 3)", "(ite p (bvudiv c d) (bvurem (bvneg c) d))"},
+      {"(_ BitVec 3)", "(ite p (bvudiv v d) (bvudiv (bvneg c) d))"},
+      {"Bool", "(= (bvadd (bvadd c (bvadd d v)) (bvmul c d)) (bvadd c (bvmul c v)))"},
+      {"Bool", "(= (bvmul c (bvadd d v)) (bvmul c d))"},
+  };
+  for (const auto& [sort, text] : rows) {
+    FpRewriter rewriter(reader.get_manager());
+    const Term* t = reader.read(sort, text);
+    EXPECT_EQ(rewriter.rewrite(t), t) << text << ": " << rewriter.describe_counts();
   }
 }
 
