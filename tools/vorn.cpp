@@ -76,7 +76,7 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->type_name("FILE");
   app.add_flag_callback(
       "--no-rewrite", [&options] { options.rewrite = false; },
-      "encode floating-point operations as they were asserted");
+      "encode operations as they were asserted");
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
   app.add_flag("--verbose", options.verbose,
                "report progress on standard error, and spellings that the standard does not allow");
