@@ -45,6 +45,7 @@ set(public_headers
     semantics/open_terms.h
     smt2/error.h
     smt2/interpreter.h
+    smt2/model_text.h
     solver/congruences.h
     solver/encoding.h
     solver/explanation.h

@@ -19,7 +19,7 @@ _vorn() {
       '') options+=" --version $solve" ;;
       solve) options+=" $solve" ;;
       eval) options+=' --encoder' ;;
-      encode) options+=' --to --op --out --encoder --strict' ;;
+      encode) options+=' --to --op --out --keep-arrays --encoder --strict' ;;
       lift) options+=' --check' ;;
       explain) options+=' --encoder --json --strict' ;;
     esac

@@ -16,7 +16,7 @@ complete -c vorn -n "not __fish_seen_subcommand_from eval lift" -l strict \
 set -l solve "not __fish_seen_subcommand_from eval encode lift explain"
 complete -c vorn -n $solve -l time-limit -x -d 'end each check after that many seconds'
 complete -c vorn -n $solve -l memory-limit -x -d 'end what needs more megabytes of memory'
-complete -c vorn -n $solve -l no-rewrite -d 'encode formulas over floats as they are'
+complete -c vorn -n $solve -l no-rewrite -d 'encode formulas as they are'
 complete -c vorn -n $solve -l no-local-search -d 'find models by circuits alone'
 complete -c vorn -n $solve -l check-model -d 'check each model, which is always done'
 complete -c vorn -n $solve -l cnf -r -d 'write the clauses in DIMACS'
@@ -24,6 +24,7 @@ complete -c vorn -n $solve -l proof -r -d 'write a proof of unsat in DRAT'
 complete -c vorn -n $solve -l stats -d 'print statistics'
 complete -c vorn -n $solve -l verbose -d 'report progress'
 complete -c vorn -n '__fish_seen_subcommand_from encode' -l to -x -a 'smt2 dimacs aiger dot' -d format
+complete -c vorn -n '__fish_seen_subcommand_from encode' -l keep-arrays -d 'keep arrays and functions'
 complete -c vorn -n '__fish_seen_subcommand_from encode' -l op -x -d 'draw this operation'
 complete -c vorn -n '__fish_seen_subcommand_from encode' -l out -s o -r -d 'where to write'
 complete -c vorn -n '__fish_seen_subcommand_from lift' -l check -r -d 'evaluate this script'

@@ -134,12 +134,60 @@ done
 drat_trim=$(command -v drat-trim) || echo 'SKIPPED: drat-trim is not installed'
 traced=0
 refuted=0
-for file in "$scripts"/*.smt2 "$dir"/open-*.smt2 "$dir/assuming.smt2" "$dir/names.smt2"; do
+for file in "$scripts"/*.smt2 "$scripts"/arrays/*.smt2 "$dir"/open-*.smt2 "$dir/assuming.smt2" "$dir/names.smt2"; do
   read -r -a options < <(sed -n '1s/^; options: *//p' "$file") || true
   judge "$(basename "$file")" "$file" "${options[@]}"
 done
 check scripts_were_judged 0 '^yes$' '' bash -c "((traced = $traced, refuted = $refuted, traced >= 10 && refuted >= 5)) && echo yes"
 check open_unsat 0 '^unsat$' '^$' bash -c "'$vorn' encode --to smt2 '$dir/open-unsat.smt2' | '$vorn' -"
+
+# Arrays and functions: as lemmas, or as they are.
+script memory.smt2 '(set-logic QF_AUFBVFP)
+(declare-const m (Array (_ BitVec 32) Float32))(declare-const i (_ BitVec 32))(declare-const j (_ BitVec 32))
+(declare-fun f (Float32 RoundingMode) Float32)(declare-const r RoundingMode)(declare-const x Float32)
+(assert (= x (f (select m i) r)))(assert (fp.lt (f (select (store m j x) i) RTZ) (select m j)))
+(assert (distinct (store m i x) (store m j x)))(assert (= r RTZ))\n(check-sat)\n'
+check kept 0 $'; \\|m\\| \\(Array \\(_ BitVec 32\\) \\(_ FloatingPoint 8 24\\)\\) is [^\n]+\n; \\|f\\| [^\n]+ is [^\n]+\n\\(set-logic QF_AUFBV\\)\n.*\\(declare-fun [^ ]+ \\(\\(_ BitVec 32\\) \\(_ BitVec 3\\)\\) \\(_ BitVec 32\\)\\)' '^$' \
+  "$vorn" encode --to smt2 --keep-arrays "$dir/memory.smt2"
+check not_kept 0 '\(set-logic QF_BV\)' '^$' "$vorn" encode --to smt2 "$dir/memory.smt2"
+check kept_in_clauses 2 '^$' 'keep-arrays goes with --to smt2' "$vorn" encode --to dimacs --keep-arrays "$dir/memory.smt2"
+kept() { # NAME SCRIPT ANSWER
+  check "kept: $1" 0 "^$3\$" '^$' bash -c "'$vorn' encode --to smt2 --keep-arrays '$2' 2>'$dir/null' | '$vorn' -"
+}
+kept memory "$dir/memory.smt2" sat
+for file in "$scripts"/arrays/*.smt2; do
+  kept "$(basename "$file")" "$file" "$("$vorn" "$file" | grep -m1 -xE 'sat|unsat')"
+done
+# As floats the arrays are equal, as bits they would not have to be.
+script nans.smt2 '(declare-const a (Array Bool Float16))(declare-const b (Array Bool Float16))
+(assert (and (fp.isNaN (select a true)) (fp.isNaN (select b true)) (= (select a false) (select b false))))
+(assert (distinct a b))\n(check-sat)\n'
+kept nans "$dir/nans.smt2" unsat
+script loose.smt2 '(declare-const a (Array (Array Bool Float16) Bool))(declare-const i (Array Bool Float16))
+(assert (select a i))\n(check-sat)\n'
+check kept_loose 1 '^$' 'loose.smt2:3:2: error: arrays of floats, .* as indices or arguments cannot be kept' \
+  "$vorn" encode --to smt2 --keep-arrays "$dir/loose.smt2"
+script modes.smt2 '(declare-const a (Array RoundingMode Bool))
+(define-fun none () (Array RoundingMode Bool) ((as const (Array RoundingMode Bool)) false))
+(assert (= (store (store (store (store (store none RNE true) RNA true) RTP true) RTN true) RTZ true)
+  ((as const (Array RoundingMode Bool)) true)))\n(check-sat)\n'
+check kept_everywhere 1 '^$' 'modes.smt2:5:2: error: constant arrays over .* cannot be kept' \
+  "$vorn" encode --to smt2 --keep-arrays "$dir/modes.smt2"
+check not_kept_everywhere 0 '^sat$' '^$' bash -c "'$vorn' encode --to smt2 '$dir/modes.smt2' | '$vorn' -"
+script finite.smt2 '(declare-sort S 0)(declare-const a S)
+(assert (= (store ((as const (Array S Bool)) true) a false) ((as const (Array S Bool)) false)))\n(check-sat)\n'
+check only_infinite 1 '^$' 'finite.smt2:3:2: error: what has no model in which uninterpreted sorts are infinite' \
+  "$vorn" encode --to smt2 "$dir/finite.smt2"
+# The way back: constants are given, arrays and functions are found.
+"$vorn" encode --to dimacs "$dir/memory.smt2" >"$dir/memory.cnf"
+"$solver" <"$dir/memory.cnf" >"$dir/memory.sol"
+check lift_arrays 0 '^sat.*define-fun m .*\(store|as const.*define-fun f \(\(x!0 \(_ FloatingPoint 8 24\)\) \(x!1 RoundingMode\)\)' '^$' \
+  "$vorn" lift "$dir/memory.cnf" "$dir/memory.sol" --check "$dir/memory.smt2"
+check lift_arrays_unchecked 0 '^sat.*define-fun i .*define-fun x' '^$' "$vorn" lift "$dir/memory.cnf" "$dir/memory.sol"
+sed '/^v/d' "$dir/memory.sol" >"$dir/memory-zeros.sol"
+echo 'v 0' >>"$dir/memory-zeros.sol"
+check lift_no_arrays 1 '^$' 'zeros.sol: error: the model does not satisfy the assertions, whatever the arrays' \
+  "$vorn" lift "$dir/memory.cnf" "$dir/memory-zeros.sol" --check "$dir/memory.smt2"
 
 # A circuit is read by who reads such files; here it is only known to be one (aiger_test.cpp reads it).
 check aiger 0 $'^aag [0-9]+ [0-9]+ 0 1 [0-9]+\n.*\ni0 \|x\|\\[0\\]\n.*\no0 assertions$' '^$' "$vorn" encode --to aiger "$dir/sat.smt2"

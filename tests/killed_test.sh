@@ -7,13 +7,15 @@ vorn=$1
 # shellcheck source=tests/check.sh
 source "$(dirname "${BASH_SOURCE[0]}")/check.sh"
 
-# multiplication BITS: it is associative, which takes long to prove even for few bits.
-multiplication() {
-  printf '(declare-const x (_ BitVec %s))(declare-const y (_ BitVec %s))(declare-const z (_ BitVec %s))
-(assert (distinct (bvmul x (bvmul y z)) (bvmul (bvmul x y) z)))\n(check-sat)\n' "$1" "$1" "$1"
+# product BITS PRIME: no two numbers of BITS bits make it but by 1, which takes long to prove.
+product() {
+  printf '(declare-const x (_ BitVec %s))(declare-const y (_ BitVec %s))
+(assert (and (distinct x (_ bv1 %s)) (distinct y (_ bv1 %s))))
+(assert (= (bvmul ((_ zero_extend %s) x) ((_ zero_extend %s) y)) (_ bv%s %s)))\n(check-sat)\n' \
+    "$1" "$1" "$1" "$1" "$1" "$1" "$2" $((2 * $1))
 }
-multiplication 5 >"$dir/proved.smt2"
-multiplication 32 >"$dir/endless.smt2"
+product 8 16381 >"$dir/proved.smt2"
+product 32 4611686018427387847 >"$dir/endless.smt2"
 # Many clauses that are soon satisfied: no limit of time, which would decide what there is to write.
 script large.smt2 '(declare-const x (_ BitVec 120))(declare-const y (_ BitVec 120))
 (declare-const z (_ BitVec 120))(assert (bvugt (bvmul x (bvmul y z)) z))(check-sat)\n'

@@ -24,12 +24,32 @@
 #include "vorn/bv/dimacs.h"
 #include "vorn/smt2/command_reader.h"
 #include "vorn/solver/encoding.h"
+#include "vorn/terms/post_order.h"
 #include "vorn/terms/printer.h"
 #include "vorn/terms/script_printer.h"
 #include "vorn/utils/output_file.h"
 
 namespace vorn::tools {
 namespace {
+
+/// The logic of Boolean and bit-vector formulas with these arrays and functions. Those of arrays
+/// have them from bit-vectors to bit-vectors, and other solvers keep to that.
+std::string name_logic(std::span<const Term* const> formulas) {
+  bool has_arrays = false;
+  bool has_functions = false;
+  const auto is_vector = [](const DataType* type) {
+    return type->get_kind() == DataType::Kind::bit_vector;
+  };
+  for (const Term* t : list_post_order(formulas)) {
+    const DataType* type = t->get_type();
+    has_functions = has_functions || t->get_symbol()->is_function();
+    if (type->get_kind() != DataType::Kind::array) continue;
+    has_arrays = true;
+    const bool is_plain = is_vector(type->get_index()) && is_vector(type->get_element());
+    if (!is_plain || t->get_tag() == SymbolTag::array_const) return "ALL";
+  }
+  return fmt::format("QF_{}{}BV", has_arrays ? "A" : "", has_functions ? "UF" : "");
+}
 
 void write_script(std::ostream& out, const FirstCheck& check) {
   const ScriptPrinter printer(check.encoding.conjuncts);
@@ -40,7 +60,11 @@ void write_script(std::ostream& out, const FirstCheck& check) {
     out << fmt::format("; {} {} is {}\n", solver::line_symbol(name),
                        constant->get_type()->to_string(), symbol);
   }
-  out << "(set-logic QF_BV)\n";
+  for (const auto& [symbol, kept] : check.encoding.kept) {
+    out << fmt::format("; {} {} is {}\n", solver::line_symbol(symbol->get_name()),
+                       symbol->get_output_type()->to_string(), printer.get_name(kept));
+  }
+  out << fmt::format("(set-logic {})\n", name_logic(check.encoding.conjuncts));
   printer.print(out);
   out << "(check-sat)\n";
 }
@@ -91,7 +115,6 @@ void write_clauses(std::ostream& out, const TermManager& manager, const FirstChe
   solver::SymbolMap map;
   for (const auto& [name, constant] : check.constants) {
     const DataType* type = constant->get_type();
-    if (!type->has_bits()) continue;  // no clause depends on it
     const Term* encoding = check.engine->get_encoding(constant);
     const auto bits = circuits.get_bits(encoding);
     map.constants.push_back({name, type, map_bits(bits, type->get_value_width(), cnf)});
@@ -223,8 +246,10 @@ void encode_script(const EncodeOptions& options) {
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
   solver_options.debug_labels = options.target == EncodeOptions::Target::dot;
-  const FirstCheck check =
-      read_first_check(manager, text, options.file, solver_options, {.strict = options.strict});
+  ReadingOptions reading;
+  reading.strict = options.strict;
+  reading.theories = options.keep_arrays ? solver::Theories::kept : solver::Theories::lemmas;
+  const FirstCheck check = read_first_check(manager, text, options.file, solver_options, reading);
   if (const std::size_t checks = smt2::count_checks(text, options.file); checks > 1) {
     std::cerr << fmt::format("{}: note: only the first of {} checks is encoded\n",
                              display_name(options.file), checks);

@@ -17,7 +17,8 @@ struct EncodeOptions {
   Target target = Target::smt2;
   std::string output;  // empty: standard output
   solver::EncoderKind encoder = solver::EncoderKind::ieee;
-  bool strict = false;  // spellings of a script beyond the standard are errors
+  bool keep_arrays = false;  // arrays and functions stay, for smt2
+  bool strict = false;       // spellings of a script beyond the standard are errors
 };
 
 /// Writes what the first check of the script decides. Returns the exit status.

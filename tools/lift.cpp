@@ -1,5 +1,6 @@
 // A model comes from afar: from another program, another machine, maybe from another formula. With
 // the script at hand it is evaluated as the solver's own models are, before anything is printed.
+// Arrays and functions have no bits in it: those that go with its constants are looked for.
 #include "tools/lift.h"
 
 #include <fmt/format.h>
@@ -22,6 +23,7 @@
 #include "vorn/bv/dimacs.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/semantics/open_terms.h"
+#include "vorn/smt2/model_text.h"
 #include "vorn/solver/encoding.h"
 #include "vorn/terms/printer.h"
 
@@ -82,16 +84,7 @@ class Model {
 
   /// Evaluates the assertions of the script. Throws std::runtime_error where one does not hold.
   void check(const TermManager& manager, const FirstCheck& script) {
-    std::unordered_map<const Term*, QNumber> constants;
-    for (const auto& [name, constant] : script.constants) {
-      if (!constant->get_type()->has_bits()) continue;
-      const auto found = values.find(name);
-      if (found == values.end() || found->second.first != constant->get_type()) {
-        fail_map(
-            fmt::format("no {} of sort {}", quote_symbol(name), constant->get_type()->to_string()));
-      }
-      constants.emplace(constant, found->second.second);
-    }
+    const std::unordered_map<const Term*, QNumber> constants = find_constants(script);
     const std::vector<const Term*>& open_terms = script.encoding.open_terms;
     if (open_terms.size() != choices.size()) fail_map("another number of choices");
     for (std::size_t i = 0; i < open_terms.size(); ++i)
@@ -101,18 +94,52 @@ class Model {
         manager, [&](const Term* constant) { return constants.at(constant); },
         [this](const Term* t, std::span<const QNumber> operands) { return choose(t, operands); });
     for (const Term* assertion : script.encoding.assertions) {
-      if (evaluator.evaluate(assertion).sign() != 0) continue;
-      std::string text = assertion->to_string();
-      if (text.size() > kMaxQuote) text = text.substr(0, kMaxQuote) + "...";
-      throw std::runtime_error(fmt::format("{}: error: the model does not satisfy {}",
-                                           display_name(options.solution), text));
+      if (evaluator.evaluate(assertion).sign() == 0) fail_assertion(assertion->to_string());
     }
+  }
+
+  /// Finds what else the script declares, as `print` has it, to go with the constants. Throws
+  /// std::runtime_error where there is no such thing.
+  std::string complete(TermManager& manager, const FirstCheck& script) const {
+    std::vector<const Term*> formulas = script.encoding.assertions;
+    for (const auto& [constant, value] : find_constants(script)) {
+      formulas.push_back(manager.make_equal(
+          constant, semantics::make_literal(manager, constant->get_type(), value)));
+    }
+    // The session ends at a check of its own; this one is the solver's.
+    if (script.engine->solver::Solver::check_sat(formulas) != Answer::sat) {
+      fail_assertion("the assertions, whatever the arrays and functions are");
+    }
+    std::string text = "(\n";
+    for (const smt2::SymbolTable::Declaration& d : script.symbols.get_declarations())
+      text += fmt::format("  {}\n", smt2::define_in_model(*script.engine, script.symbols, d));
+    return text + ")";
   }
 
  private:
   [[noreturn]] void fail_map(const std::string& what) const {
     throw std::runtime_error(fmt::format("{}: error: the map has {}, so it was not made from {}",
                                          options.map, what, display_name(options.script)));
+  }
+
+  [[noreturn]] void fail_assertion(std::string text) const {
+    if (text.size() > kMaxQuote) text = text.substr(0, kMaxQuote) + "...";
+    throw std::runtime_error(fmt::format("{}: error: the model does not satisfy {}",
+                                         display_name(options.solution), text));
+  }
+
+  /// The values of the script's constants.
+  std::unordered_map<const Term*, QNumber> find_constants(const FirstCheck& script) const {
+    std::unordered_map<const Term*, QNumber> constants;
+    for (const auto& [name, constant] : script.constants) {
+      const auto found = values.find(name);
+      if (found == values.end() || found->second.first != constant->get_type()) {
+        fail_map(
+            fmt::format("no {} of sort {}", quote_symbol(name), constant->get_type()->to_string()));
+      }
+      constants.emplace(constant, found->second.second);
+    }
+    return constants;
   }
 
   /// What the model makes of an application that the theory leaves open.
@@ -148,12 +175,18 @@ void print_answer(const LiftOptions& options) {
     return;
   }
   Model model(map, solution, options);
+  std::string definitions = model.print(manager);
   if (!options.script.empty()) {
     // The exact encoder has every operation, so no script that was encoded is refused here.
     const std::string text = read_all(options.script);
-    model.check(manager, read_first_check(manager, text, options.script, {}));
+    const FirstCheck script = read_first_check(manager, text, options.script, {});
+    if (script.others.empty()) {
+      model.check(manager, script);
+    } else {
+      definitions = model.complete(manager, script);
+    }
   }
-  std::cout << "sat\n" << model.print(manager) << '\n';
+  std::cout << "sat\n" << definitions << '\n';
 }
 
 }  // namespace

@@ -28,19 +28,20 @@ class Reached final : public std::exception {};
 /// Translates as the solver does, and decides nothing unless it is told to.
 class CapturingSolver final : public solver::Solver {
  public:
-  CapturingSolver(TermManager& manager, const solver::Options& chosen, bool decides)
-      : Solver(manager, chosen), decide(decides) {}
+  CapturingSolver(TermManager& manager, const solver::Options& chosen,
+                  const ReadingOptions& reading_options)
+      : Solver(manager, chosen), reading(reading_options) {}
 
   Answer check_sat(std::span<const Term* const> assumed) override {
-    encoding = encode(assumed);
-    if (decide) answer = Solver::check_sat(assumed);
+    encoding = encode(assumed, reading.theories);
+    if (reading.decide) answer = Solver::check_sat(assumed);
     throw Reached();
   }
   solver::Encoding take_encoding() { return std::move(encoding); }
   std::optional<Answer> get_answer() const { return answer; }
 
  private:
-  bool decide;
+  ReadingOptions reading;
   solver::Encoding encoding;
   std::optional<Answer> answer;
 };
@@ -69,7 +70,7 @@ std::string read_all(const std::string& file) {
 
 FirstCheck read_first_check(TermManager& manager, const std::string& text, const std::string& file,
                             const solver::Options& options, const ReadingOptions& reading) {
-  auto engine = std::make_unique<CapturingSolver>(manager, options, reading.decide);
+  auto engine = std::make_unique<CapturingSolver>(manager, options, reading);
   std::ostringstream answers;
   smt2::InterpreterOptions session;
   session.strict = reading.strict;
@@ -82,10 +83,11 @@ FirstCheck read_first_check(TermManager& manager, const std::string& text, const
     FirstCheck check;
     check.encoding = engine->take_encoding();
     check.answer = engine->get_answer();
-    check.constants = interpreter.get_symbols().get_declarations();
-    std::erase_if(check.constants, [](const smt2::SymbolTable::Declaration& d) {
-      return d.constant->get_arity() != 0 || !d.constant->get_type()->has_bits();
-    });
+    check.symbols = interpreter.get_symbols();
+    for (const smt2::SymbolTable::Declaration& d : check.symbols.get_declarations()) {
+      const bool has_bits = d.constant->get_arity() == 0 && d.constant->get_type()->has_bits();
+      (has_bits ? check.constants : check.others).push_back(d);
+    }
     check.engine = std::move(engine);
     return check;
   }

@@ -23,11 +23,13 @@ std::string display_name(const std::string& file);
 std::string read_all(const std::string& file);
 
 /// What a script asks first: the assertions and assumptions that are in force at its first check,
-/// translated by `engine`, and the constants that are declared there and have bits.
+/// translated by `engine`, and what is declared there.
 struct FirstCheck {
   std::unique_ptr<solver::Solver> engine;
   solver::Encoding encoding;
-  std::vector<smt2::SymbolTable::Declaration> constants;
+  std::vector<smt2::SymbolTable::Declaration> constants;  // that have bits
+  std::vector<smt2::SymbolTable::Declaration> others;     // arrays, functions, elements of sorts
+  smt2::SymbolTable symbols;
   std::optional<Answer> answer;  // where it was decided
 };
 
@@ -35,6 +37,7 @@ struct FirstCheck {
 struct ReadingOptions {
   bool strict = false;  // spellings beyond the standard are errors
   bool decide = false;  // the check is decided
+  solver::Theories theories = solver::Theories::open;
 };
 
 /// Reads a script up to its first check. Throws smt2::ScriptError, and std::runtime_error where

@@ -76,7 +76,7 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->type_name("FILE");
   app.add_flag_callback(
       "--no-rewrite", [&options] { options.rewrite = false; },
-      "encode floating-point operations as they were asserted");
+      "encode operations as they were asserted");
   app.add_flag("--stats", options.statistics, "print statistics on standard error");
   app.add_flag("--verbose", options.verbose,
                "report progress on standard error, and spellings that the standard does not allow");
@@ -100,7 +100,8 @@ void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
                             : name == "dot"   ? Target::dot
                                               : Target::smt2;
          },
-         "format: smt2 (a script of QF_BV), dimacs (clauses), aiger (a circuit) or dot (a picture "
+         "format: smt2 (a script over bit-vectors), dimacs (clauses), aiger (a circuit) or dot (a "
+         "picture "
          "of the terms for Graphviz)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"smt2", "dimacs", "aiger", "dot"}))
@@ -108,6 +109,8 @@ void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
   app.add_option("-o,--out", options.output,
                  "write to FILE instead of standard output; a circuit is binary if it ends in .aig")
       ->type_name("FILE");
+  app.add_flag("--keep-arrays", options.keep_arrays,
+               "with --to smt2: keep arrays and functions, over bit-vectors");
   add_encoder_option(app, options.encoder);
   add_strict_option(app, options.strict);
 }
@@ -168,6 +171,9 @@ std::string find_usage_error(const vorn::tools::EncodeOptions& options) {
   if (!is_operation && options.file.empty()) return "FILE is required";
   if (is_operation && options.target != vorn::tools::EncodeOptions::Target::dot) {
     return "--op goes with --to dot";
+  }
+  if (options.keep_arrays && options.target != vorn::tools::EncodeOptions::Target::smt2) {
+    return "--keep-arrays goes with --to smt2";
   }
   if (!is_operation && vorn::tools::overwrites_input(options.output, options.file)) {
     return "--out would overwrite the script " + vorn::tools::display_name(options.file);

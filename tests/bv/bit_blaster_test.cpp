@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -388,6 +389,25 @@ TEST(BitBlaster, SelectsBetweenBitVectors) {
   expect_function(
       fix, fix.mgr.make_term_ite(p, x, y), {p, x, y},
       [](Word v) { return (v & 1U) != 0 ? v >> 1 & 7U : v >> 4 & 7U; }, "ite");
+}
+
+/// Of four choices between x and -x, those with the same value are the same bits.
+TEST(BitBlaster, ChoosesSignsAsSignedDivisionDoes) {
+  TermManager mgr;
+  Aig graph;
+  BitBlaster blaster(mgr, graph);
+  const Term* x = mgr.make_constant(mgr.make_unique_symbol("x", mgr.get_bv_type(5)));
+  const Term* y = mgr.make_constant(mgr.make_unique_symbol("y", mgr.get_bv_type(5)));
+  const auto magnitude = [&mgr](const Term* t) {
+    const Term* is_negative =
+        mgr.make_equal(mgr.make_bv_extract(4, 4, t), mgr.make_bv_number(1, 1));
+    return mgr.make_term_ite(is_negative, mgr.make_bv_neg(t), t);
+  };
+  const Term* rest = mgr.make_bv_urem(magnitude(x), magnitude(y));
+  const Term* is_positive = mgr.make_equal(mgr.make_bv_extract(4, 4, x), mgr.make_bv_number(0, 1));
+  const Term* choice = mgr.make_term_ite(is_positive, rest, mgr.make_bv_neg(rest));
+  const auto bits = blaster.blast_bits(choice);
+  EXPECT_TRUE(std::ranges::equal(bits, blaster.blast_bits(mgr.make_bv_srem(x, y))));
 }
 
 TEST(BitBlaster, GivesTheSameBitsAfterItForgotThem) {

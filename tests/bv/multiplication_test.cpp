@@ -82,5 +82,20 @@ TEST(Multiplication, TakesItsRowsFromTheFactorWithFewerBitsInEitherOrder) {
   EXPECT_EQ(tester.graph.get_and_count(), count);
 }
 
+TEST(Multiplication, OfTheSameBitsSharesItsGatesInEitherOrderAndAtAnyWidth) {
+  CircuitTester tester;
+  const Bits a = tester.make_inputs(4);
+  const Bits b = tester.make_inputs(4);
+  const Bits product = tester.circuits.multiply(a, b);
+  const std::size_t gates = tester.graph.get_and_count();
+  EXPECT_EQ(tester.circuits.multiply(b, a), product);
+  EXPECT_EQ(tester.graph.get_and_count(), gates);
+  Bits wide = tester.circuits.multiply(zero_extended(b, 8), zero_extended(a, 8));
+  tester.expect_outputs(
+      wide, [](Word v) { return (v & mask(4)) * (v >> 4); }, "wide");
+  wide.resize(4);
+  EXPECT_EQ(wide, product);
+}
+
 }  // namespace
 }  // namespace vorn::bv

@@ -26,7 +26,7 @@
 (check-sat)
 (get-value (b d))
 (push)
-(assert (let ((u ((_ extract 5 0) b)) (v ((_ extract 5 0) d))) (distinct (bvmul (bvadd u v) u) (bvadd (bvmul u u) (bvmul v u)))))
+(assert (let ((u ((_ extract 5 0) b)) (v ((_ extract 5 0) d))) (= (bvmul ((_ zero_extend 6) u) ((_ zero_extend 6) v)) (_ bv2039 12))))
 (check-sat)
 (check-sat-assuming (nan))
 (get-unsat-assumptions)

@@ -172,6 +172,17 @@ std::string format_name(const testing::TestParamInfo<Format>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Ieee, SixBits, testing::ValuesIn(kSixBits), format_name);
 
+/// Formats with more exponents than are divided step by step, as those of up to six bits are.
+TEST(SquaredRemainder, IsCorrectOnEveryPairOfSmallFormats) {
+  for (const Format f : {Format{5, 1}, Format{6, 1}, Format{6, 2}}) {
+    const std::size_t w = f.width();
+    const Format two[] = {f, f};
+    auto rem = make(build::rem, two, RoundingMode::rne, f);
+    check_all(rem, 2 * w, "rem",
+              [&](std::uint64_t i) { return ieee::rem(plain(f), field(i, 0, w), field(i, w, w)); });
+  }
+}
+
 TEST(Fma, IsCorrectOnEveryTripleOfTheSmallestFormats) {
   for (const Format f : {Format{2, 1}, Format{2, 2}, Format{3, 1}}) {
     const std::size_t w = f.width();

@@ -205,5 +205,20 @@ TEST_F(ArrayModelSpace, HasAsManyElementsAsFormulasTellApart) {
   EXPECT_TRUE(search({differ(a, b)}).model);
 }
 
+TEST_F(ArrayModelSpace, IsNotExhaustiveWhereArraysDifferWithoutBeingCompared) {
+  const DataType* rows = mgr.get_array_type(people, truth);
+  const Term* a = constant("a", rows);
+  const Term* b = constant("b", rows);
+  EXPECT_TRUE(search({differ(a, b), mgr.make_equal(a, b)}).exhaustive);
+  const Symbol* f = mgr.make_unique_symbol("f", std::array{rows}, truth);
+  const Search of_function = search({apply(f, a), mgr.make_not(apply(f, b))});
+  EXPECT_TRUE(of_function.complete);
+  EXPECT_FALSE(of_function.exhaustive);
+  const Term* c = constant("c", mgr.get_array_type(rows, truth));
+  const Search of_array = search({mgr.make_select(c, a), mgr.make_not(mgr.make_select(c, b))});
+  EXPECT_TRUE(of_array.complete);
+  EXPECT_FALSE(of_array.exhaustive);
+}
+
 }  // namespace
 }  // namespace vorn::random

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <span>
 #include <stdexcept>
 
 #include "tests/random/congruence.h"
@@ -33,15 +34,32 @@ Configuration second_configuration(std::uint64_t seed) {
                                           {false, false, sat_seed, false, false},
                                           {true, true, 0, true, false}};
   Configuration second = configurations[seed % std::size(configurations)];
-  second.local_search = seed / std::size(configurations) % 2 == 1;
+  const std::uint64_t rest = seed / std::size(configurations);
+  second.local_search = rest % 2 == 1;
+  second.cores = rest / 2 % 2 == 1;
+  second.minimal_cores = second.cores && rest / 4 % 2 == 1;
   return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
-                     c.collecting ? ", dropping terms" : "",
-                     c.local_search ? ", local search" : "");
+                     c.collecting ? ", dropping terms" : "", c.local_search ? ", local search" : "",
+                     c.cores ? ", cores" : "");
+}
+
+/// Those whose values are asked for after a sat.
+constexpr std::size_t kAccesses = 6;
+
+/// Takes what it says from each assertion but those of the labels, and leaves labels and names.
+void drop_assertions(const std::vector<std::string>& kept, std::size_t count, Script* script) {
+  for (Command& command : std::span(*script).first(count)) {
+    if (command.kind != Command::Kind::assertion) continue;
+    Expression& formula = command.terms[0];
+    if (std::find(kept.begin(), kept.end(), formula.head) != kept.end()) continue;
+    const Expression truth = {Expression::Kind::theory, "true", kBool, {}, {}};
+    formula = {Expression::Kind::theory, "or", kBool, {truth, std::move(formula)}, {}};
+  }
 }
 
 /// The answer of a solver that has nothing to do with the one under test.
@@ -72,11 +90,14 @@ void Checker::ask_model(Session& session, const LiveCommands& live, Result* resu
   std::string terms;
   for (const std::string& name : live.get_defined())
     terms += ' ' + name;
+  const std::vector<std::string> accesses = live.get_accesses();
+  for (std::size_t i = 0; i < std::min(accesses.size(), kAccesses); ++i)
+    terms += ' ' + accesses[i];
   if (!terms.empty()) add("(get-value (" + terms + "))");
 }
 
 void Checker::ask_core(Session& session, const LiveCommands& live, const Command& check,
-                       Result* result) {
+                       bool of_assertions, Result* result) {
   Command core = check;
   core.terms.clear();
   for (const std::string& text : split_list(session.run("(get-unsat-assumptions)"))) {
@@ -86,6 +107,11 @@ void Checker::ask_core(Session& session, const LiveCommands& live, const Command
     core.terms.push_back(*found);
   }
   result->core = live.at(core);
+  if (!of_assertions) return;
+  result->has_assertions = true;
+  const std::vector<std::string> labels = split_list(session.run("(get-unsat-core)"));
+  const std::size_t count = result->core->size() - core.terms.size();
+  drop_assertions(labels, count, &*result->core);
 }
 
 std::vector<Checker::Result> Checker::run(const Script& script,
@@ -111,7 +137,9 @@ std::vector<Checker::Result> Checker::run(const Script& script,
     if (configuration.collecting) session.collect_garbage();
     result.answer = parse_answer(session.run(random::to_string(command)));
     if (result.answer == Answer::sat) ask_model(session, live, &result);
-    if (result.answer == Answer::unsat) ask_core(session, live, command, &result);
+    if (result.answer == Answer::unsat) {
+      ask_core(session, live, command, configuration.cores, &result);
+    }
     results.push_back(result);
   }
   return results;
@@ -138,17 +166,28 @@ void Checker::judge_model(const Result& result, Report* report) {
   report->failure = {Failure::Kind::bad_model, "the model is refuted:" + model};
 }
 
+void Checker::judge_sat(const Result& result, std::uint64_t seed, Report* report) {
+  const Search search = search_models(result.live, seed, Sampling::no);
+  report->found += search.exhaustive && search.model ? 1 : 0;
+  if (search.exhaustive && !search.model) {
+    report->failure = {Failure::Kind::bad_model, "sat, but no assignment is a model"};
+  } else {
+    judge_model(result, report);
+  }
+}
+
 void Checker::judge_core(const Result& result, Report* report) {
+  report->cores += result.has_assertions ? 1 : 0;
   const std::string text = random::to_string(*result.core);
   if (decide_plainly(text) != Answer::sat) return;
-  report->failure = {Failure::Kind::bad_core, "the assumptions named are not unsat:\n" + text};
+  report->failure = {Failure::Kind::bad_core, "what was blamed is not unsat:\n" + text};
 }
 
 void Checker::judge(const Result& result, std::uint64_t seed, Report* report) {
   switch (result.answer) {
     case Answer::sat:
       ++report->sat;
-      judge_model(result, report);
+      judge_sat(result, seed, report);
       break;
     case Answer::unsat: {
       ++report->unsat;
@@ -172,13 +211,15 @@ Report Checker::check(const Script& script, std::uint64_t seed) const {
   try {
     const std::vector<Result> first = run(script, {});
     const Configuration other = second_configuration(seed);
-    const std::vector<Result> second = run(script, other);
+    const std::vector<Result> second = run(other.cores ? name_assertions(script) : script, other);
     for (std::size_t i = 0; i < first.size() && !report.failure; ++i) {
       ++report.checks;
       const Answer a = first[i].answer;
       const Answer b = second[i].answer;
       // What only the second run decided is judged all the same.
       judge(a == Answer::unknown ? second[i] : first[i], seed + i, &report);
+      const bool is_judged = a == Answer::unknown;
+      if (!report.failure && !is_judged && second[i].has_assertions) judge_core(second[i], &report);
       if (report.failure || a == b || a == Answer::unknown || b == Answer::unknown) continue;
       report.failure = {Failure::Kind::disagreement,
                         fmt::format("check {} is {}, but {} {}", i + 1, to_string(a), to_string(b),

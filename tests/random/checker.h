@@ -1,10 +1,11 @@
 // Runs a script in two configurations and judges the answers.
 //
 // No answer is taken on trust. Two configurations have to agree. A sat comes with a model whose
-// text is read back: together with the assertions it must be satisfiable. An unsat is refuted by
-// any assignment under which the evaluator finds everything true, and the assumptions that it is
-// blamed on must be unsat without the others. What the solver gives up on, after a number of steps
-// that is the same everywhere, counts as undecided.
+// text is read back: together with the assertions it must be satisfiable. Where all assignments can
+// be tried, one of them has to be a model, too. An unsat is refuted by any assignment under which
+// the evaluator finds everything true, and the assertions and assumptions that it is blamed on must
+// be unsat without the others. What the solver gives up on, after a number of steps that is the
+// same everywhere, counts as undecided.
 #ifndef VORN_TESTS_RANDOM_CHECKER_H
 #define VORN_TESTS_RANDOM_CHECKER_H
 
@@ -40,6 +41,8 @@ struct Report {
   std::size_t unsat = 0;
   std::size_t undecided = 0;
   std::size_t enumerated = 0;  // unsat, and all assignments were tried
+  std::size_t found = 0;       // sat, and a model is among all assignments
+  std::size_t cores = 0;       // of assertions, that were judged
   std::optional<Failure> failure;
 };
 
@@ -58,13 +61,15 @@ class Checker {
     std::vector<std::string> equations;            // the model, after sat
     std::map<std::string, std::string> functions;  // their definitions in it
     std::optional<Script> core;                    // what is said to be unsat already
+    bool has_assertions = false;                   // whether the core leaves assertions out
   };
 
   std::vector<Result> run(const Script& script, const Configuration& configuration) const;
   static void ask_model(Session& session, const LiveCommands& live, Result* result);
   static void ask_core(Session& session, const LiveCommands& live, const Command& check,
-                       Result* result);
+                       bool of_assertions, Result* result);
   static void judge(const Result& result, std::uint64_t seed, Report* report);
+  static void judge_sat(const Result& result, std::uint64_t seed, Report* report);
   static void judge_model(const Result& result, Report* report);
   static void judge_core(const Result& result, Report* report);
 

@@ -7,6 +7,7 @@
 #include "tests/random/congruence.h"
 #include "tests/random/generator.h"
 #include "tests/random/literals.h"
+#include "tests/random/live.h"
 #include "tests/random/model_space.h"
 #include "tests/random/model_text.h"
 #include "tests/random/shrinker.h"
@@ -205,6 +206,24 @@ TEST(Checker, FindsWrongUnsatAssumptions) {
   EXPECT_EQ(failure_of<BlamesNothing>(assuming()), Failure::Kind::bad_core);
 }
 
+// The second run of seed 10 asks for cores, that of seed 30 for minimal ones.
+TEST(Checker, FindsWrongCoresOfAssertions) {
+  for (const std::uint64_t seed : {10, 30}) {
+    EXPECT_EQ(failure_of<BlamesNothing>(kUnsatisfiable, seed), Failure::Kind::bad_core) << seed;
+    const Report honest = Checker().check(kUnsatisfiable, seed);
+    EXPECT_FALSE(honest.failure);
+    EXPECT_EQ(honest.cores, 1U);
+  }
+  EXPECT_EQ(failure_of<BlamesNothing>(kUnsatisfiable, 0), std::nullopt);
+}
+
+TEST(Checker, ComparesSatWithAllAssignments) {
+  const Report wrong = Checker(factory<InventsModels>()).check(kUnsatisfiable, 0);
+  ASSERT_TRUE(wrong.failure);
+  EXPECT_EQ(wrong.failure->detail, "sat, but no assignment is a model");
+  EXPECT_EQ(Checker().check(kSatisfiable, 0).found, 1U);
+}
+
 TEST(Checker, FindsWhatOnlyAnIncrementalSolverGetsWrong) {
   for (std::uint64_t seed = 0; seed < 5; ++seed) {
     EXPECT_EQ(failure_of<Honest>(kLevels, seed), std::nullopt);
@@ -277,6 +296,51 @@ TEST(ModelText, ReadsListsWithQuotedSymbols) {
   EXPECT_THROW(split_list("(a"), std::runtime_error);
 }
 
+TEST(NamedAssertions, AreThoseThatHadNoName) {
+  Script script = kUnsatisfiable;
+  script[1].terms[0] = {Expression::Kind::named, "n", kBool, {name("p", kBool)}, {}};
+  EXPECT_EQ(to_string(name_assertions(script)),
+            "(declare-const p Bool)\n(assert (! p :named n))\n"
+            "(assert (! (not p) :named part1))\n(check-sat)\n");
+}
+
+TEST(LiveCommands, HaveAccessesWithoutVariablesAndLabels) {
+  const Sort flags = array_sort(kBool, kBool);
+  const auto read = [&](Expression index) {
+    return Expression{
+        Expression::Kind::theory, "select", kBool, {name("a", flags), std::move(index)}, {}};
+  };
+  const Expression call = {Expression::Kind::name, "f", kBool, {read(name("p", kBool))}, {}};
+  const Expression label = {Expression::Kind::named, "n", kBool, {name("p", kBool)}, {}};
+  const Expression let = {
+      Expression::Kind::let, "let", kBool, {call, read(name("v", kBool))}, {"v"}};
+  LiveCommands live;
+  live.execute(make_assertion(let));
+  live.execute(make_assertion(read(label)));
+  live.execute(make_assertion(negation(call)));
+  EXPECT_EQ(live.get_accesses(), (std::vector<std::string>{"(f (select a p))", "(select a p)"}));
+}
+
+TEST(ModelSpace, IsNotExhaustiveWhereTheTheoryLeavesAValueOpen) {
+  const Sort sort = float_sort(2, 2);
+  const Expression least = {
+      Expression::Kind::theory, "fp.min", sort, {name("x", sort), name("y", sort)}, {}};
+  const Expression differ = {Expression::Kind::theory, "distinct", kBool, {least, least}, {}};
+  const Search open =
+      search_models({declaration("x", sort), declaration("y", sort), make_assertion(differ)}, 1);
+  EXPECT_TRUE(open.complete);
+  EXPECT_FALSE(open.exhaustive);
+}
+
+TEST(ModelSpace, LeavesLargeSpacesAloneWithoutSampling) {
+  const Sort sort = float_sort(5, 11);
+  const Expression order = {
+      Expression::Kind::theory, "fp.lt", kBool, {name("x", sort), name("y", sort)}, {}};
+  const Script script = {declaration("x", sort), declaration("y", sort), make_assertion(order)};
+  EXPECT_TRUE(search_models(script, 1).model);
+  EXPECT_FALSE(search_models(script, 1, Sampling::no).model);
+}
+
 TEST(ModelSpace, FindsTheOnlyModelOfASmallSpace) {
   const Sort sort = bits_sort(8);
   const Expression literal = {Expression::Kind::theory, "#x9d", sort, {}, {}};
@@ -288,6 +352,7 @@ TEST(ModelSpace, FindsTheOnlyModelOfASmallSpace) {
   const Search none = search_models(
       {declaration("b", sort), make_assertion(equation), make_assertion(negation(equation))}, 1);
   EXPECT_TRUE(none.complete);
+  EXPECT_TRUE(none.exhaustive);
   EXPECT_FALSE(none.model);
 }
 

@@ -113,12 +113,12 @@ class ScriptGenerator {
     scope.names.push_back({command.name, sort, {}});
   }
 
-  /// A function of one or two arguments.
+  /// A function of one to three arguments.
   void declare_function() {
     Command& command = add(Command::Kind::declare, "declare-fun");
     command.name = fresh_name();
     command.sort = palette.random_sort(random);
-    const std::size_t count = 1 + random.below(2);
+    const std::size_t count = 1 + random.below(3);
     for (std::size_t i = 0; i < count; ++i)
       command.parameters.push_back({fmt::format("p{}", i), palette.random_sort(random)});
     scope.names.push_back({command.name, command.sort, command.parameters});

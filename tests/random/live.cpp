@@ -1,8 +1,39 @@
 #include "tests/random/live.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace vorn::random {
 
 using Kind = Command::Kind;
+
+namespace {
+
+/// Whether the term means the same outside of the assertion that it stands in.
+bool is_plain(const Expression& e) {
+  if (e.kind == Expression::Kind::let || e.kind == Expression::Kind::named) return false;
+  return std::all_of(e.args.begin(), e.args.end(), is_plain);
+}
+
+bool is_access(const Expression& e) {
+  if (e.args.empty()) return false;
+  return e.kind == Expression::Kind::name || e.head == "select" || e.head == "store";
+}
+
+/// Collects accesses outside of what variables are bound in.
+void collect(const Expression& e, std::vector<std::string>* found) {
+  if (is_access(e) && is_plain(e)) {
+    std::string text = to_string(e);
+    if (std::find(found->begin(), found->end(), text) == found->end()) {
+      found->push_back(std::move(text));
+    }
+  }
+  const bool binds = e.kind == Expression::Kind::let;
+  for (std::size_t i = 0; i + (binds ? 1 : 0) < e.args.size(); ++i)
+    collect(e.args[i], found);
+}
+
+}  // namespace
 
 void LiveCommands::execute(const Command& command) {
   switch (command.kind) {
@@ -54,6 +85,14 @@ std::vector<std::string> LiveCommands::get_defined() const {
     }
   }
   return names;
+}
+
+std::vector<std::string> LiveCommands::get_accesses() const {
+  std::vector<std::string> found;
+  for (const Command& command : commands.get_items()) {
+    if (command.kind == Kind::assertion) collect(command.terms[0], &found);
+  }
+  return found;
 }
 
 }  // namespace vorn::random

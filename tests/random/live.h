@@ -20,6 +20,9 @@ class LiveCommands {
   std::vector<std::string> get_declared() const;
   /// What get-value can be asked for beside constants: definitions without parameters and labels.
   std::vector<std::string> get_defined() const;
+  /// Reads, writes and applications in assertions, as far as they have neither variables nor
+  /// labels.
+  std::vector<std::string> get_accesses() const;
 
  private:
   Trail<Command> commands;

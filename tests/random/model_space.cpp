@@ -36,19 +36,55 @@ class Collector : public Engine {
   std::vector<const Term*> assertions;
 };
 
-/// An array or an element differs from another at some place: three elements that nothing names.
-constexpr std::uint64_t kElementsOfDifference = 3;
+bool is_uninterpreted(const DataType* type) {
+  return type->get_kind() == DataType::Kind::uninterpreted;
+}
+
+bool is_array(const DataType* type) {
+  return type->get_kind() == DataType::Kind::array;
+}
+
+bool names_uninterpreted(const DataType* type) {
+  if (!is_array(type)) return is_uninterpreted(type);
+  return names_uninterpreted(type->get_index()) || names_uninterpreted(type->get_element());
+}
+
+/// The elements that nothing names by which two values may differ: themselves, or for arrays an
+/// index and what is there.
+std::uint64_t count_differences(const DataType* type) {
+  if (is_uninterpreted(type)) return 2;
+  if (!is_array(type)) return 0;
+  return (is_uninterpreted(type->get_index()) ? 1 : 0) + count_differences(type->get_element());
+}
 
 /// As many elements of uninterpreted sorts as the formulas can tell apart.
 std::uint64_t count_elements(std::span<const Term* const> terms) {
   std::uint64_t count = 1;
   for (const Term* t : terms) {
-    if (t->get_type()->get_kind() == DataType::Kind::uninterpreted) ++count;
-    const bool compares_arrays = t->get_tag() == SymbolTag::equal &&
-                                 t->get_arg(0)->get_type()->get_kind() == DataType::Kind::array;
-    if (compares_arrays) count += kElementsOfDifference;
+    if (is_uninterpreted(t->get_type())) ++count;
+    if (t->get_tag() == SymbolTag::equal && is_array(t->get_arg(0)->get_type())) {
+      count += count_differences(t->get_arg(0)->get_type());
+    }
   }
   return count;
+}
+
+/// Whether that many are enough for any model. Cut down to these elements, arrays may become equal
+/// that were not, which matters where they are compared without an equality: as indices of arrays
+/// and arguments of functions.
+bool are_elements_enough(std::span<const Term* const> terms) {
+  for (const Term* t : terms) {
+    const DataType* type = t->get_type();
+    if (is_array(type) && is_array(type->get_index()) && names_uninterpreted(type->get_index())) {
+      return false;
+    }
+    for (const DataType* argument : t->get_symbol()->get_domain()) {
+      if (t->get_symbol()->is_function() && is_array(argument) && names_uninterpreted(argument)) {
+        return false;
+      }
+    }
+  }
+  return true;
 }
 
 class ModelSpace {
@@ -68,9 +104,10 @@ class ModelSpace {
     }
   }
 
-  Search search() {
+  Search search(Sampling sampling) {
     Search result;
     result.complete = size <= kEnumerable;
+    if (!result.complete && sampling == Sampling::no) return result;
     const std::uint64_t count = result.complete ? size : kSamples;
     for (std::uint64_t i = 0; i < count; ++i) {
       choices.clear();
@@ -83,6 +120,7 @@ class ModelSpace {
       result.model = describe();
       break;
     }
+    result.exhaustive = result.complete && !has_chosen && are_elements_enough(terms);
     return result;
   }
 
@@ -142,6 +180,7 @@ class ModelSpace {
   QNumber choose(const Term* t, std::span<const QNumber> args) {
     const auto [entry, is_new] = choices.try_emplace(key_of(t->get_symbol(), args));
     if (is_new) {
+      has_chosen = true;
       // The choice between zeros is one of two.
       const bool is_zero = !t->get_symbol()->is_function() &&
                            t->get_type()->get_kind() == DataType::Kind::floating_point;
@@ -191,11 +230,12 @@ class ModelSpace {
   std::map<const Term*, QNumber> assignment;
   std::map<std::string, QNumber> choices;  // of functions as well, by symbol and arguments
   std::uint64_t size = 1;
+  bool has_chosen = false;  // whether a value was drawn that an assignment does not have
 };
 
 }  // namespace
 
-Search search_models(const Script& script, std::uint64_t seed) {
+Search search_models(const Script& script, std::uint64_t seed, Sampling sampling) {
   Configuration plain;
   plain.rewrite = false;
   Collector* collector = nullptr;
@@ -205,12 +245,12 @@ Search search_models(const Script& script, std::uint64_t seed) {
     return engine;
   });
   session.run(to_string(script) + "(check-sat)");
-  return search_models(session.get_manager(), collector->assertions, seed);
+  return search_models(session.get_manager(), collector->assertions, seed, sampling);
 }
 
 Search search_models(TermManager& manager, const std::vector<const Term*>& assertions,
-                     std::uint64_t seed) {
-  return ModelSpace(manager, assertions, seed).search();
+                     std::uint64_t seed, Sampling sampling) {
+  return ModelSpace(manager, assertions, seed).search(sampling);
 }
 
 }  // namespace vorn::random

@@ -82,6 +82,8 @@ struct Total {
     sum.unsat += report.unsat;
     sum.undecided += report.undecided;
     sum.enumerated += report.enumerated;
+    sum.found += report.found;
+    sum.cores += report.cores;
   }
 };
 
@@ -131,10 +133,11 @@ int main(int argc, char** argv) {
   }
   if (!print) {
     std::cout << fmt::format(
-        "{} scripts, {} checks: {} sat, {} unsat ({} of them by all assignments as well), {} "
-        "undecided, {} failures, {:.1f} s\n",
-        total.scripts, total.sum.checks, total.sum.sat, total.sum.unsat, total.sum.enumerated,
-        total.sum.undecided, failures, seconds());
+        "{} scripts, {} checks: {} sat and {} unsat ({} and {} of them by all assignments as "
+        "well), "
+        "{} undecided, {} cores, {} failures, {:.1f} s\n",
+        total.scripts, total.sum.checks, total.sum.sat, total.sum.unsat, total.sum.found,
+        total.sum.enumerated, total.sum.undecided, total.sum.cores, failures, seconds());
   }
   return failures == 0 ? 0 : 1;
 }

@@ -188,6 +188,18 @@ Command make_check() {
   return command;
 }
 
+Script name_assertions(Script script) {
+  std::size_t count = 0;
+  for (Command& command : script) {
+    if (command.kind != Kind::assertion) continue;
+    Expression& formula = command.terms[0];
+    const std::string label = fmt::format("part{}", count++);
+    if (formula.kind == Expression::Kind::named) continue;
+    formula = {Expression::Kind::named, label, kBool, {std::move(formula)}, {}};
+  }
+  return script;
+}
+
 std::vector<Expression*> nodes_of(Script& script) {
   std::vector<Expression*> nodes;
   for (Command& command : script) {

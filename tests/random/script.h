@@ -103,6 +103,9 @@ std::string to_string(const Script& script);
 Command make_assertion(Expression formula);
 Command make_check();
 
+/// The script with a label for each assertion that has none as a whole.
+Script name_assertions(Script script);
+
 /// All terms and subterms, each before its arguments. Pointers hold until the script changes.
 std::vector<Expression*> nodes_of(Script& script);
 std::vector<const Expression*> nodes_of(const Expression& e);

@@ -40,6 +40,9 @@ struct Configuration {
   bool collecting = false;
   /// Whether models are looked for by trying assignments too; without it, all come from circuits.
   bool local_search = false;
+  /// Whether unsat is to be answered with the assertions that it took, and with as few as can be.
+  bool cores = false;
+  bool minimal_cores = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -52,7 +55,7 @@ class Session {
   Session(const Configuration& configuration, const EngineFactory& make_engine)
       : mgr(configuration.rewrite),
         engine(make_engine(mgr, options_of(configuration))),
-        interpreter(mgr, *engine, stream) {}
+        interpreter(mgr, *engine, stream, session_options_of(configuration)) {}
 
   /// Runs commands and returns what they printed.
   std::string run(const std::string& commands) {
@@ -77,6 +80,12 @@ class Session {
     options.seed = configuration.seed;
     options.local_search = configuration.local_search;
     options.termination_test = &budget;
+    return options;
+  }
+  static smt2::InterpreterOptions session_options_of(const Configuration& configuration) {
+    smt2::InterpreterOptions options;
+    options.produce_unsat_cores = configuration.cores;
+    options.minimize_unsat_cores = configuration.minimal_cores;
     return options;
   }
 

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <set>
+#include <string>
+#include <utility>
 
 #include "tests/rewrite/rewriting.h"
 #include "vorn/rewrite/fp_rules.h"
@@ -28,6 +30,8 @@ constexpr const char* kDeclarations = R"(
 (declare-const v (_ BitVec 3))
 (declare-const w (_ BitVec 4))
 (declare-const b (_ BitVec 5))
+(declare-const c (_ BitVec 3))
+(declare-const d (_ BitVec 3))
 (define-fun one () F ((_ to_fp 2 3) RNE 1.0))
 (define-fun minus-one () F ((_ to_fp 2 3) RNE (- 1.0)))
 (define-fun two () F ((_ to_fp 2 3) RNE 2.0))
@@ -198,6 +202,43 @@ constexpr Row kRows[] = {
      "(or (or (fp.isNaN x) (fp.isNaN y)) (or (fp.isInfinite x) (fp.isZero y)))"},
     {"nan-of-operation", "Bool", "(fp.isNaN (fp.min x y))", "(and (fp.isNaN x) (fp.isNaN y))"},
     {"lift-class", "Bool", "(fp.isInfinite (ite p x one))", "(and p (fp.isInfinite x))"},
+
+    {"bv-flag", "Bool", "(= ((_ extract 0 0) v) #b0)", "(not (= ((_ extract 0 0) v) #b1))"},
+    {"bv-flag", "Bool", "(= (bvnot ((_ extract 0 0) v)) #b1)", "(not (= ((_ extract 0 0) v) #b1))"},
+    {"bv-flag", "Bool", "(= #b10 (ite p #b01 #b10))", "(not p)"},
+    {"bv-flag", "Bool", "(= (ite p #b01 #b10) #b11)", "false"},
+    {"bv-sign", "Bool", "(bvslt v #b000)", "(= ((_ extract 2 2) v) #b1)"},
+    {"bv-sign", "Bool", "(bvsle #b000 v)", "(not (= ((_ extract 2 2) v) #b1))"},
+    {"bv-polynomials", "Bool", "(= (bvmul v (bvadd c d)) (bvadd (bvmul v c) (bvmul d v)))", "true"},
+    {"bv-polynomials", "Bool", "(= (bvneg (bvadd c d)) (bvadd (bvnot d) (bvsub #b001 c)))", "true"},
+    {"bv-polynomials", "Bool", "(= (bvshl (bvadd c d) #b001) (bvadd (bvmul #b010 c) (bvadd d d)))",
+     "true"},
+    {"bv-polynomials", "Bool",
+     "(bvult (bvsub (bvmul c c) (bvmul d d)) (bvmul (bvadd c d) (bvsub c d)))", "false"},
+    {"bv-polynomials", "Bool", "(bvsle (bvmul c (bvmul v d)) (bvmul (bvmul c d) v))", "true"},
+    {"bv-polynomials", "(_ BitVec 1)", "(bvcomp (bvnot c) (bvsub #b111 c))", "#b1"},
+    {"bv-polynomials", "Bool", "(= (bvadd (bvmul #b010 c) #b001) (bvmul #b100 d))", "false"},
+    {"bv-polynomials", "(_ BitVec 1)", "(bvcomp (bvadd c #b001) c)", "#b0"},
+    {"bv-polynomials", "Bool",
+     "(= (bvmul ((_ extract 2 0) w) v) ((_ extract 2 0) (bvmul w ((_ zero_extend 1) v))))", "true"},
+    {"bv-cases", "Bool",
+     "(= (bvmul v (ite (= c d) c #b010)) (ite (= d c) (bvmul d v) (bvadd v v)))", "true"},
+    {"bv-cases", "(_ BitVec 1)", "(bvcomp (bvmul c (ite p v d)) (ite p (bvmul v c) (bvmul d c)))",
+     "#b1"},
+    {"bv-cancel", "Bool", "(= (bvadd c v) (bvadd v d))", "(= c d)"},
+    {"bv-cancel", "Bool", "(= (bvadd c (bvadd (bvmul c d) #b011)) (bvadd (bvmul c d) (bvadd v v)))",
+     "(= (bvadd c #b011) (bvshl v #b001))"},
+    {"bv-cancel", "(_ BitVec 1)", "(bvcomp (bvsub c v) (bvsub d v))", "(bvcomp c d)"},
+    {"bv-remainder-bound", "Bool", "(bvult (bvurem c d) d)", "(not (= d #b000))"},
+    {"bv-remainder-bound", "Bool", "(bvule d (bvurem c d))", "(= d #b000)"},
+    {"bv-remainder-bound", "Bool", "(bvule (bvurem c d) c)", "true"},
+    {"bv-divide-itself", "(_ BitVec 3)", "(bvurem c c)", "#b000"},
+    {"bv-divide-itself", "(_ BitVec 3)", "(bvudiv c c)", "(ite (= c #b000) #b111 #b001)"},
+    {"bv-merge-divisions", "(_ BitVec 3)",
+     "(ite p (bvurem (bvneg c) d) (bvneg (bvurem c (bvneg d))))",
+     "(let ((r (bvurem (ite p (bvneg c) c) (ite p d (bvneg d))))) (ite p r (bvneg r)))"},
+    {"bv-merge-divisions", "(_ BitVec 3)", "(ite p (bvudiv c d) (bvadd v (bvudiv (bvneg c) d)))",
+     "(let ((q (bvudiv (ite p c (bvneg c)) d))) (ite p q (bvadd v q)))"},
 };
 
 TEST(FpRewriter, EachRuleFiresAndKeepsAllValues) {
@@ -212,6 +253,24 @@ TEST(FpRewriter, EachRuleFiresAndKeepsAllValues) {
     EXPECT_NE(to, from);
     EXPECT_EQ(to, rewriter.rewrite(reader.read(row.sort, row.to))) << to->to_string();
     expect_equal_values(mgr, from, to);
+  }
+}
+
+/// Other divisions than of x and -x, and sums below the top, can be of use elsewhere: to choose
+/// between their operands or to write them out would make circuits larger.
+TEST(FpRewriter, LeavesBitVectorsThatMayBeShared) {
+  TermReader reader(kDeclarations);
+  const std::pair<const char*, const char*> rows[] = {
+      {"(_ BitVec 3)", "(ite p (bvurem c d) (bvurem c v))"},
+      {"(_ BitVec 3)", "(ite p (bvudiv c d) (bvurem (bvneg c) d))"},
+      {"(_ BitVec 3)", "(ite p (bvudiv v d) (bvudiv (bvneg c) d))"},
+      {"Bool", "(= (bvadd (bvadd c (bvadd d v)) (bvmul c d)) (bvadd c (bvmul c v)))"},
+      {"Bool", "(= (bvmul c (bvadd d v)) (bvmul c d))"},
+  };
+  for (const auto& [sort, text] : rows) {
+    FpRewriter rewriter(reader.get_manager());
+    const Term* t = reader.read(sort, text);
+    EXPECT_EQ(rewriter.rewrite(t), t) << text << ": " << rewriter.describe_counts();
   }
 }
 

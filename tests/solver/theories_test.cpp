@@ -94,6 +94,56 @@ TEST_P(Theories, AReadFindsTheLastWriteAtItsIndex) {
   decide(Answer::sat, {differ(mgr.make_select(twice, i), v)});
 }
 
+/// Memory as programs have it: whatever the bases are, each read finds the last write at its place.
+TEST_P(Theories, DistancesFromBasesAreIndices) {
+  constexpr int kPlaces = 16;
+  struct Place {
+    std::size_t base;
+    int distance;
+  };
+  const std::vector<Place> writes{{1, 0}, {2, 1}, {1, 15}, {0, 3}, {2, 6}, {1, 9}, {2, 0}};
+  const std::vector<Place> reads{{2, 5}, {1, 2}, {2, 14}, {0, 4}, {1, 1}};
+  const DataType* address = mgr.get_bv_type(4);
+  const Terms bases{mgr.make_bv_number(0, 4), variable("p", address), variable("q", address)};
+  // Sums of sums, with the number in either place.
+  const auto index = [&](const Place& place) {
+    const Term* inner = mgr.make_bv_add(mgr.make_bv_number(7, 4), bases[place.base]);
+    return mgr.make_bv_add(inner, mgr.make_bv_number(QNumber(place.distance + 9), 4));
+  };
+  const Term* before = variable("a", mgr.get_array_type(address, byte_type));
+  const Term* after = before;
+  Terms values;
+  for (const Place& place : writes) {
+    values.push_back(variable("v" + std::to_string(values.size()), byte_type));
+    after = mgr.make_store(after, index(place), values.back());
+  }
+  for (int p = 0; p < kPlaces; ++p) {
+    for (int q = 0; q < kPlaces; ++q) {
+      const std::vector<int> starts{0, p, q};
+      const auto place_of = [&](const Place& place) {
+        return (starts[place.base] + place.distance) % kPlaces;
+      };
+      const Terms assumed{mgr.make_equal(bases[1], mgr.make_bv_number(QNumber(p), 4)),
+                          mgr.make_equal(bases[2], mgr.make_bv_number(QNumber(q), 4))};
+      const Term* right = mgr.make_true();
+      for (const Place& read : reads) {
+        const Term* expected =
+            mgr.make_select(before, mgr.make_bv_number(QNumber(place_of(read)), 4));
+        for (std::size_t i = 0; i < writes.size(); ++i) {
+          if (place_of(writes[i]) == place_of(read)) expected = values[i];
+        }
+        const Term* found = mgr.make_select(after, index(read));
+        right = mgr.make_and(right, mgr.make_equal(found, expected));
+      }
+      solver.push();
+      solver.assert_formula(mgr.make_not(right));
+      EXPECT_EQ(solver.check_sat(assumed), Answer::unsat) << p << ' ' << q;
+      solver.pop();
+      EXPECT_EQ(solver.check_sat(Terms{assumed[0], assumed[1], right}), Answer::sat);
+    }
+  }
+}
+
 TEST_P(Theories, EqualIndicesReadEqualElements) {
   const Term* a = variable("a", memory);
   const Term* b = variable("b", memory);

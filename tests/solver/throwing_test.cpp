@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "tests/solver/solver_fixture.h"
@@ -85,6 +86,35 @@ TEST_F(SolverTest, AnswersWhereverATerminationTestHasThrown) {
     Solver s(mgr, options);
     EXPECT_THROW(check(s), std::runtime_error) << question;
     EXPECT_EQ(check(s), Answer::sat) << question;
+  }
+}
+
+TEST_F(SolverTest, AnswersWhereverATestHasThrownWhileArraysAreDecided) {
+  // What is stated of arrays makes the terms that ask.
+  const DataType* index = mgr.get_fp_type(3, 4);
+  const Term* array = variable("a", mgr.get_array_type(index, index));
+  const Term* read = variable("x", index);
+  std::vector<const Term*> formulas;
+  for (int i = 0; i < 40; ++i) {
+    const Term* at = variable("i" + std::to_string(i), index);
+    array = mgr.make_store(array, at, fp(i, 3, 4));
+    read = mgr.make_select(array, mgr.make_fp_neg(read));
+  }
+  formulas.push_back(mgr.make_fp_lt(read, fp(7, 3, 4)));
+  formulas.push_back(mgr.make_fp_isnormal(mgr.make_select(array, read)));
+  const auto check = [&](Solver& s) { return s.check_sat(formulas); };
+  const int questions = count_questions(mgr, check);
+  ASSERT_GT(questions, 20);
+  for (int question = 0; question < questions - 1; question += 1 + questions / 50) {
+    Thrower thrower;
+    thrower.left = question;
+    Options options = circuits_only();
+    options.termination_test = &thrower;
+    Solver s(mgr, options);
+    EXPECT_THROW(check(s), std::runtime_error) << question;
+    EXPECT_EQ(check(s), Answer::sat) << question;
+    s.assert_formula(mgr.make_not(mgr.make_fp_le(read, fp(7, 3, 4))));
+    EXPECT_EQ(check(s), Answer::unsat) << question;
   }
 }
 

@@ -260,6 +260,31 @@ TEST_F(BaseTranslatorTest, NamesTheOperationThatIsNotThere) {
   EXPECT_EQ(refusal_of(mgr.make_fp_isnormal(x)), "fp.isNormal is not supported by this encoder");
 }
 
+TEST_F(TranslatorTest, IsNotWholeOnceTheTermsWereEnded) {
+  class Stop : public TerminationTest {
+   public:
+    bool terminate() const override { return true; }
+  };
+  const Term* wide = variable("wide", mgr.get_fp_type(11, 52));
+  const Term* product = wide;
+  for (int i = 0; i < 20; ++i)
+    product = mgr.make_fp_fma(rm, product, wide, product);
+  const Term* formula = mgr.make_fp_isnan(product);
+  translate(mgr.make_fp_isnan(x));
+  EXPECT_TRUE(translator.is_whole());
+  const Stop stop;
+  mgr.set_termination_test(&stop);
+  EXPECT_THROW(translate(formula), Terminated);
+  mgr.set_termination_test(nullptr);
+  EXPECT_FALSE(translator.is_whole());
+}
+
+TEST_F(BaseTranslatorTest, IsWholeAfterWhatWasRefused) {
+  const Term* a = variable("a", mgr.get_fp_type(8, 1));
+  EXPECT_NE(refusal_of(mgr.make_fp_isnan(mgr.make_fp_mul(rm, a, a))), "none");
+  EXPECT_TRUE(base_translator.is_whole());
+}
+
 TEST_F(BaseTranslatorTest, NamesTheFormatThatHasNoCircuit) {
   const Term* a = variable("a", mgr.get_fp_type(8, 1));
   const std::string message = refusal_of(mgr.make_fp_isnan(mgr.make_fp_mul(rm, a, a)));

@@ -77,6 +77,25 @@ Bits extend(const Operands& x, Lit bit) {
   return result;
 }
 
+// Choices between x and -x ----------------------------------------------------------------------
+
+bool is_choice_of_sign(const Term* t) {
+  if (t->get_tag() != SymbolTag::ite) return false;
+  const auto negates = [t](std::size_t i) {
+    const Term* branch = t->get_arg(i);
+    return branch->get_tag() == SymbolTag::bv_neg && branch->get_arg(0) == t->get_arg(3 - i);
+  };
+  return negates(1) || negates(2);
+}
+
+/// Negates under a condition, which takes no selection, and is how signed division gets magnitudes.
+Bits choose_sign(Circuits& circuits, const Term* t, const Operands& x) {
+  const bool is_negated =
+      t->get_arg(1)->get_tag() == SymbolTag::bv_neg && t->get_arg(1)->get_arg(0) == t->get_arg(2);
+  const Lit condition = x.a()[0];
+  return is_negated ? circuits.negate_if(condition, x.c()) : circuits.negate_if(!condition, x.b());
+}
+
 // The table -------------------------------------------------------------------------------------
 
 struct Row {
@@ -211,7 +230,8 @@ void BitBlaster::blast_operation(const Term* t) {
   for (std::size_t i = 0; i < t->get_arity(); ++i) {
     operands.args[i] = {find(t->get_arg(i)), get_width(t->get_arg(i))};
   }
-  const Bits bits = circuit(circuits, operands);
+  const Bits bits =
+      is_choice_of_sign(t) ? choose_sign(circuits, t, operands) : circuit(circuits, operands);
   assert(bits.size() == get_width(t));
   store(t, bits, &of_others);
 }

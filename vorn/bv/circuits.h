@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
 #include <span>
 #include <utility>
 #include <vector>
@@ -84,6 +85,9 @@ class VORN_EXPORT Circuits {
 
   Aig& graph;
   std::map<std::pair<Bits, Bits>, Division> divisions;
+  /// The lowest bits of operands multiplied so far: the first one's were added, by the second
+  /// one's.
+  std::set<std::pair<Lit, Lit>> row_orders;
 };
 
 }  // namespace vorn::bv

@@ -1,7 +1,9 @@
 // Shift-and-add multiplication. Of the two operands the one with fewer bits that can be set selects
 // the rows; a row that is constant 0 is skipped. A row is added at the positions that it reaches,
 // its carry runs into the constant zeros above the sum so far and becomes its new top bit, so that
-// zero-extended factors of k and l bits cost about k * l full adders at any width.
+// zero-extended factors of k and l bits cost about k * l full adders at any width. Where that does
+// not decide between the operands, the order of an earlier product does, so that products of the
+// same bits, at any width, share their gates.
 //
 // In a square the conjunctions of bits i and j come twice, which is once at twice the weight: half
 // of the adders are enough.
@@ -16,9 +18,12 @@ namespace vorn::bv {
 Bits Circuits::multiply(BitsView a, BitsView b) {
   assert(a.size() == b.size());
   const std::size_t width = a.size();
-  if (std::count(a.begin(), a.end(), kFalse) > std::count(b.begin(), b.end(), kFalse)) {
-    std::swap(a, b);
-  }
+  const auto zeros_of_a = std::count(a.begin(), a.end(), kFalse);
+  const auto zeros_of_b = std::count(b.begin(), b.end(), kFalse);
+  const bool is_swapped = zeros_of_a == zeros_of_b ? row_orders.contains({b.front(), a.front()})
+                                                   : zeros_of_a > zeros_of_b;
+  if (is_swapped) std::swap(a, b);
+  row_orders.emplace(a.front(), b.front());
   if (std::equal(a.begin(), a.end(), b.begin())) return square(a);
   Bits product(width, kFalse);
   for (std::size_t row = 0; row < width; ++row) {

@@ -134,7 +134,8 @@ class VORN_EXPORT IeeeBvEncoder : public FpBvEncoder {
   /// The integer square root of `radicand` (2n bits): n bits, and whether there is a remainder.
   const Term* enc_square_root(const Term* radicand, const Term** inexact);
 
-  /// x * 2^d modulo `modulus` (m + 2 bits each), x of m + 1 bits, d unsigned.
+  /// x * 2^d modulo `modulus` (m + 2 bits each), x of m + 1 bits, d unsigned, e bits; anything
+  /// where d is beyond 2^e - 3, which no two exponents are apart.
   const Term* enc_scale_modulo(const Term* x, const Term* d, const Term* modulus);
   /// a modulo b, for a at least as wide as b; b's width.
   const Term* enc_reduce(const Term* a, const Term* b);

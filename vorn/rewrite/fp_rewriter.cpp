@@ -10,7 +10,7 @@ namespace vorn::rewrite {
 std::vector<const FpRule*> get_fp_rules() {
   std::vector<const FpRule*> all;
   for (const auto rules : {get_arithmetic_rules(), get_sign_rules(), get_conversion_rules(),
-                           get_comparison_rules(), get_class_rules()}) {
+                           get_comparison_rules(), get_class_rules(), get_bit_vector_rules()}) {
     for (const FpRule& rule : rules)
       all.push_back(&rule);
   }

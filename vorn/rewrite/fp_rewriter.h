@@ -1,4 +1,4 @@
-// Rewriting of formulas over floats before they are translated.
+// Rewriting of formulas over floats and bit-vectors before they are translated.
 //
 // The walk goes bottom-up: the arguments of a term are rewritten first, the term is built again on
 // them, and rules are applied to it until none fits. What a rule makes is rewritten in its turn, so

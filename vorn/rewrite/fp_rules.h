@@ -4,8 +4,8 @@
 // Every rule is an identity of the SMT-LIB FloatingPoint theory: of values, the one NaN, the sign
 // of zeros and, unless it asks for certain modes, all five rounding modes included. None says
 // anything about the circuits of an encoder, so none may be used with one that departs from the
-// theory. For each rule there is a script tests/regress/rewrites/NAME.smt2 in which the solver
-// refutes a counterexample without rewriting.
+// theory. A few rules are for bit-vectors, see bv_rules.cpp. For each rule there is a script
+// tests/regress/rewrites/NAME.smt2 in which the solver refutes a counterexample without rewriting.
 //
 // Rules end: each of them takes away operations that none brings back (products with powers of two,
 // fused products with 1, negations and widenings below other operations, comparisons of special
@@ -44,6 +44,8 @@ std::span<const FpRule> get_conversion_rules();
 std::span<const FpRule> get_comparison_rules();
 /// Rules for tests of classes.
 std::span<const FpRule> get_class_rules();
+/// Rules for comparisons, divisions and choices of bit-vectors.
+std::span<const FpRule> get_bit_vector_rules();
 
 /// All of these, in the order in which they are tried.
 std::vector<const FpRule*> get_fp_rules();

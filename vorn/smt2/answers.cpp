@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "vorn/smt2/interpreter.h"
+#include "vorn/smt2/model_text.h"
 #include "vorn/terms/printer.h"
 
 namespace vorn::smt2 {
@@ -88,45 +89,12 @@ void Interpreter::get_model(Parser& parser, const Token& command) {
   require_answer(parser, command, Answer::sat, kNoModel);
   std::string model = "(\n";
   for (const SymbolTable::Declaration& d : symbols.get_declarations()) {
-    model += fmt::format("  (define-fun {} {})\n", quote_symbol(d.name),
-                         define_value(parser, command, d));
+    model +=
+        "  " +
+        ask_engine(parser, command.position, [&] { return define_in_model(engine, symbols, d); }) +
+        "\n";
   }
   respond(model + ")");
-}
-
-/// The definition of a constant or function of the model, from its parameters on.
-std::string Interpreter::define_value(const Parser& parser, const Token& command,
-                                      const SymbolTable::Declaration& declared) {
-  const Symbol* symbol = declared.constant->get_symbol();
-  if (symbol->is_function()) {
-    return define_values(
-        symbol, ask_engine(parser, command.position, [&] { return engine.get_function(symbol); }));
-  }
-  const Term* value =
-      ask_engine(parser, command.position, [&] { return engine.get_value(declared.constant); });
-  return fmt::format("() {} {}", declared.constant->get_type()->to_string(), value->to_string());
-}
-
-/// A choice for each entry, one within the other, under parameters that no name of the script is.
-std::string Interpreter::define_values(const Symbol* function, const FunctionValue& value) const {
-  std::vector<std::string> parameters;
-  std::string text = "(";
-  for (const DataType* type : function->get_domain()) {
-    std::string name = fmt::format("x!{}", parameters.size());
-    while (symbols.find(name) != nullptr)
-      name.insert(0, 1, 'x');
-    text += fmt::format("{}({} {})", parameters.empty() ? "" : " ", name, type->to_string());
-    parameters.push_back(std::move(name));
-  }
-  text += fmt::format(") {} ", function->get_output_type()->to_string());
-  for (const FunctionValue::Entry& entry : value.entries) {
-    std::string condition;
-    for (std::size_t i = 0; i < parameters.size(); ++i)
-      condition += fmt::format(" (= {} {})", parameters[i], entry.arguments[i]->to_string());
-    if (parameters.size() > 1) condition = fmt::format(" (and{})", condition);
-    text += fmt::format("(ite{} {} ", condition, entry.value->to_string());
-  }
-  return text + value.otherwise->to_string() + std::string(value.entries.size(), ')');
 }
 
 void Interpreter::get_value(Parser& parser, const Token& command) {

@@ -200,9 +200,6 @@ class VORN_EXPORT Interpreter {
   void require_answer(const Parser& parser, const Token& command, Answer answer,
                       std::string_view complaint) const;
   void compare_status(Parser& parser, const Token& command, Answer expected);
-  std::string define_value(const Parser& parser, const Token& command,
-                           const SymbolTable::Declaration& declared);
-  std::string define_values(const Symbol* function, const FunctionValue& value) const;
 
   // Refutations (cores.cpp)
   void get_unsat_assumptions(Parser& parser, const Token& command);

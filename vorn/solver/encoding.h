@@ -19,6 +19,7 @@
 #include <istream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "vorn/bv/dimacs.h"
@@ -29,12 +30,23 @@
 
 namespace vorn::solver {
 
+/// How reads of arrays and applications of functions, which are constants in a formula without
+/// floats, are to have values that go together.
+enum class Theories : std::uint8_t {
+  lemmas,  // by what a check finds to be needed, so that the formula has the check's answer
+  kept,    // by arrays and functions over bits
+  open,    // they need not
+};
+
 /// What a check would decide.
 struct Encoding {
   std::vector<const Term*> assertions;  // as given, assumptions behind them
   std::vector<const Term*> conjuncts;   // Boolean and bit-vector formulas that say the same
   std::vector<const Term*> open_terms;  // those of the assertions
   std::vector<const Term*> choices;     // their bit-vector constants, null for one without
+  /// Arrays and functions of the assertions, and those that stand for them in the conjuncts, where
+  /// they are kept and these have other sorts.
+  std::vector<std::pair<const Symbol*, const Symbol*>> kept;
 };
 
 /// A bit of a mapped value: a literal of DIMACS, or one of these.

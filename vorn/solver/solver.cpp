@@ -7,11 +7,8 @@
 #include <stdexcept>
 
 #include "vorn/fp/ieee_bv_encoder.h"
-#include "vorn/semantics/open_terms.h"
 #include "vorn/solver/back_end.h"
-#include "vorn/solver/congruences.h"
 #include "vorn/theories/interpretation.h"
-#include "vorn/utils/output_file.h"
 
 namespace vorn::solver {
 
@@ -222,61 +219,6 @@ std::vector<std::size_t> Solver::get_unsat_assumptions() {
     if (literal == 0 || back_end->circuits->sat->failed(literal)) failed.push_back(i);
   }
   return failed;
-}
-
-// What leaves the solver ------------------------------------------------------------------------
-
-Encoding Solver::encode(std::span<const Term* const> assumed) {
-  enter_assumptions(assumed);
-  is_deferred = false;
-  translate_new();
-  const TestedTerms tested(mgr, options.termination_test);
-  // Which statements on arrays and functions are needed is found out by a check.
-  if (!back_end->theory.is_empty() && decide() == Answer::unknown) throw Terminated();
-  has_model = false;
-  is_unsat = false;
-  Encoding encoding;
-  encoding.assertions = assertions.get_items();
-  encoding.open_terms = semantics::find_open_terms(encoding.assertions);
-  // Models are checked against the assertions as given, so what they leave open has a constant even
-  // where rewriting has dropped it.
-  std::vector<const Term*> encoded_terms;
-  for (const Term* t : encoding.open_terms)
-    encoded_terms.push_back(encoded_form(t));
-  for (const Term* t : encoded_terms)
-    back_end->translator.translate(t, &back_end->conjuncts);
-  encoding.conjuncts = back_end->conjuncts.get_items();
-  for (const Assumption& assumption : assumptions)
-    encoding.conjuncts.push_back(assumption.translated);
-  for (std::size_t i = 0; i < encoded_terms.size(); ++i) {
-    const bool is_same = encoded_terms[i]->get_symbol() == encoding.open_terms[i]->get_symbol();
-    const Term* t = is_same ? encoded_terms[i] : encoding.open_terms[i];
-    encoding.choices.push_back(back_end->encoder->get_choice(t));
-  }
-  for (const Term* f : state_congruences(mgr, *back_end->encoder, encoded_terms))
-    encoding.conjuncts.push_back(f);
-  return encoding;
-}
-
-const Term* Solver::get_encoding(const Term* constant) const {
-  if (const Term* encoding = get_back_end().encoder->get_cached(constant)) return encoding;
-  const DataType::Kind kind = constant->get_type()->get_kind();
-  const bool is_plain = kind == DataType::Kind::boolean || kind == DataType::Kind::bit_vector;
-  return is_plain ? constant : nullptr;
-}
-
-/// Starts the back end of the one check: what was written so far was not traced.
-void Solver::start_traces() {
-  const std::vector<const Term*> open_terms = semantics::find_open_terms(get_encoded_assertions());
-  for (const Term* f : state_congruences(mgr, *back_end->encoder, open_terms))
-    back_end->conjuncts.add(f);
-  back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options, true);
-}
-
-void Solver::write_cnf() const {
-  OutputFile file(options.cnf_file, "the clauses");
-  bv::write_dimacs(file.get_stream(), *back_end->circuits->recorder);
-  file.commit();
 }
 
 Statistics Solver::get_statistics() const {

@@ -137,10 +137,12 @@ class VORN_EXPORT Solver : public Engine {
   /// Of the SAT solver; its upper two bits are ignored.
   void set_seed(std::uint32_t seed) override;
 
-  /// What check_sat with these assumptions would decide, as a formula without floats, and with what
-  /// a check has found to be needed of arrays and functions. The solver is then as after a check
-  /// without a model. Throws Terminated where that check has no answer.
-  Encoding encode(std::span<const Term* const> assumed);
+  /// What check_sat with these assumptions would decide, as a formula without floats. The solver is
+  /// then as after a check without a model. With Theories::lemmas, which make a check of their own,
+  /// throws Terminated where that has no answer, and std::invalid_argument where what it has found
+  /// holds only for infinite sorts; with Theories::kept, std::invalid_argument where arrays over
+  /// bits would not do.
+  Encoding encode(std::span<const Term* const> assumed, Theories theories = Theories::lemmas);
   /// The constant that stands for a constant of the assertions in their encoding; null for a float
   /// or rounding mode that none of them mentions.
   const Term* get_encoding(const Term* constant) const;
@@ -172,6 +174,7 @@ class VORN_EXPORT Solver : public Engine {
   void leave_assumptions();
   void enter_assumptions(std::span<const Term* const> assumed);
   void pop_level();
+  void find_lemmas();
   void start_traces();
   void write_cnf() const;
   BackEnd& get_back_end() const;

@@ -9,9 +9,16 @@
 namespace vorn::solver {
 
 const Term* Translator::translate(const Term* formula, Trail<const Term*>* constraints) {
-  walk_post_order<ArgumentOrder::last_to_first>(
-      formula, [this](const Term* t) { return find(t) != nullptr; },
-      [&](const Term* t) { finish(t, constraints); });
+  is_half_done = true;
+  try {
+    walk_post_order<ArgumentOrder::last_to_first>(
+        formula, [this](const Term* t) { return find(t) != nullptr; },
+        [&](const Term* t) { finish(t, constraints); });
+  } catch (const std::invalid_argument&) {
+    is_half_done = false;  // what is refused is so before anything is known of it
+    throw;
+  }
+  is_half_done = false;
   return find(formula);
 }
 

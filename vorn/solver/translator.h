@@ -31,6 +31,9 @@ class Translator {
   /// `constraints`; they stay in force until the level in which they were made is popped.
   /// Throws std::invalid_argument where the encoder does not support a term.
   const Term* translate(const Term* formula, Trail<const Term*>* constraints);
+  /// False once a translation was ended by any other exception: then some of what is known of terms
+  /// and constraints is missing, and the translator and its encoder can only be destroyed.
+  bool is_whole() const { return !is_half_done; }
 
   void push();
   /// Forgets what was translated since the matching push.
@@ -54,6 +57,7 @@ class Translator {
   TermMap translations;           // of all terms but floats and rounding modes
   Trail<const Term*> translated;  // its keys
   Trail<const Term*> encoded;     // terms that entered the encoder's cache
+  bool is_half_done = false;      // a formula is being translated, or that was ended
 };
 
 }  // namespace vorn::solver

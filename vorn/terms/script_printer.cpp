@@ -33,8 +33,8 @@ ScriptPrinter::ScriptPrinter(std::span<const Term* const> assertions)
   name_operations(shared);
 }
 
-std::string ScriptPrinter::get_name(const Term* constant) const {
-  const auto found = symbol_names.find(constant->get_symbol());
+std::string ScriptPrinter::get_name(const Symbol* symbol) const {
+  const auto found = symbol_names.find(symbol);
   return found == symbol_names.end() ? "" : found->second;
 }
 

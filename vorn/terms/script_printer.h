@@ -31,9 +31,10 @@ class VORN_EXPORT ScriptPrinter {
 
   /// Writes the script, without set-logic and check-sat.
   void print(std::ostream& out) const;
-  /// The symbol that stands for an uninterpreted constant in the script, quoted where need be;
-  /// empty if it does not occur.
-  std::string get_name(const Term* constant) const;
+  /// The symbol that stands for an uninterpreted constant or function in the script, quoted where
+  /// need be; empty if it does not occur.
+  std::string get_name(const Symbol* symbol) const;
+  std::string get_name(const Term* constant) const { return get_name(constant->get_symbol()); }
 
  private:
   /// Operations within one definition.

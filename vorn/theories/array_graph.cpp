@@ -20,6 +20,10 @@ bool has_open_size(const DataType* type) {
   }
 }
 
+/// Comparisons of two indices from which on a subtraction of their bases takes fewer gates: it is
+/// twice as large as a comparison, after which each distance is a comparison with a number.
+constexpr std::uint64_t kFewComparisons = 8;
+
 bool is_store(const Term* t) {
   return t->get_tag() == SymbolTag::array_store;
 }
@@ -52,8 +56,9 @@ ArrayGraph::Position ArrayGraph::find_component(Position node) {
 
 /// `b` is what `a` is made of, unless they are equal.
 void ArrayGraph::connect(Position a, Position b, const Term* reason, bool is_equal) {
-  nodes[a].edges.push_back({b, reason, !is_equal});
-  nodes[b].edges.push_back({a, reason, false});
+  const Position hidden = is_store(reason) ? number_of(reason->get_arg(1)) : kNone;
+  nodes[a].edges.push_back({b, reason, !is_equal, hidden});
+  nodes[b].edges.push_back({a, reason, false, hidden});
   nodes[find_component(a)].component = find_component(b);
 }
 
@@ -93,8 +98,12 @@ ArrayGraph::Position ArrayGraph::number_of(const Term* t) {
 // Accesses ------------------------------------------------------------------------------------
 
 void ArrayGraph::start_access(Position node, const Term* index, const Term* element) {
-  accesses.push_back({index, element, number_of(index), number_of(element)});
-  arrivals.push_back({node, static_cast<Position>(accesses.size() - 1), kNone, nullptr});
+  const Position index_value = number_of(index);
+  const auto [group, fresh] = group_of.try_emplace(index_value, groups.size());
+  if (fresh) groups.emplace_back();
+  groups[group->second].push_back(static_cast<Position>(accesses.size()));
+  accesses.push_back({index, element, node, index_value, number_of(element)});
+  ++base_uses[split_offset(index).base];
 }
 
 /// Writes come first: a write hides what is below it, so no other access at its index passes.
@@ -124,46 +133,84 @@ void ArrayGraph::seed_small_domain(const Component& component) {
   }
 }
 
-/// Whether an access does not pass the edge of that reason.
-bool ArrayGraph::is_blocked(const Term* reason, const Access& access) {
-  return is_store(reason) && number_of(reason->get_arg(1)) == access.index_value;
+/// Accesses at different indices know nothing of each other, so one index follows the other.
+void ArrayGraph::propagate(std::vector<const Term*>* lemmas) {
+  for (const std::vector<Position>& group : groups) {
+    const std::size_t begin = arrivals.size();
+    for (const Position access : group)
+      arrivals.push_back({accesses[access].node, access, kNone, nullptr});
+    for (std::size_t next = begin; next < arrivals.size(); ++next) {
+      if (poll.is_over()) throw Terminated();
+      arrive(static_cast<Position>(next), lemmas);
+    }
+    for (std::size_t next = begin; next < arrivals.size(); ++next)
+      nodes[arrivals[next].node].first = kNone;
+  }
 }
 
-void ArrayGraph::propagate(std::vector<const Term*>* lemmas) {
-  for (Position next = 0; next < arrivals.size(); ++next) {
-    if (poll.is_over()) throw Terminated();
-    const Arrival arrival = arrivals[next];
-    const Access& access = accesses[arrival.access];
-    const std::uint64_t key = (std::uint64_t{arrival.node} << 32U) | access.index_value;
-    const auto [entry, fresh] = table.try_emplace(key, next);
-    if (!fresh) {
-      const Access& first = accesses[arrivals[entry->second].access];
-      if (first.element_value != access.element_value) {
-        lemmas->push_back(state(entry->second, next));
-      }
-      continue;
-    }
-    const Node& node = nodes[arrival.node];
-    if (node.array->get_tag() == SymbolTag::array_const &&
-        number_of(node.array->get_arg(0)) != access.element_value) {
-      const Term* same = mgr.make_equal(access.element, node.array->get_arg(0));
-      lemmas->push_back(explain(next, same));
-      continue;
-    }
-    const bool goes_up = components.at(find_component(arrival.node)).has_equality;
-    for (const Edge& edge : node.edges) {
-      const bool is_open = edge.is_down || goes_up;
-      if (!is_open || is_blocked(edge.reason, access)) continue;
-      arrivals.push_back({edge.to, arrival.access, next, edge.reason});
-    }
+/// Compares an arrival with the first one at its node, or goes on from there.
+void ArrayGraph::arrive(Position next, std::vector<const Term*>* lemmas) {
+  const Arrival arrival = arrivals[next];
+  const Access& access = accesses[arrival.access];
+  Node& node = nodes[arrival.node];
+  if (node.first != kNone) {
+    const Access& first = accesses[arrivals[node.first].access];
+    if (first.element_value != access.element_value) lemmas->push_back(state(node.first, next));
+    return;
+  }
+  node.first = next;
+  if (node.array->get_tag() == SymbolTag::array_const &&
+      number_of(node.array->get_arg(0)) != access.element_value) {
+    const Term* same = mgr.make_equal(access.element, node.array->get_arg(0));
+    lemmas->push_back(explain(next, same));
+    return;
+  }
+  const bool goes_up = components.at(find_component(arrival.node)).has_equality;
+  for (const Edge& edge : node.edges) {
+    const bool is_open = edge.is_down || goes_up;
+    if (!is_open || edge.hidden == access.index_value) continue;
+    arrivals.push_back({edge.to, arrival.access, next, edge.reason});
   }
 }
 
 // Reasons -------------------------------------------------------------------------------------
 
+ArrayGraph::Offset ArrayGraph::split_offset(const Term* index) const {
+  Offset offset{index, QNumber(0)};
+  QNumber number;
+  if (index->get_type()->get_kind() != DataType::Kind::bit_vector) return offset;
+  while (offset.base->get_tag() == SymbolTag::bv_add) {
+    const bool is_first = mgr.is_number(offset.base->get_arg(0), &number);
+    if (!is_first && !mgr.is_number(offset.base->get_arg(1), &number)) return offset;
+    offset.distance = offset.distance + number;
+    offset.base = offset.base->get_arg(is_first ? 1 : 0);
+  }
+  if (mgr.is_number(offset.base, &number)) return {nullptr, offset.distance + number};
+  return offset;
+}
+
+/// That two indices are equal. Addresses are mostly distances from few bases, which are subtracted
+/// once, however many distances are compared.
+const Term* ArrayGraph::state_equal(const Term* i, const Term* j) {
+  Offset a = split_offset(i);
+  Offset b = split_offset(j);
+  const bool are_bits = i->get_type()->get_kind() == DataType::Kind::bit_vector;
+  if (!are_bits || (a.distance.sign() == 0 && b.distance.sign() == 0)) return mgr.make_equal(i, j);
+  if (a.base == nullptr || (b.base != nullptr && b.base->get_id() < a.base->get_id())) {
+    std::swap(a, b);
+  }
+  const Term* distance = mgr.make_bv_number(b.distance - a.distance, i->get_type()->get_width());
+  if (a.base == b.base) {
+    return mgr.make_equal(distance, mgr.make_bv_number(0, i->get_type()->get_width()));
+  }
+  if (b.base == nullptr) return mgr.make_equal(a.base, distance);
+  if (base_uses[a.base] * base_uses[b.base] < kFewComparisons) return mgr.make_equal(i, j);
+  return mgr.make_equal(mgr.make_bv_sub(a.base, b.base), distance);
+}
+
 /// What lets an access at `index` pass an edge.
 const Term* ArrayGraph::condition(const Term* reason, const Term* index) {
-  if (is_store(reason)) return mgr.make_not(mgr.make_equal(index, reason->get_arg(1)));
+  if (is_store(reason)) return mgr.make_not(state_equal(index, reason->get_arg(1)));
   if (reason->get_tag() != SymbolTag::ite) return reason;
   const Term* choice = reason->get_arg(0);
   return evaluator.evaluate(choice).sign() != 0 ? choice : mgr.make_not(choice);
@@ -184,7 +231,7 @@ const Term* ArrayGraph::state(Position a, Position b) {
   const Access& first = accesses[arrivals[a].access];
   const Access& second = accesses[arrivals[b].access];
   const Term* agree = mgr.make_equal(first.element, second.element);
-  const Term* differ = mgr.make_not(mgr.make_equal(first.index, second.index));
+  const Term* differ = mgr.make_not(state_equal(first.index, second.index));
   return explain(a, explain(b, mgr.make_or(differ, agree)));
 }
 

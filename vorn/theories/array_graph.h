@@ -51,16 +51,19 @@ class ArrayGraph {
     Position to;
     const Term* reason;  // the write, the if-then-else, or the equality
     bool is_down;        // from an array to what it is made of
+    Position hidden;     // number of the index that a write hides
   };
   struct Node {
     const Term* array;
     std::vector<Edge> edges;
-    Position component;  // the node that stands for it, by way of others
+    Position component;      // the node that stands for it, by way of others
+    Position first = kNone;  // the first arrival of an access at the present index
   };
   /// That an element is at an index.
   struct Access {
     const Term* index;
     const Term* element;
+    Position node;
     Position index_value;  // numbers of values
     Position element_value;
   };
@@ -70,6 +73,11 @@ class ArrayGraph {
     Position access;
     Position from;
     const Term* reason;
+  };
+  /// An index as a base, null for zero, and a distance from it.
+  struct Offset {
+    const Term* base;
+    QNumber distance;
   };
   /// What a component has.
   struct Component {
@@ -85,9 +93,10 @@ class ArrayGraph {
   void start_access(Position node, const Term* index, const Term* element);
   void start_accesses();
   void seed_small_domain(const Component& component);
-  void arrive(const Arrival& arrival, std::vector<const Term*>* lemmas);
   void propagate(std::vector<const Term*>* lemmas);
-  bool is_blocked(const Term* reason, const Access& access);
+  void arrive(Position next, std::vector<const Term*>* lemmas);
+  Offset split_offset(const Term* index) const;
+  const Term* state_equal(const Term* i, const Term* j);
   const Term* condition(const Term* reason, const Term* index);
   const Term* state(Position a, Position b);
   const Term* explain(Position arrival, const Term* otherwise);
@@ -109,9 +118,11 @@ class ArrayGraph {
     std::size_t operator()(const QNumber& value) const noexcept { return value.hash(); }
   };
   std::unordered_map<QNumber, Position, NumberHash> numbers;
+  std::unordered_map<const Term*, std::uint64_t> base_uses;  // indices at each base
   std::vector<Access> accesses;
+  std::unordered_map<Position, std::size_t> group_of;  // by number of the index
+  std::vector<std::vector<Position>> groups;           // accesses at one index
   std::vector<Arrival> arrivals;
-  std::unordered_map<std::uint64_t, Position> table;  // arrivals by node and number of the index
 };
 
 }  // namespace vorn::theories

@@ -41,14 +41,6 @@ std::vector<ArrayTerms> sort_out(const std::vector<const Term*>& terms) {
   return groups;
 }
 
-/// That arrays which are not equal differ somewhere.
-const Term* state_difference(TermManager& mgr, TheoryTerms* terms, const Term* equality) {
-  const Term* witness = terms->get_witness(equality);
-  const Term* a = mgr.make_select(equality->get_arg(0), witness);
-  const Term* b = mgr.make_select(equality->get_arg(1), witness);
-  return mgr.make_or(equality, mgr.make_not(mgr.make_equal(a, b)));
-}
-
 /// That a function gives equal values for equal arguments.
 const Term* state_congruence(TermManager& mgr, const Term* a, const Term* b) {
   const Term* statement = mgr.make_equal(a, b);
@@ -148,7 +140,7 @@ std::vector<const Term*> Interpretation::interpret(TermManager& manager, TheoryT
       const bool are_equal =
           candidate->evaluate(t->get_arg(0)) == candidate->evaluate(t->get_arg(1));
       if (are_equal && candidate->evaluate(t).sign() == 0) {
-        lemmas.push_back(state_difference(manager, terms, t));
+        lemmas.push_back(terms->state_difference(t));
       }
     }
     if (!lemmas.empty()) return lemmas;

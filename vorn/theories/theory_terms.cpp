@@ -34,9 +34,9 @@ const Term* TheoryTerms::get_stand_in(const Term* t) {
     }
     type = mgr.get_bv_type(kElementWidth);
   }
-  const char* name = "apply";
-  if (t->get_tag() == SymbolTag::array_select) name = "select";
-  if (t->get_tag() == SymbolTag::equal) name = "equal";
+  const char* name = ".apply";
+  if (t->get_tag() == SymbolTag::array_select) name = ".select";
+  if (t->get_tag() == SymbolTag::equal) name = ".equal";
   const bool is_constant = t->get_arity() == 0;
   stand_in = mgr.make_constant(
       mgr.make_unique_symbol(is_constant ? t->get_symbol()->get_name() : name, type));
@@ -55,9 +55,16 @@ const Term* TheoryTerms::get_witness(const Term* equality) {
   const Term*& witness = witnesses[equality];
   if (witness == nullptr) {
     const DataType* index = equality->get_arg(0)->get_type()->get_index();
-    witness = mgr.make_constant(mgr.make_unique_symbol("difference", index));
+    witness = mgr.make_constant(mgr.make_unique_symbol(".difference", index));
   }
   return witness;
+}
+
+const Term* TheoryTerms::state_difference(const Term* equality) {
+  const Term* witness = get_witness(equality);
+  const Term* a = mgr.make_select(equality->get_arg(0), witness);
+  const Term* b = mgr.make_select(equality->get_arg(1), witness);
+  return mgr.make_or(equality, mgr.make_not(mgr.make_equal(a, b)));
 }
 
 }  // namespace vorn::theories

@@ -47,11 +47,14 @@ class TheoryTerms {
   const Term* get_element(const Term* t);
   /// The index at which two arrays are to differ if this equality of them is false.
   const Term* get_witness(const Term* equality);
+  /// That arrays which are not equal differ at the witness.
+  const Term* state_difference(const Term* equality);
 
- private:
-  /// A formula without quantifiers needs no more elements of a sort than it has terms of it.
+  /// The bits of an element. A formula without quantifiers needs no more elements of a sort than it
+  /// has terms of it.
   static constexpr std::size_t kElementWidth = 16;
 
+ private:
   TermManager& mgr;
   Trail<const Term*> terms;
   std::unordered_map<const Term*, const Term*> stand_ins;

@@ -2,16 +2,28 @@
 //
 // With significands X and Y as integers and d the distance of the exponents, x is X * 2^d in units
 // of y's last place. That number modulo 2Y tells both the remainder of the division and whether its
-// quotient is odd, which settles ties. Subtracting y step by step would take 2^e steps; the power
-// of two is raised modulo 2Y by squaring instead, so that the circuit is polynomial in the widths:
-// one squaring and one reduction for each bit of d, less those that a shift takes care of. If d is
-// -1, the quotient is 0 or 1; further below, x is its own remainder.
+// quotient is odd, which settles ties. If d is -1, the quotient is 0 or 1; further below, x is its
+// own remainder.
+//
+// Where there are few exponents for the width of the significand, X is shifted by d and divided: a
+// step for each bit of the longest dividend, of which there are 2^e and more. Elsewhere the power
+// of two is raised modulo 2Y by squaring, so that the circuit is polynomial in the widths: one
+// squaring and one reduction for each bit of d, less those that a shift takes care of.
 #include <algorithm>
 #include <bit>
 
 #include "vorn/fp/ieee_bv_encoder.h"
 
 namespace vorn::fp {
+namespace {
+
+// Up to so many steps for each bit of the modulus, division has no more clauses than squaring; the
+// sizes of (5, 2), (6, 6), (7, 14) and (8, 30) are about the same either way.
+constexpr std::size_t kStepsPerBit = 8;
+// Bits of the widest exponent that is divided step by step.
+constexpr std::size_t kMostStepped = 8;
+
+}  // namespace
 
 const Term* IeeeBvEncoder::encode_rem(const Term* t) {
   TermManager& mgr = *dst_mgr;
@@ -33,7 +45,11 @@ const Term* IeeeBvEncoder::encode_rem(const Term* t) {
   const Term* dividend = enc_make_term_ite(below, mgr.make_bv_zero_extend(1, x.mant), power_rest);
   const Term* divisor = enc_make_term_ite(below, twice_Y, Y);
   const Term* odd = mgr.make_bv_ule(divisor, dividend);
-  const Term* rest = enc_make_term_ite(odd, mgr.make_bv_sub(dividend, divisor), dividend);
+  const Term* difference = enc_make_term_ite(odd, mgr.make_bv_sub(dividend, divisor), dividend);
+  // That what is left is below the divisor takes an induction over all steps to find out, and most
+  // that is to be proved of a remainder rests on it: said here, it costs one comparison.
+  const Term* is_below = mgr.make_bv_ult(difference, divisor);
+  const Term* rest = enc_make_term_ite(is_below, difference, bv(0, m + 2));
   const Term* twice_rest = mgr.make_bv_concat(rest, bv(0, 1));
   const Term* wide_divisor = mgr.make_bv_zero_extend(1, divisor);
   const Term* tie = mgr.make_and(odd, mgr.make_equal(twice_rest, wide_divisor));
@@ -71,6 +87,12 @@ const Term* IeeeBvEncoder::enc_scale_modulo(const Term* x, const Term* d, const 
   TermManager& mgr = *dst_mgr;
   const std::size_t n = width_of(modulus);
   const std::size_t D = width_of(d);
+  if (D <= kMostStepped && std::size_t{1} << D <= kStepsPerBit * n) {
+    const std::size_t shifts = (std::size_t{1} << D) - 3;  // between the largest and least exponent
+    const Term* dividend = mgr.make_bv_zero_extend(shifts, x);
+    const Term* distance = mgr.make_bv_zero_extend(width_of(dividend) - D, d);
+    return enc_reduce(mgr.make_bv_lshl(dividend, distance), modulus);
+  }
   // The leading bits of d at once: 2^(2^first - 1) is still within 2n bits.
   const std::size_t first = std::min(D, static_cast<std::size_t>(std::bit_width(2 * n)) - 1);
   const Term* lead = mgr.make_bv_extract(D - 1, D - first, d);

@@ -1,0 +1,15 @@
+; A short session in which most of what is translated are statements on arrays, so that all of its
+; allocations can fail: what is known of a statement that was ended in its midst must not stay.
+(declare-const a (Array Bool Bool))
+(declare-const b (Array Bool Bool))
+(declare-const i Bool)
+(declare-const j Bool)
+(push 1)
+(assert (= b (store a i j)))
+(assert (= a (store b j i)))
+(assert (distinct (select a i) (select b j)))
+(check-sat)
+(get-value (a b i j))
+(check-sat-assuming ((distinct i j)))
+(pop 1)
+(check-sat-assuming ((select a i)))

@@ -1,0 +1,16 @@
+; Summands of both sides cancel.
+(set-logic QF_BV)
+(declare-const x (_ BitVec 32))
+(declare-const y (_ BitVec 32))
+(declare-const z (_ BitVec 32))
+(declare-const u (_ BitVec 4))
+(declare-const v (_ BitVec 4))
+(assert (or
+  (not (= (= (bvadd x y) (bvadd y z)) (= x z)))
+  (not (= (= (bvsub x y) (bvsub z y)) (= x z)))
+  (not (= (= (bvadd x (bvadd y #x00000003)) (bvadd z (bvadd y #x00000001))) (= (bvadd x #x00000002) z)))
+  (not (= (= (bvadd x y) (bvsub z y)) (= (bvadd x (bvshl y #x00000001)) z)))
+  (not (= (= (bvadd u (bvmul u v)) (bvadd (bvmul u v) (bvadd v v))) (= u (bvshl v #x1))))
+))
+(set-info :status unsat)
+(check-sat)
