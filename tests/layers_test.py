@@ -18,7 +18,7 @@ BELOW = {
     "rewrite": ["semantics", "terms", "utils"],
     "search": ["rewrite", "semantics", "terms", "utils"],
     "theories": ["semantics", "terms", "utils"],
-    "solver": ["theories", "search", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
+    "solver": ["theories", "search", "ranges", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
 }
 INCLUDE = re.compile(r'^#include "vorn/([^"]+)"', re.MULTILINE)
 

@@ -32,8 +32,9 @@ namespace {
 void print_statistics(const std::string& file, const solver::Statistics& s) {
   std::cerr << fmt::format(
       "{}: checks {}, terms {}, conjunctions {}, variables {}, clauses {}, "
-      "models by local search {}, translation {:.3f} s, search {:.3f} s\n",
-      file, s.checks, s.terms, s.aig_nodes, s.variables, s.clauses, s.tried_models,
+      "models by local search {}, refutations by ranges {}, translation {:.3f} s, search {:.3f} "
+      "s\n",
+      file, s.checks, s.terms, s.aig_nodes, s.variables, s.clauses, s.tried_models, s.refutations,
       s.translation_seconds, s.search_seconds);
 }
 
@@ -71,6 +72,7 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
   chosen.termination_test = &limits;
   chosen.logger = options.verbose ? logger : nullptr;
   chosen.local_search = options.local_search;
+  chosen.ranges = options.ranges;
   chosen.cnf_file = options.cnf_file;
   chosen.proof_file = options.proof_file;
   return chosen;

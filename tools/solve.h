@@ -28,6 +28,7 @@ struct SolveOptions {
   std::string cnf_file;
   std::string proof_file;
   bool local_search = true;
+  bool ranges = true;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;

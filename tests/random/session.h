@@ -43,6 +43,8 @@ struct Configuration {
   /// Whether unsat is to be answered with the assertions that it took, and with as few as can be.
   bool cores = false;
   bool minimal_cores = false;
+  /// Whether refutations are looked for by ranges too; without them, all come from circuits.
+  bool ranges = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -79,6 +81,7 @@ class Session {
     options.rewrite = configuration.rewrite;
     options.seed = configuration.seed;
     options.local_search = configuration.local_search;
+    options.ranges = configuration.ranges;
     options.termination_test = &budget;
     return options;
   }

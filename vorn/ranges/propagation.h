@@ -92,9 +92,9 @@ class Propagation {
   std::unordered_map<const Term*, Slot> slots;
   Trail<Change> changes;
   Trail<Slot> added;
-  std::deque<Slot> waiting;  // terms whose range, or an argument's, has changed
-  std::vector<Range> arguments;  // of the term that is visited
-  std::vector<Slot> changed;     // since propagate was called
+  std::deque<Slot> waiting;                // terms whose range, or an argument's, has changed
+  std::vector<Range> arguments;            // of the term that is visited
+  std::vector<Slot> changed;               // since propagate was called
   std::optional<std::size_t> empty_level;  // the outermost where a range is empty
 };
 

@@ -79,7 +79,7 @@ bool is_free(const Term* t) {
 
 }  // namespace
 
-Splitting::~Splitting() {
+void Splitting::close() {
   for (; !choices.empty(); choices.pop_back())
     ranges.pop();
 }
@@ -111,8 +111,8 @@ void Splitting::take(Slot slot) {
   ranges.narrow(slot, parts.first);
 }
 
-/// Marks what is to be split: terms below a formula that is known to hold, or not to, but not from
-/// what is known of its arguments. Returns the effort.
+/// Marks what is to be split: what is below a term of which more is known than follows from its
+/// arguments, which may not have such values yet. Returns the effort.
 std::uint64_t Splitting::mark_open() {
   marks.assign(ranges.get_size(), false);
   std::uint64_t effort = 1;
@@ -120,17 +120,16 @@ std::uint64_t Splitting::mark_open() {
     const Term* t = ranges.get_term(slot);
     if (is_free(t)) continue;
     if (!marks[slot]) {
-      if (!is_bool(t) || !is_value(ranges.get_range(slot))) continue;
       ++effort;
       if (ranges.is_implied(slot)) continue;
     }
     for (std::size_t i = 0; i < t->get_arity(); ++i)
       marks[ranges.get_argument(slot, i)] = true;
   }
-  return effort + ranges.get_size() / 16;
+  return effort;
 }
 
-/// A marked truth value that is open and that a choice or a connective waits for.
+/// A marked truth value that is open.
 std::optional<Splitting::Slot> Splitting::find_condition() const {
   for (Slot slot = ranges.get_size(); slot-- > 0;) {
     if (marks[slot] && is_bool(ranges.get_term(slot)) && !is_value(ranges.get_range(slot))) {

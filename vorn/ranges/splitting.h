@@ -20,10 +20,11 @@ class Splitting {
   /// Borrows the ranges, which are to be at the fixed point, and opens and closes levels of their
   /// own on it.
   explicit Splitting(Propagation& propagation) : ranges(propagation) {}
-  /// Closes what levels are open.
-  ~Splitting();
   Splitting(const Splitting&) = delete;
   Splitting& operator=(const Splitting&) = delete;
+
+  /// Closes what levels are open: to be called before the ranges are used otherwise.
+  void close();
 
   /// Goes on for that effort, in the unit of Propagation. True if the formulas have no model; the
   /// ranges are a contradiction on the level they were on then. Throws as they do.
@@ -47,7 +48,7 @@ class Splitting {
 
   Propagation& ranges;
   std::vector<Choice> choices;
-  std::vector<bool> marks;  // of terms that a formula needs which may still be false
+  std::vector<bool> marks;  // of terms that are to have values which they may not get
   bool is_stuck = false;
 };
 

@@ -13,6 +13,8 @@
 #include "vorn/bv/cnf.h"
 #include "vorn/bv/dimacs.h"
 #include "vorn/bv/sat_solver.h"
+#include "vorn/ranges/propagation.h"
+#include "vorn/ranges/splitting.h"
 #include "vorn/rewrite/fp_rewriter.h"
 #include "vorn/search/local_search.h"
 #include "vorn/solver/solver.h"
@@ -125,6 +127,9 @@ struct Solver::BackEnd {
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed
   std::unique_ptr<Circuits> discarded;              // such as are of no use, until the next check
   std::optional<search::LocalSearch> local_search;  // of the current check
+  std::optional<ranges::Propagation> ranges;        // of the assertions, level by level
+  std::size_t ranged = 0;                           // how many of them it has
+  std::optional<ranges::Splitting> splitting;       // of the current check; on levels of its own
 };
 
 }  // namespace vorn::solver

@@ -21,6 +21,9 @@ constexpr unsigned kLongestWait = 64;          // checks
 constexpr int kFirstConflicts = 1'000;
 constexpr int kMostConflicts = 1 << 30;
 constexpr std::uint64_t kEffortPerConflict = 1'000;
+// Looks of the ranges at a term, each of some microseconds.
+constexpr std::uint64_t kShortRefutation = 2'000;
+constexpr std::uint64_t kRangesPerConflict = 4;
 
 }  // namespace
 
@@ -60,7 +63,8 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
   } catch (const std::bad_alloc&) {
     is_full = true;
   } catch (const std::invalid_argument&) {
-    throw;  // what is refused leaves nothing half done
+    drop_ranges();
+    throw;  // what is refused leaves nothing else half done
   } catch (...) {
     discard(is_translated && back_end->translator.is_whole());
     throw;
@@ -91,9 +95,18 @@ Answer Solver::decide() {
   may_search_locally =
       options.local_search && !options.is_traced() && options.encoder == EncoderKind::ieee;
   if (try_shortly()) return Answer::sat;
+  enter_ranges();
+  const Answer answer = decide_by_search();
+  leave_ranges();
+  return answer;
+}
+
+/// Likewise, after the short local search.
+Answer Solver::decide_by_search() {
   for (;;) {
     const Answer answer = search();
-    if (answer == Answer::unsat && back_end->first_of_infinity < back_end->conjuncts.get_size()) {
+    if (answer == Answer::unsat && !is_refuted &&
+        back_end->first_of_infinity < back_end->conjuncts.get_size()) {
       reason_unknown = "there is no model in which uninterpreted sorts are infinite";
       return Answer::unknown;
     }
@@ -161,6 +174,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
 }
 
 Answer Solver::search() {
+  if (try_refutation(kShortRefutation)) return Answer::unsat;
   replace_garbage();
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
@@ -177,7 +191,7 @@ Answer Solver::search() {
     for (const Assumption& assumption : assumptions) {
       if (assumption.literal != 0) sat.assume(assumption.literal);
     }
-    const bool is_limited = may_search_locally && conflicts < kMostConflicts;
+    const bool is_limited = (may_search_locally || may_refute) && conflicts < kMostConflicts;
     if (is_limited) sat.limit_conflicts(conflicts);
     switch (sat.solve()) {
       case bv::SatSolver::Result::sat:
@@ -189,9 +203,9 @@ Answer Solver::search() {
     }
     const TerminationTest* test = options.termination_test;
     if (!is_limited || (test != nullptr && test->terminate())) return give_up("resource limit");
-    if (try_assignments(kEffortPerConflict * static_cast<std::uint64_t>(conflicts))) {
-      return Answer::sat;
-    }
+    const auto share = static_cast<std::uint64_t>(conflicts);
+    if (try_assignments(kEffortPerConflict * share)) return Answer::sat;
+    if (try_refutation(kRangesPerConflict * share)) return Answer::unsat;
   }
 }
 

@@ -44,6 +44,7 @@ void Solver::discard(bool keep_translation) {
     discarded = std::move(back_end);
   } else {
     back_end->local_search.reset();
+    drop_ranges();
     back_end->discarded = std::move(back_end->circuits);
   }
 }
@@ -145,6 +146,8 @@ void Solver::pop_level() {
   assertions.pop();
   if (!back_end || back_end->conjuncts.get_level() < level) return;
   try {
+    if (back_end->ranges && back_end->ranges->get_level() >= level) back_end->ranges->pop();
+    back_end->ranged = std::min(back_end->ranged, assertions.get_size());
     back_end->translator.pop();
     back_end->conjuncts.pop();
     if (back_end->conjuncts.get_size() <= back_end->first_of_infinity) {
@@ -212,6 +215,7 @@ void Solver::set_seed(std::uint32_t seed) {
 
 std::vector<std::size_t> Solver::get_unsat_assumptions() {
   if (!is_unsat) throw std::logic_error("the last answer is not unsat");
+  if (is_refuted) return get_refuted_assumptions();
   std::vector<std::size_t> failed;
   for (std::size_t i = 0; i < assumptions.size(); ++i) {
     // As a clause, an assumption may have been used in any case.

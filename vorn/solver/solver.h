@@ -71,6 +71,9 @@ struct VORN_EXPORT Options {
   int seed = 0;
   /// Whether models are looked for by trying assignments too, with the exact encoder.
   bool local_search = true;
+  /// Whether refutations are looked for by what values terms can have, with the exact encoder and
+  /// without traces.
+  bool ranges = true;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
   /// Whether the constraints tie each named intermediate value of a circuit to a constant of its
@@ -97,6 +100,7 @@ struct VORN_EXPORT Statistics {
   double translation_seconds = 0;  // terms to bit-vector terms
   double search_seconds = 0;       // local search, clauses, SAT search, and checks of models
   std::uint64_t tried_models = 0;  // models that local search found
+  std::uint64_t refutations = 0;   // that ranges found
   std::uint64_t lemmas = 0;        // statements on arrays and functions
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
@@ -185,11 +189,18 @@ class VORN_EXPORT Solver : public Engine {
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
   Answer decide();
+  Answer decide_by_search();
   Answer decide_traced();
   Answer search();
   bool try_shortly();
   bool has_local_search();
   bool try_assignments(std::uint64_t effort);
+  void enter_ranges();
+  void leave_ranges();
+  void drop_ranges();
+  bool try_refutation(std::uint64_t effort);
+  bool is_refuted_without(const std::vector<bool>& left_out);
+  std::vector<std::size_t> get_refuted_assumptions();
   Answer give_up(const char* reason);
   void replace_garbage();
   void write_clauses();
@@ -219,6 +230,8 @@ class VORN_EXPORT Solver : public Engine {
   bool in_assumptions = false;          // the last level holds what belongs to them
   ShortSearch short_search;
   bool may_search_locally = false;  // in the current check
+  bool may_refute = false;          // by ranges, in the current check
+  bool is_refuted = false;          // what was unsat in the last check was so by ranges
   bool has_model = false;
   bool is_unsat = false;  // the last check answered unsat, and nothing has changed since
   std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants

@@ -1,0 +1,93 @@
+// Refutation by ranges: before there are circuits, and now and then beside the SAT search.
+#include "vorn/solver/back_end.h"
+#include "vorn/solver/solver.h"
+
+namespace vorn::solver {
+namespace {
+
+// Propagation to the fixed point: most terms are looked at a few times.
+constexpr std::uint64_t kLooks = 20;
+
+}  // namespace
+
+/// Brings the ranges to the assertions of the current check, assumptions among them.
+void Solver::enter_ranges() {
+  is_refuted = false;
+  // The circuits of the base encoder depart from the values of IEEE 754, and a trace is of clauses.
+  may_refute = options.ranges && !options.is_traced() && options.encoder == EncoderKind::ieee;
+  if (!may_refute) return;
+  BackEnd& end = *back_end;
+  if (!end.ranges) {
+    end.ranges.emplace(mgr, options.termination_test);
+    end.ranged = 0;
+  }
+  for (;;) {
+    const std::size_t level = end.ranges->get_level();
+    for (; end.ranged < assertions.get_size(level); ++end.ranged)
+      end.ranges->add(encoded_form(assertions.get_items()[end.ranged]));
+    end.ranges->propagate(kLooks * end.ranges->get_size());
+    if (level == assertions.get_level()) break;
+    end.ranges->push();
+  }
+  end.splitting.emplace(*end.ranges);
+}
+
+/// Ends the cases, with the levels that they are on.
+void Solver::leave_ranges() {
+  may_refute = false;
+  if (!back_end->splitting) return;
+  back_end->splitting->close();
+  back_end->splitting.reset();
+}
+
+/// Puts away what may have been left in the midst of something.
+void Solver::drop_ranges() {
+  may_refute = false;
+  if (!back_end) return;
+  back_end->splitting.reset();
+  back_end->ranges.reset();
+}
+
+/// Whether the assertions are seen to have no model.
+bool Solver::try_refutation(std::uint64_t effort) {
+  if (!may_refute) return false;
+  if (back_end->splitting->run(effort)) {
+    is_refuted = true;
+    ++statistics.refutations;
+    log("ranges refute the assertions");
+    return true;
+  }
+  may_refute = !back_end->splitting->is_over();
+  return false;
+}
+
+/// Whether propagation refutes the assertions without the assumptions that are left out.
+bool Solver::is_refuted_without(const std::vector<bool>& left_out) {
+  const std::vector<const Term*>& all = assertions.get_items();
+  const std::size_t first_assumed = all.size() - assumptions.size();
+  ranges::Propagation propagation(mgr);
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (i >= first_assumed && left_out[i - first_assumed]) continue;
+    propagation.add(encoded_form(all[i]));
+  }
+  propagation.propagate(kLooks * propagation.get_size());
+  return propagation.is_contradiction();
+}
+
+/// Assumptions that propagation refutes, none of which it can do without; all where that would take
+/// long, or cases.
+std::vector<std::size_t> Solver::get_refuted_assumptions() {
+  constexpr std::size_t kMostWork = 100'000;  // terms to be looked at
+  std::vector<std::size_t> failed;
+  std::vector<bool> left_out(assumptions.size());
+  const bool is_short = back_end->ranges->get_size() * assumptions.size() <= kMostWork;
+  for (std::size_t i = 0; i < assumptions.size(); ++i) {
+    left_out[i] = is_short;
+    if (is_short && is_refuted_without(left_out)) continue;
+    left_out[i] = false;
+    failed.push_back(i);
+  }
+  return failed;
+}
+
+}  // namespace vorn::solver
