@@ -1,6 +1,7 @@
 #include "vorn/ranges/splitting.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "vorn/terms/bv_number.h"
@@ -84,18 +85,32 @@ void Splitting::close() {
     ranges.pop();
 }
 
+double Splitting::estimate() const {
+  return rate == 0 ? std::numeric_limits<double>::infinity() : (1 - done) / rate;
+}
+
 bool Splitting::run(std::uint64_t effort) {
-  for (std::uint64_t spent = 0; spent < effort && !is_stuck;) {
-    spent += ranges.propagate(effort - spent);
+  std::uint64_t used = 0;
+  const double before = done;
+  const bool is_refuted = run(effort, &used);
+  rate = (done - before) / static_cast<double>(std::max<std::uint64_t>(used, 1));
+  return is_refuted;
+}
+
+bool Splitting::run(std::uint64_t effort, std::uint64_t* used) {
+  while (*used < effort && !is_stuck) {
+    *used += ranges.propagate(effort - *used);
     if (ranges.is_contradiction()) {
       if (choices.empty()) return true;
+      done += share;
+      share = choices.back().share;
       ranges.pop();
       ranges.narrow(choices.back().slot, choices.back().rest);
       choices.pop_back();
       continue;
     }
-    if (spent >= effort) break;
-    spent += mark_open();
+    if (*used >= effort) break;
+    *used += mark_open();
     std::optional<Slot> slot = find_condition();
     if (!slot) slot = find_constant();
     is_stuck = !slot;
@@ -106,7 +121,8 @@ bool Splitting::run(std::uint64_t effort) {
 
 void Splitting::take(Slot slot) {
   Parts parts = std::visit([](const auto& range) { return split(range); }, ranges.get_range(slot));
-  choices.push_back({slot, std::move(parts.rest)});
+  share /= 2;
+  choices.push_back({slot, std::move(parts.rest), share});
   ranges.push();
   ranges.narrow(slot, parts.first);
 }

@@ -29,6 +29,10 @@ class Splitting {
   /// Goes on for that effort, in the unit of Propagation. True if the formulas have no model; the
   /// ranges are a contradiction on the level they were on then. Throws as they do.
   bool run(std::uint64_t effort);
+  /// The effort that is still to be spent, if what is left goes as the last run went. A part counts
+  /// by the number of times that the whole was halved to get it (Knuth, "Estimating the efficiency
+  /// of backtrack programs", 1975). Infinite where that run has refuted nothing.
+  double estimate() const;
   /// Whether there is nothing left to be split.
   bool is_over() const { return is_stuck; }
 
@@ -39,8 +43,10 @@ class Splitting {
   struct Choice {
     Slot slot;
     Range rest;
+    double share;  // of the whole, that the rest is
   };
 
+  bool run(std::uint64_t effort, std::uint64_t* used);
   std::uint64_t mark_open();
   std::optional<Slot> find_condition() const;
   std::optional<Slot> find_constant() const;
@@ -49,6 +55,9 @@ class Splitting {
   Propagation& ranges;
   std::vector<Choice> choices;
   std::vector<bool> marks;  // of terms that are to have values which they may not get
+  double done = 0;          // the share of the whole that is refuted
+  double rate = 0;          // of the last run, by its effort
+  double share = 1;         // that the part at hand is
   bool is_stuck = false;
 };
 

@@ -24,6 +24,7 @@ constexpr std::uint64_t kEffortPerConflict = 1'000;
 // Looks of the ranges at a term, each of some microseconds.
 constexpr std::uint64_t kShortRefutation = 2'000;
 constexpr std::uint64_t kRangesPerConflict = 4;
+constexpr std::uint64_t kMostRangesPerConflict = 100;  // where the end is in sight
 
 }  // namespace
 
@@ -174,7 +175,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
 }
 
 Answer Solver::search() {
-  if (try_refutation(kShortRefutation)) return Answer::unsat;
+  if (try_refutation(kShortRefutation, 2 * kShortRefutation)) return Answer::unsat;
   replace_garbage();
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
@@ -205,7 +206,8 @@ Answer Solver::search() {
     if (!is_limited || (test != nullptr && test->terminate())) return give_up("resource limit");
     const auto share = static_cast<std::uint64_t>(conflicts);
     if (try_assignments(kEffortPerConflict * share)) return Answer::sat;
-    if (try_refutation(kRangesPerConflict * share)) return Answer::unsat;
+    if (try_refutation(kRangesPerConflict * share, kMostRangesPerConflict * share))
+      return Answer::unsat;
   }
 }
 

@@ -48,16 +48,25 @@ void Solver::drop_ranges() {
   back_end->ranges.reset();
 }
 
-/// Whether the assertions are seen to have no model.
-bool Solver::try_refutation(std::uint64_t effort) {
+/// Whether the assertions are seen to have no model. Where cases seem to come to an end, up to
+/// `most` is spent.
+bool Solver::try_refutation(std::uint64_t effort, std::uint64_t most) {
   if (!may_refute) return false;
-  if (back_end->splitting->run(effort)) {
+  ranges::Splitting& splitting = *back_end->splitting;
+  // The first parts to go are the easy ones, so that each run is judged by itself.
+  const std::uint64_t run = effort / 2;
+  bool found = splitting.run(run) || splitting.run(run);
+  for (std::uint64_t rest = most - effort; !found && rest > run; rest -= run) {
+    if (splitting.estimate() > static_cast<double>(rest)) break;
+    found = splitting.run(run);
+  }
+  if (found) {
     is_refuted = true;
     ++statistics.refutations;
     log("ranges refute the assertions");
     return true;
   }
-  may_refute = !back_end->splitting->is_over();
+  may_refute = !splitting.is_over();
   return false;
 }
 
