@@ -10,8 +10,9 @@
 namespace vorn::random {
 namespace {
 
-constexpr const char* kClasses[] = {"fp.isNormal",   "fp.isSubnormal", "fp.isZero",    "fp.isNaN",
-                                    "fp.isInfinite", "fp.isNegative",  "fp.isPositive"};
+constexpr const char* kClasses[] = {"fp.isNormal",   "fp.isSubnormal", "fp.isZero",
+                                    "fp.isNaN",      "fp.isNaN",       "fp.isInfinite",
+                                    "fp.isNegative", "fp.isPositive"};
 constexpr const char* kFloatOrders[] = {"fp.leq", "fp.leq", "fp.lt"};
 constexpr const char* kFloatClaims[] = {"fp.lt", "fp.leq", "fp.gt", "fp.geq", "fp.eq", "="};
 constexpr const char* kBitClaims[] = {"bvult", "bvule", "bvsgt", "bvsge", "=", "distinct"};
@@ -20,17 +21,34 @@ Expression apply(const char* head, std::vector<Expression> args) {
   return {Expression::Kind::theory, head, kBool, std::move(args), {}};
 }
 
-/// The place of a pattern in the order that it is compared in, of NaN beyond all others.
+mpz_class power(std::size_t exponent) {
+  return mpz_class(1) << exponent;
+}
+
+/// Another pattern for those of NaN, which bound nothing.
+mpz_class random_end(const Sort& sort, Random& random) {
+  const mpz_class bits = random_pattern(sort, random);
+  if (sort.kind == Sort::Kind::bits) return bits;
+  const mpz_class sign = power(sort.width() - 1);
+  const mpz_class infinity = (power(sort.w0) - 1) << (sort.w1 - 1);
+  return bits % sign > infinity ? mpz_class(bits / sign * sign + infinity) : bits;
+}
+
+/// The place of a pattern in the order that it is compared in.
 mpz_class rank_of(const Sort& sort, const mpz_class& bits, bool has_sign) {
-  const mpz_class half = mpz_class(1) << (sort.width() - 1);
+  const mpz_class half = power(sort.width() - 1);
   if (!has_sign || bits < half) return bits;
   return sort.kind == Sort::Kind::bits ? mpz_class(bits - 2 * half) : mpz_class(half - 1 - bits);
 }
 
-/// Two ends in their order; now and then not, which leaves no value.
+/// Two ends in their order, often close to each other; now and then not in their order, which
+/// leaves no value.
 std::vector<Expression> random_ends(const Sort& sort, bool has_sign, Random& random) {
-  mpz_class least = random_pattern(sort, random);
-  mpz_class greatest = random_pattern(sort, random);
+  mpz_class least = random_end(sort, random);
+  mpz_class greatest = random_end(sort, random);
+  const mpz_class space = power(sort.width() - (has_sign ? 1 : 0));
+  // Patterns of one sign are in their order, or all the other way round.
+  if (random.percent(50)) greatest = least - least % space + (least + random.below(4)) % space;
   const bool is_ordered = rank_of(sort, least, has_sign) <= rank_of(sort, greatest, has_sign);
   if (!is_ordered && random.percent(95)) std::swap(least, greatest);
   return {pattern_literal(sort, least, random), pattern_literal(sort, greatest, random)};
@@ -46,7 +64,7 @@ Expression random_interval(const Expression& term, Random& random) {
   const std::vector<Expression> ends = random_ends(term.sort, has_sign, random);
   const Expression from = apply(order(), {ends[0], term});
   const Expression to = apply(order(), {term, ends[1]});
-  const std::size_t sides = random.below(8);
+  const std::size_t sides = random.below(10);
   if (sides == 0) return from;
   return sides == 1 ? to : apply("and", {from, to});
 }
@@ -62,7 +80,7 @@ Expression random_bounds(const Expression& term, Random& random) {
     return random_interval(term, random);
   }
   const Expression is_of_class = apply(kClasses[random.below(std::size(kClasses))], {term});
-  return random.percent(50) ? is_of_class : apply("not", {is_of_class});
+  return random.percent(60) ? is_of_class : apply("not", {is_of_class});
 }
 
 Expression random_claim(const Expression& term, Random& random) {

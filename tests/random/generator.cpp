@@ -165,7 +165,7 @@ class ScriptGenerator {
     const Sort sort =
         is_float ? random.pick(palette.floats) : bits_sort(random.pick(palette.widths));
     const bool is_claim = random.percent(75);
-    const Expression term = make_term(sort, is_claim ? 1 + random.below(3) : 0);
+    const Expression term = make_term(sort, is_claim ? 1 + random.below(4) / 2 : 0);
     Expression formula = is_claim ? random_claim(term, random) : random_bounds(term, random);
     remember(formula);
     return formula;
