@@ -7,9 +7,12 @@
 #include <span>
 #include <stdexcept>
 
+#include "tests/random/collector.h"
 #include "tests/random/congruence.h"
 #include "tests/random/model_space.h"
 #include "tests/random/model_text.h"
+#include "vorn/ranges/propagation.h"
+#include "vorn/rewrite/fp_rewriter.h"
 
 namespace vorn::random {
 namespace {
@@ -61,6 +64,17 @@ void drop_assertions(const std::vector<std::string>& kept, std::size_t count, Sc
     const Expression truth = {Expression::Kind::theory, "true", kBool, {}, {}};
     formula = {Expression::Kind::theory, "or", kBool, {truth, std::move(formula)}, {}};
   }
+}
+
+/// Whether ranges refute the assertions without cases.
+bool is_refuted_at_once(const Script& live, const Configuration& configuration) {
+  Collection collection(live, configuration);
+  rewrite::FpRewriter rewriter(collection.get_manager());
+  ranges::Propagation propagation(collection.get_manager());
+  for (const Term* f : collection.get_assertions())
+    propagation.add(configuration.rewrite ? rewriter.rewrite(f) : f);
+  propagation.propagate(20ULL * propagation.get_size());
+  return propagation.is_contradiction();
 }
 
 /// The answer of a solver that has nothing to do with the one under test.
@@ -136,7 +150,9 @@ std::vector<Checker::Result> Checker::run(const Script& script,
     }
     Session& session = fresh ? *fresh : whole;
     if (configuration.collecting) session.collect_garbage();
+    const std::uint64_t refutations = session.count_refutations();
     result.answer = parse_answer(session.run(random::to_string(command)));
+    result.is_refuted = session.count_refutations() != refutations;
     if (result.answer == Answer::sat) ask_model(session, live, &result);
     if (result.answer == Answer::unsat) {
       ask_core(session, live, command, configuration.cores, &result);
@@ -184,6 +200,15 @@ void Checker::judge_core(const Result& result, Report* report) {
   report->failure = {Failure::Kind::bad_core, "what was blamed is not unsat:\n" + text};
 }
 
+void Checker::count_refutation(const Result& result, const Configuration& configuration,
+                               Report* report) {
+  if (!configuration.ranges || result.answer != Answer::unsat) return;
+  ++report->ranged;
+  if (!result.is_refuted) return;
+  ++report->refuted;
+  report->split += is_refuted_at_once(result.live, configuration) ? 0 : 1;
+}
+
 void Checker::judge(const Result& result, std::uint64_t seed, Report* report) {
   switch (result.answer) {
     case Answer::sat:
@@ -215,6 +240,7 @@ Report Checker::check(const Script& script, std::uint64_t seed) const {
     const std::vector<Result> second = run(other.cores ? name_assertions(script) : script, other);
     for (std::size_t i = 0; i < first.size() && !report.failure; ++i) {
       ++report.checks;
+      count_refutation(second[i], other, &report);
       const Answer a = first[i].answer;
       const Answer b = second[i].answer;
       // What only the second run decided is judged all the same.

@@ -43,6 +43,9 @@ struct Report {
   std::size_t enumerated = 0;  // unsat, and all assignments were tried
   std::size_t found = 0;       // sat, and a model is among all assignments
   std::size_t cores = 0;       // of assertions, that were judged
+  std::size_t ranged = 0;      // unsat in a run that looks for refutations by ranges
+  std::size_t refuted = 0;     // of these, by ranges
+  std::size_t split = 0;       // of these, not without cases
   std::optional<Failure> failure;
 };
 
@@ -62,6 +65,7 @@ class Checker {
     std::map<std::string, std::string> functions;  // their definitions in it
     std::optional<Script> core;                    // what is said to be unsat already
     bool has_assertions = false;                   // whether the core leaves assertions out
+    bool is_refuted = false;                       // by ranges
   };
 
   std::vector<Result> run(const Script& script, const Configuration& configuration) const;
@@ -71,6 +75,8 @@ class Checker {
   static void judge(const Result& result, std::uint64_t seed, Report* report);
   static void judge_sat(const Result& result, std::uint64_t seed, Report* report);
   static void judge_model(const Result& result, Report* report);
+  static void count_refutation(const Result& result, const Configuration& configuration,
+                               Report* report);
   static void judge_core(const Result& result, Report* report);
 
   EngineFactory make_engine;

@@ -1,7 +1,8 @@
 // The commands of a script: what is declared, asserted and asked, and which scopes are open.
 //
 // A random formula is nearly always satisfiable. What makes a good part of the checks unsat is
-// small sorts, many assertions at a time, and atoms that come back, half of them negated.
+// small sorts, many assertions at a time, and atoms that come back, half of them negated. In some
+// scripts constants have bounds, and claims are made about terms.
 #include "tests/random/generator.h"
 
 #include <fmt/format.h>
@@ -10,6 +11,7 @@
 #include <optional>
 #include <utility>
 
+#include "tests/random/bounds.h"
 #include "tests/random/operators.h"
 #include "tests/random/random.h"
 #include "tests/random/term_generator.h"
@@ -48,6 +50,7 @@ class ScriptGenerator {
   ScriptGenerator(std::uint64_t seed, bool with_arrays) : random(seed) {
     choose_palette();
     if (with_arrays) choose_arrays();
+    is_bounded = random.percent(40);
   }
 
   Script run() {
@@ -111,6 +114,9 @@ class ScriptGenerator {
     command.name = fresh_name();
     command.sort = sort;
     scope.names.push_back({command.name, sort, {}});
+    if (is_bounded && has_bounds(sort) && random.percent(60)) {
+      script.push_back(make_assertion(random_bounds(use(scope.names.back()), random)));
+    }
   }
 
   /// A function of one to three arguments.
@@ -148,7 +154,25 @@ class ScriptGenerator {
     return random_term(sort, {depth, cost}, scope, palette, random);
   }
 
+  static Expression use(const Name& name) {
+    return {Expression::Kind::name, name.text, name.sort, {}, {}};
+  }
+
+  /// Bounds of a constant, or a claim about a term.
+  Expression make_bounded() {
+    if (palette.floats.empty() && palette.widths.empty()) return make_formula();
+    const bool is_float = palette.widths.empty() || (!palette.floats.empty() && random.percent(70));
+    const Sort sort =
+        is_float ? random.pick(palette.floats) : bits_sort(random.pick(palette.widths));
+    const bool is_claim = random.percent(75);
+    const Expression term = make_term(sort, is_claim ? 1 + random.below(4) / 2 : 0);
+    Expression formula = is_claim ? random_claim(term, random) : random_bounds(term, random);
+    remember(formula);
+    return formula;
+  }
+
   Expression make_formula() {
+    if (random.percent(is_bounded ? 50 : 5)) return make_bounded();
     if (random.percent(20)) {
       if (std::optional<Expression> old = old_formula()) return *old;
     }
@@ -299,6 +323,7 @@ class ScriptGenerator {
   const Profile* profile = nullptr;
   Palette palette;
   bool has_functions = false;
+  bool is_bounded = false;  // whether there are bounds of most constants, and many claims
   Scope scope;
   std::vector<Scope> levels;  // the scope at each push
   std::uint64_t budget = 0;

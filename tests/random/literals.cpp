@@ -75,8 +75,7 @@ std::string special(const char* name, const Sort& sort) {
   return fmt::format("(_ {} {} {})", name, sort.w0, sort.w1);
 }
 
-std::string float_text(const Sort& sort, Random& random) {
-  const mpz_class bits = random_pattern(sort, random);
+std::string float_text(const Sort& sort, const mpz_class& bits, Random& random) {
   const std::size_t m = sort.w1 - 1;
   const mpz_class fraction = bits % power(m);
   const mpz_class exponent = bits / power(m) % power(sort.w0);
@@ -95,6 +94,11 @@ std::string float_text(const Sort& sort, Random& random) {
                      bits_text(fraction, m, random));
 }
 
+std::string pattern_text(const Sort& sort, const mpz_class& bits, Random& random) {
+  return sort.kind == Sort::Kind::bits ? bits_text(bits, sort.w0, random)
+                                       : float_text(sort, bits, random);
+}
+
 std::string literal_text(const Sort& sort, Random& random) {
   switch (sort.kind) {
     case Sort::Kind::boolean:
@@ -103,12 +107,10 @@ std::string literal_text(const Sort& sort, Random& random) {
       return kModes[random.below(std::size(kModes))];
     case Sort::Kind::real:
       return kReals[random.below(std::size(kReals))];
-    case Sort::Kind::bits:
-      return bits_text(random_pattern(sort, random), sort.w0, random);
     default:
       break;
   }
-  return float_text(sort, random);
+  return pattern_text(sort, random_pattern(sort, random), random);
 }
 
 Expression literal(std::string text, const Sort& sort) {
@@ -139,6 +141,10 @@ Expression random_literal(const Sort& sort, Random& random) {
     return constant_array(sort, random_literal(element_of(sort), random));
   }
   return literal(literal_text(sort, random), sort);
+}
+
+Expression pattern_literal(const Sort& sort, const mpz_class& bits, Random& random) {
+  return literal(pattern_text(sort, bits, random), sort);
 }
 
 std::vector<Expression> plain_literals(const Sort& sort) {

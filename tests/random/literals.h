@@ -21,6 +21,9 @@ bool has_literals(const Sort& sort);
 /// One of a sort that has them.
 Expression random_literal(const Sort& sort, Random& random);
 
+/// The bit-vector or float of that pattern, in one of the ways to write it.
+Expression pattern_literal(const Sort& sort, const mpz_class& bits, Random& random);
+
 /// The plainest constants of a sort, the plainest first: what the shrinker puts in place of terms.
 /// Empty for a sort without literals.
 std::vector<Expression> plain_literals(const Sort& sort);

@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "tests/random/collector.h"
 #include "tests/random/random.h"
 #include "tests/random/session.h"
 #include "tests/random/value_space.h"
@@ -15,26 +16,6 @@
 
 namespace vorn::random {
 namespace {
-
-/// Keeps the assertions and decides nothing.
-class Collector : public Engine {
- public:
-  void assert_formula(const Term* f) override { assertions.push_back(f); }
-  void push() override {}
-  void pop() override {}
-  Answer check_sat(std::span<const Term* const> /*assumptions*/) override {
-    return Answer::unknown;
-  }
-  std::vector<std::size_t> get_unsat_assumptions() override { return {}; }
-  const Term* get_value(const Term* t) override { return t; }
-  FunctionValue get_function(const Symbol* /*function*/) override { return {}; }
-  std::string get_reason_unknown() const override { return "nothing is decided here"; }
-  void reset_assertions() override { assertions.clear(); }
-  void collect_garbage(std::span<const Term* const> /*kept*/) override {}
-  void set_seed(std::uint32_t /*seed*/) override {}
-
-  std::vector<const Term*> assertions;
-};
 
 bool is_uninterpreted(const DataType* type) {
   return type->get_kind() == DataType::Kind::uninterpreted;
@@ -238,14 +219,8 @@ class ModelSpace {
 Search search_models(const Script& script, std::uint64_t seed, Sampling sampling) {
   Configuration plain;
   plain.rewrite = false;
-  Collector* collector = nullptr;
-  Session session(plain, [&collector](TermManager&, const solver::Options&) {
-    auto engine = std::make_unique<Collector>();
-    collector = engine.get();
-    return engine;
-  });
-  session.run(to_string(script) + "(check-sat)");
-  return search_models(session.get_manager(), collector->assertions, seed, sampling);
+  Collection collection(script, plain);
+  return search_models(collection.get_manager(), collection.get_assertions(), seed, sampling);
 }
 
 Search search_models(TermManager& manager, const std::vector<const Term*>& assertions,

@@ -84,6 +84,9 @@ struct Total {
     sum.enumerated += report.enumerated;
     sum.found += report.found;
     sum.cores += report.cores;
+    sum.ranged += report.ranged;
+    sum.refuted += report.refuted;
+    sum.split += report.split;
   }
 };
 
@@ -135,9 +138,11 @@ int main(int argc, char** argv) {
     std::cout << fmt::format(
         "{} scripts, {} checks: {} sat and {} unsat ({} and {} of them by all assignments as "
         "well), "
-        "{} undecided, {} cores, {} failures, {:.1f} s\n",
+        "{} undecided, {} cores, {} of {} unsat refuted by ranges, {} of them by cases, "
+        "{} failures, {:.1f} s\n",
         total.scripts, total.sum.checks, total.sum.sat, total.sum.unsat, total.sum.found,
-        total.sum.enumerated, total.sum.undecided, total.sum.cores, failures, seconds());
+        total.sum.enumerated, total.sum.undecided, total.sum.cores, total.sum.refuted,
+        total.sum.ranged, total.sum.split, failures, seconds());
   }
   return failures == 0 ? 0 : 1;
 }

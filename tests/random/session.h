@@ -75,6 +75,12 @@ class Session {
 
   TermManager& get_manager() { return mgr; }
 
+  /// How many checks were refuted by ranges, by an engine that counts them.
+  std::uint64_t count_refutations() const {
+    const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
+    return solver == nullptr ? 0 : solver->get_statistics().refutations;
+  }
+
  private:
   solver::Options options_of(const Configuration& configuration) const {
     solver::Options options;

@@ -48,7 +48,7 @@ void Propagation::push() {
   added.push();
 }
 
-/// What waits is of the level that is left: it follows from what is taken back.
+/// What waits is forgotten: it follows from what is taken back, if nothing waited at the push.
 void Propagation::pop() {
   stop();
   forget_changes();

@@ -39,6 +39,8 @@ class Propagation {
   void add(const Term* formula);
   /// Takes all values out of the range of a term that are not in the set, on the current level.
   void narrow(Slot slot, const Range& set);
+  /// What has not been followed by then is followed on the new level, and forgotten with it: ranges
+  /// around it stay larger than they need be.
   void push();
   /// Forgets what came since the matching push.
   void pop();

@@ -70,8 +70,9 @@ bool Solver::try_refutation(std::uint64_t effort, std::uint64_t most) {
   return false;
 }
 
-/// Whether propagation refutes the assertions without the assumptions that are left out.
-bool Solver::is_refuted_without(const std::vector<bool>& left_out) {
+/// Whether ranges refute the assertions without the assumptions that are left out, cases with that
+/// effort.
+bool Solver::is_refuted_without(const std::vector<bool>& left_out, std::uint64_t effort) {
   const std::vector<const Term*>& all = assertions.get_items();
   const std::size_t first_assumed = all.size() - assumptions.size();
   ranges::Propagation propagation(mgr);
@@ -80,11 +81,11 @@ bool Solver::is_refuted_without(const std::vector<bool>& left_out) {
     propagation.add(encoded_form(all[i]));
   }
   propagation.propagate(kLooks * propagation.get_size());
-  return propagation.is_contradiction();
+  return ranges::Splitting(propagation).run(effort);
 }
 
-/// Assumptions that propagation refutes, none of which it can do without; all where that would take
-/// long, or cases.
+/// Assumptions that ranges refute, none of which they can do without; all where that would take
+/// long.
 std::vector<std::size_t> Solver::get_refuted_assumptions() {
   constexpr std::size_t kMostWork = 100'000;  // terms to be looked at
   std::vector<std::size_t> failed;
@@ -92,7 +93,7 @@ std::vector<std::size_t> Solver::get_refuted_assumptions() {
   const bool is_short = back_end->ranges->get_size() * assumptions.size() <= kMostWork;
   for (std::size_t i = 0; i < assumptions.size(); ++i) {
     left_out[i] = is_short;
-    if (is_short && is_refuted_without(left_out)) continue;
+    if (is_short && is_refuted_without(left_out, kMostWork / assumptions.size())) continue;
     left_out[i] = false;
     failed.push_back(i);
   }

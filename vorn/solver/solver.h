@@ -199,7 +199,7 @@ class VORN_EXPORT Solver : public Engine {
   void leave_ranges();
   void drop_ranges();
   bool try_refutation(std::uint64_t effort, std::uint64_t most);
-  bool is_refuted_without(const std::vector<bool>& left_out);
+  bool is_refuted_without(const std::vector<bool>& left_out, std::uint64_t effort);
   std::vector<std::size_t> get_refuted_assumptions();
   Answer give_up(const char* reason);
   void replace_garbage();

@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# What is wrong with ranges shows in random scripts.
+#   range_defects_test.sh FAULTY_RANDOM_SCRIPTS      the program with the faults of tests/defects
+set -u
+random_scripts=$1
+# shellcheck source=tests/check.sh
+source "$(dirname "${BASH_SOURCE[0]}")/check.sh"
+
+# run NAME STATUS STDOUT STDERR SEED COUNT
+run() {
+  check "$1" "$2" "$3" "$4" env FAULT="$1" "$random_scripts" --seed "$5" --count "$6"
+}
+
+# A wrong refutation shows in the answer, or in what is blamed for one that is right.
+wrong='^seed [0-9]+: (disagreement|wrong unsat|wrong core)'
+run none 0 ' 0 failures' '^$' 1 100
+for fault in add_short mul_number round_mode narrow_add_short narrow_less_short to_integer_closed \
+  bits_short pop_keeps forget_rest; do
+  run $fault 1 ' 1 failures' "$wrong" 1 1500
+done
+run blame_short 1 ' 1 failures' '^seed [0-9]+: wrong core' 1 1500
+
+summary

@@ -1,0 +1,10 @@
+; A bounded float has an integer of 8 bits, and that integer has the float's bounds.
+(set-info :status unsat)
+(set-logic QF_BVFP)
+(declare-const r RoundingMode)
+(declare-const x Float64)
+(define-fun bound () Float64 ((_ to_fp 11 53) RNE 100.0))
+(define-fun integer () (_ BitVec 8) ((_ fp.to_sbv 8) r (fp.sqrt r x)))
+(assert (and (fp.leq ((_ to_fp 11 53) RNE 1.0) x) (fp.leq x bound)))
+(assert (not (and (bvsle #x01 integer) (bvsle integer #x0a))))
+(check-sat)

@@ -1,0 +1,11 @@
+; The mean of two bounded numbers is within their bounds, in every mode.
+(set-info :status unsat)
+(set-logic QF_FP)
+(declare-const r RoundingMode)
+(declare-const x Float64)
+(declare-const y Float64)
+(define-fun bound () Float64 ((_ to_fp 11 53) RNE 1000.0))
+(define-fun mean () Float64 (fp.div r (fp.add r x y) ((_ to_fp 11 53) RNE 2.0)))
+(assert (and (fp.leq (fp.abs x) bound) (fp.leq (fp.abs y) bound)))
+(assert (not (fp.leq (fp.abs mean) bound)))
+(check-sat)

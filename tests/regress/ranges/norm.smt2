@@ -1,0 +1,10 @@
+; The length of a vector is a number, and not much longer than its parts.
+(set-info :status unsat)
+(set-logic QF_FP)
+(declare-const x Float32)
+(declare-const y Float32)
+(define-fun bound () Float32 ((_ to_fp 8 24) RNE 100.0))
+(define-fun length () Float32 (fp.sqrt RNE (fp.add RNE (fp.mul RNE x x) (fp.mul RNE y y))))
+(assert (and (fp.leq (fp.abs x) bound) (fp.leq (fp.abs y) bound)))
+(assert (not (fp.leq length ((_ to_fp 8 24) RNE 141.5))))
+(check-sat)
