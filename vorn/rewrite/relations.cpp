@@ -63,7 +63,7 @@ Relations::Function Relations::get_function(const Term* t, const Term* operand) 
     if (args[i]->get_type()->get_kind() == DataType::Kind::rounding_mode) {
       function[3] = args[i]->get_id() + 1;
     } else if (args[i] == operand) {
-      function[5] = i;
+      function[5] = has_tag(t, T::fp_add) || has_tag(t, T::fp_mul) ? 0 : i;
     } else {
       function[4] = args[i]->get_id() + 1;
     }

@@ -80,7 +80,8 @@ class Relations {
   void state(const Term* lemma);
 
  private:
-  /// Operation, sorts of result and operand, mode, constant, and which argument that is.
+  /// Operation, sorts of result and operand, mode, constant, and which argument the operand is,
+  /// unless that is all the same.
   using Function = std::array<std::uint64_t, 6>;
 
   void add_use(const Term* operand, const Term* t);
