@@ -100,15 +100,14 @@ void integral_order(Relations& relations, const Term* t) {
   }
   for (const Term* nearest : {of.to_even, of.to_away}) {
     if (nearest == nullptr) continue;
-    relations.state(
-        make.either(make.equal(nearest, of.floor), make.equal(nearest, of.ceiling)));
+    relations.state(make.either(make.equal(nearest, of.floor), make.equal(nearest, of.ceiling)));
   }
 }
 
 /// The nearest integer is the one whose distance is the shorter one, also after rounding, in
-/// whatever modes. For the shorter one, if it is less than 1/2, is a value: it is |x| itself, or has
-/// no more bits than x and no lower ones. The other one is rounded to no less than 1/2. So rounded
-/// distances are equal only where x is an integer or halfway between two.
+/// whatever modes. For the shorter one, if it is less than 1/2, is a value: it is |x| itself, or
+/// has no more bits than x and no lower ones. The other one is rounded to no less than 1/2. So
+/// rounded distances are equal only where x is an integer or halfway between two.
 void integral_nearest(Relations& relations, const Term* t) {
   const Maker make(relations);
   const Term* x = t->get_arg(1);
@@ -120,14 +119,13 @@ void integral_nearest(Relations& relations, const Term* t) {
   const Term* ceiling = of.up->get_arg(1);
   for (const Term* nearest : {of.to_even, of.to_away}) {
     if (nearest == nullptr) continue;
-    relations.state(
-        make.both(make.implies(make.lt(of.down, of.up), make.equal(nearest, floor)),
-                  make.implies(make.lt(of.up, of.down), make.equal(nearest, ceiling))));
+    relations.state(make.both(make.implies(make.lt(of.down, of.up), make.equal(nearest, floor)),
+                              make.implies(make.lt(of.up, of.down), make.equal(nearest, ceiling))));
   }
   if (of.to_away == nullptr) return;
   const Term* away = make.mgr.make_term_ite(make.mgr.make_fp_isnegative(x), floor, ceiling);
-  relations.state(make.implies(make.mgr.make_fp_equal(of.down, of.up),
-                               make.equal(of.to_away, away)));
+  relations.state(
+      make.implies(make.mgr.make_fp_equal(of.down, of.up), make.equal(of.to_away, away)));
 }
 
 // Minimum and maximum ---------------------------------------------------------------------------
@@ -220,7 +218,8 @@ void quotient_beside_one(Relations& relations, const Term* t) {
   relations.state(make.by_sign(y, follow(y, x), follow(x, y)));
 }
 
-/// Where x / y, rounded, is above z, and y > 0, x is above y * z, and so no less than that, rounded.
+/// Where x / y, rounded, is above z, and y > 0, x is above y * z, and so no less than that,
+/// rounded.
 void quotient_and_product(Relations& relations, const Term* t) {
   const Maker make(relations);
   const bool is_quotient = has_tag(t, T::fp_div);
@@ -228,9 +227,7 @@ void quotient_and_product(Relations& relations, const Term* t) {
     const Term* x = quotient->get_arg(1);
     const Term* y = quotient->get_arg(2);
     const Term* z = product->get_arg(1) == y ? product->get_arg(2) : product->get_arg(1);
-    const bool is_asked = float_literal(z) || relations.is_compared(quotient, z) ||
-                          relations.is_compared(x, product);
-    if (!is_asked) return;
+    if (!relations.is_compared(quotient, z) && !relations.is_compared(x, product)) return;
     relations.state(make.by_sign(y, make.follow(quotient, z, product, x),
                                  make.follow(quotient, z, x, product)));
   };
@@ -269,22 +266,32 @@ const Term* compare_operands(const Maker& make, const Term* t, const Term* a, co
   return has_tag(t, T::fp_sqrt) ? make.both(make.le(make.zero_of(a), a), order) : order;
 }
 
+/// Multiples of two operands are worth relating where each is compared with something: circuits of
+/// products hide most. Of sums, in which one operand often takes many steps, that costs more than
+/// it spares, so these and the rest have to be compared with each other, or their operands.
+bool is_asked(const Relations& relations, const Term* t, const Term* other) {
+  if (has_tag(t, T::fp_mul) || has_tag(t, T::fp_div)) {
+    return relations.is_compared(t) && relations.is_compared(other);
+  }
+  return relations.is_compared(t, other) ||
+         relations.is_compared(find_only_operand(t), find_only_operand(other));
+}
+
 /// Exact results rise with the operand, and so do rounded ones.
 void monotone(Relations& relations, const Term* t) {
   const Term* x = find_only_operand(t);
-  if (x == nullptr || !relations.is_compared(t)) return;
+  if (x == nullptr) return;
   const Direction direction = direction_of(t, x);
   if (direction == Direction::none) return;
   const Maker make(relations);
   for (const Term* other : relations.get_alike(t, x)) {
     const Term* y = find_only_operand(other);
-    if (other == t || !relations.is_compared(other)) continue;
+    if (other == t || !is_asked(relations, t, other)) continue;
     const bool rises = direction == Direction::rising;
     const Term* low = rises ? t : other;
     const Term* high = rises ? other : t;
-    relations.state(
-        make.both(make.implies(compare_operands(make, t, x, y), make.le(low, high)),
-                  make.implies(compare_operands(make, t, y, x), make.le(high, low))));
+    relations.state(make.both(make.implies(compare_operands(make, t, x, y), make.le(low, high)),
+                              make.implies(compare_operands(make, t, y, x), make.le(high, low))));
   }
 }
 

@@ -80,6 +80,8 @@ void Relations::add_comparison(const Term* t) {
   }
   for (const Term* side : {a, b})
     find_lemmas(side);
+  for (const Term* use : get_uses(a))
+    find_lemmas(use);
 }
 
 void Relations::add(const Term* t) {
