@@ -41,6 +41,11 @@ constexpr Row kRows[] = {
     {"sum-and-difference", "(and (fp.lt (fp.sub r z x) c) (fp.lt x (fp.add s z d)))", 1},
     {"quotient-beside-one", "(and (fp.lt (fp.div r x y) one) (fp.lt y x))", 1},
     {"quotient-and-product", "(and (fp.lt z (fp.div r x y)) (fp.lt x (fp.mul s z y)))", 1},
+    {"shared-operand", "(fp.lt (fp.add r x y) (fp.add r y z))", 1},
+    {"shared-operand", "(fp.lt (fp.sub r x y) (fp.sub r x z))", 1},
+    {"shared-operand", "(fp.lt (fp.sub r y x) (fp.sub r z x))", 1},
+    {"shared-operand", "(fp.lt (fp.mul r x y) (fp.mul r z x))", 1},
+    {"shared-operand", "(fp.lt (fp.div r y x) (fp.div r z x))", 1},
     {"monotone", "(fp.lt (fp.add r x c) (fp.add r y c))", 1},
     {"monotone", "(fp.lt (fp.sub r c x) (fp.sub r c y))", 1},
     {"monotone", "(and (fp.lt (fp.mul r c x) z) (fp.lt x (fp.mul r c y)))", 1},
@@ -66,6 +71,9 @@ constexpr const char* kWithout[] = {
     "(fp.lt (fp.mul r x (_ +zero 5 11)) (fp.mul r y (_ +zero 5 11)))",
     "(fp.lt (fp.div r c x) (fp.div r c y))",
     "(= (fp.sqrt r x) (fp.sqrt r y))",
+    "(fp.lt (fp.sub r x y) (fp.sub r z x))",
+    "(fp.lt (fp.div r x y) (fp.div r x z))",
+    "(fp.lt (fp.add r x y) (fp.add s x z))",
 };
 
 std::string declare(IEEEFloat::format f, const std::string& literal) {
@@ -210,6 +218,8 @@ TEST(Relations, OperandsTellWhatIsNoTheorem) {
       "(=> (fp.lt one (fp.div r x y)) (fp.lt y x))",
       "(=> (and (fp.lt (_ +zero 5 11) y) (fp.leq x y)) (fp.leq (fp.div r x y) one))",
       "(=> (fp.lt z (fp.div r x y)) (fp.leq (fp.mul s z y) x))",
+      "(=> (fp.lt (fp.mul r x y) (fp.mul r x z)) (fp.lt y z))",
+      "(=> (fp.leq (fp.add r x y) (fp.add r x z)) (fp.leq y z))",
       "(=> (fp.lt x y) (fp.lt (fp.mul r x c) (fp.mul r y c)))",
       "(=> (fp.leq x y) (fp.leq (fp.add r x c) (fp.add s y c)))",
       "(=> (fp.leq x y) (fp.leq (fp.sqrt r x) (fp.sqrt r y)))",

@@ -4,7 +4,7 @@
 // a rounded result lies on one side of a value, the exact result lies on the same side of it or is
 // equal. Infinities are results of exact operations or of rounding like others, and what would be
 // NaN is on no side of anything.
-#include <optional>
+#include <utility>
 
 #include "vorn/rewrite/fp_patterns.h"
 #include "vorn/rewrite/relations.h"
@@ -295,6 +295,45 @@ void monotone(Relations& relations, const Term* t) {
   }
 }
 
+/// The operands of `t` and `other` beside `u`, which both have at the same place; sums and products
+/// have none. Null where they do not.
+std::pair<const Term*, const Term*> find_others(const Term* t, const Term* other, const Term* u) {
+  const auto beside = [u](const Term* s) { return s->get_arg(s->get_arg(1) == u ? 2 : 1); };
+  const bool commutes = has_tag(t, T::fp_add) || has_tag(t, T::fp_mul);
+  const bool is_second = has_tag(t, T::fp_div) || t->get_arg(1) != u;
+  if (!commutes && other->get_arg(is_second ? 2 : 1) != u) return {};
+  return {beside(t), beside(other)};
+}
+
+/// Of u + v and u + w, rounded alike, the first is below the second only if v is below w; likewise
+/// differences, and products and quotients as the sign of u has it. Stated of results that are
+/// compared with each other: of all pairs it slows down sums and products of three operands in
+/// different orders, where v and w hardly matter.
+void shared_operand(Relations& relations, const Term* t) {
+  const Maker make(relations);
+  for (const Term* u : {t->get_arg(1), t->get_arg(2)}) {
+    if (has_tag(t, T::fp_div) && u != t->get_arg(2)) continue;
+    for (const Term* other : relations.get_uses(u)) {
+      const bool is_alike = other != t && has_tag(other, t->get_tag()) &&
+                            other->get_arg(0) == t->get_arg(0) && relations.is_compared(t, other);
+      if (!is_alike) continue;
+      const auto [v, w] = find_others(t, other, u);
+      if (v == nullptr) continue;
+      const auto order = [&make, t, other](const Term* low, const Term* high) {
+        return make.both(make.implies(make.lt(t, other), make.lt(low, high)),
+                         make.implies(make.lt(other, t), make.lt(high, low)));
+      };
+      if (has_tag(t, T::fp_add)) {
+        relations.state(order(v, w));
+      } else if (has_tag(t, T::fp_sub)) {
+        relations.state(t->get_arg(1) == u ? order(w, v) : order(v, w));
+      } else {
+        relations.state(make.by_sign(u, order(v, w), order(w, v)));
+      }
+    }
+  }
+}
+
 constexpr RelationKind kKinds[] = {
     {"integral-order", {T::fp_round_to_integral}, integral_order},
     {"integral-nearest", {T::fp_round_to_integral, T::fp_sub}, integral_nearest},
@@ -306,6 +345,7 @@ constexpr RelationKind kKinds[] = {
      {T::fp_add, T::fp_sub, T::fp_mul, T::fp_div, T::fp_sqrt, T::fp_round_to_integral, T::fp_cast,
       T::fp_from_sbv, T::fp_from_ubv},
      monotone},
+    {"shared-operand", {T::fp_add, T::fp_sub, T::fp_mul, T::fp_div}, shared_operand},
 };
 
 }  // namespace
