@@ -68,6 +68,8 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->description("do not look for models by trying assignments as well");
   app.add_flag_callback("--no-ranges", [&options] { options.ranges = false; })
       ->description("do not look for refutations by what values terms can have as well");
+  app.add_flag_callback("--no-relations", [&options] { options.relations = false; })
+      ->description("do not state theorems on the terms of formulas beside them");
   app.add_flag("--check-model")
       ->description("check each model before sat is answered, which is always done");
   app.add_option("--cnf", options.cnf_file,

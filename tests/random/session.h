@@ -45,6 +45,8 @@ struct Configuration {
   bool minimal_cores = false;
   /// Whether refutations are looked for by ranges too; without them, all come from circuits.
   bool ranges = false;
+  /// Whether theorems are stated beside assertions.
+  bool relations = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -88,6 +90,7 @@ class Session {
     options.seed = configuration.seed;
     options.local_search = configuration.local_search;
     options.ranges = configuration.ranges;
+    options.relations = configuration.relations;
     options.termination_test = &budget;
     return options;
   }

@@ -30,6 +30,7 @@ class TermGenerator {
     if (choice < 14 && !scope.closed.empty()) {
       if (const Expression* old = again(sort)) return *old;
     }
+    if (sort == kBool && choice < 18 && !palette.floats.empty()) return related();
     if (choice < 26) {
       if (const Name* function = find(sort, true)) return call(*function, depth);
     }
@@ -153,6 +154,49 @@ class TermGenerator {
     for (const Sort& arg : chosen->args)
       e.args.push_back(term(arg, depth - 1));
     return e;
+  }
+
+  /// Results with operands in common: theorems speak of them, and operators that are chosen one by
+  /// one seldom make them.
+  Expression related() {
+    const Sort sort = random.pick(palette.floats);
+    const std::uint64_t cost = 40 * (sort.w0 + sort.w1) * (sort.w0 + sort.w1);
+    if (cost > budget) return leaf(kBool);
+    budget -= cost;
+    const Expression a = leaf(sort);
+    const Expression b = leaf(sort);
+    const Expression c = leaf(sort);
+    const Expression m = leaf(kMode);
+    const auto make = [&sort](const char* head, std::vector<Expression> args) {
+      return Expression{Expression::Kind::theory, head, sort, std::move(args), {}};
+    };
+    const auto compare = [this](const Expression& x, const Expression& y) {
+      const char* const head = random.percent(60) ? "fp.lt" : "fp.leq";
+      return Expression{Expression::Kind::theory, head, kBool, {x, y}, {}};
+    };
+    const auto rounded = [&](const char* mode) {
+      return make("fp.roundToIntegral", {{Expression::Kind::theory, mode, kMode, {}, {}}, a});
+    };
+    const auto both = [](const Expression& x, const Expression& y) {
+      return Expression{Expression::Kind::theory, "and", kBool, {x, y}, {}};
+    };
+    const char* const operators[] = {"fp.add", "fp.sub", "fp.mul", "fp.div"};
+    const char* const head = operators[random.below(4)];
+    switch (random.below(6)) {
+      case 0:
+        return compare(make(head, {m, a, b}), make(head, {m, c, b}));
+      case 1:
+        return compare(make(head, {m, a, b}), make(head, {m, a, c}));
+      case 2:
+        return both(compare(c, make("fp.add", {m, a, b})), compare(b, make("fp.sub", {m, c, a})));
+      case 3:
+        return both(compare(c, make("fp.div", {m, a, b})), compare(a, make("fp.mul", {m, b, c})));
+      case 4:
+        return both(compare(rounded("RTN"), rounded("RTZ")), compare(rounded("RTP"), b));
+      default:
+        return compare(make("fp.sub", {m, a, rounded("RTN")}),
+                       make("fp.sub", {m, rounded(random.percent(50) ? "RTP" : "RNA"), a}));
+    }
   }
 
   std::optional<Application> choose(const Sort& sort) {

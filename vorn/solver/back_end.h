@@ -16,6 +16,7 @@
 #include "vorn/ranges/propagation.h"
 #include "vorn/ranges/splitting.h"
 #include "vorn/rewrite/fp_rewriter.h"
+#include "vorn/rewrite/relations.h"
 #include "vorn/search/local_search.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
@@ -95,7 +96,8 @@ struct Solver::BackEnd {
     std::unique_ptr<bv::SatSolver> sat;
     bv::Cnf cnf;
 
-    std::size_t written = 0;  // conjuncts that are clauses already
+    std::size_t written = 0;         // conjuncts that are clauses already
+    std::size_t written_lemmas = 0;  // lemmas likewise
     /// By level, the SAT variable that turns its clauses on; 0, or beyond the end, for none yet.
     std::vector<int> activations;
     bool is_searched = false;
@@ -114,6 +116,8 @@ struct Solver::BackEnd {
     encoder->set_termination_test(options.termination_test);
     encoder->set_debug_flag(options.debug_labels);
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
+    const bool is_exact = options.encoder == EncoderKind::ieee;
+    if (options.relations && is_exact && !options.is_traced()) relations.emplace(manager);
   }
 
   std::optional<rewrite::FpRewriter> rewriter;
@@ -122,6 +126,9 @@ struct Solver::BackEnd {
   Translator translator;
   std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
+  std::optional<rewrite::Relations> relations;
+  std::size_t related = 0;    // how many of the encoded terms they have
+  Trail<const Term*> lemmas;  // their translations: theorems, which no encoding of a formula needs
   /// The number of conjuncts before the first that holds only for infinite sorts.
   std::size_t first_of_infinity = std::numeric_limits<std::size_t>::max();
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed

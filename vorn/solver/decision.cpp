@@ -180,6 +180,11 @@ Answer Solver::search() {
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
   if (const std::string rules = describe_rewriting(); !rules.empty()) log("rewriting: " + rules);
+  if (back_end->relations) {
+    if (const std::string kinds = back_end->relations->describe_counts(); !kinds.empty()) {
+      log("relations: " + kinds);
+    }
+  }
   log(fmt::format("searching: {} terms, {} conjunctions, {} variables, {} clauses",
                   mgr.get_term_count(), back_end->circuits->aig.get_and_count(),
                   sat.get_variable_count(), sat.get_clause_count()));
@@ -236,11 +241,8 @@ void Solver::write_clauses() {
     back_end->circuits = std::make_unique<BackEnd::Circuits>(mgr, options);
   }
   BackEnd::Circuits& circuits = *back_end->circuits;
-  const Trail<const Term*>& conjuncts = back_end->conjuncts;
-  for (std::size_t level = 0; level <= conjuncts.get_level(); ++level) {
-    for (; circuits.written < conjuncts.get_size(level); ++circuits.written)
-      write_conjunct(conjuncts.get_items()[circuits.written], level);
-  }
+  write_trail(back_end->conjuncts, &circuits.written);
+  write_trail(back_end->lemmas, &circuits.written_lemmas);
   for (Assumption& assumption : assumptions) {
     const bv::Lit lit = circuits.blaster.blast_bool(assumption.translated);
     if (options.is_traced()) {
@@ -248,6 +250,14 @@ void Solver::write_clauses() {
       continue;
     }
     assumption.literal = circuits.cnf.literal(lit, bv::Cnf::Polarity::positive);
+  }
+}
+
+/// What of a trail is not written yet, level by level.
+void Solver::write_trail(const Trail<const Term*>& conjuncts, std::size_t* written) {
+  for (std::size_t level = 0; level <= conjuncts.get_level(); ++level) {
+    for (; *written < conjuncts.get_size(level); ++*written)
+      write_conjunct(conjuncts.get_items()[*written], level);
   }
 }
 

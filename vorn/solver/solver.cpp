@@ -94,6 +94,8 @@ void Solver::translate_new() {
     if (level == assertions.get_level()) return;
     end.translator.push();
     end.conjuncts.push();
+    end.lemmas.push();
+    if (end.relations) end.relations->push();
   }
 }
 
@@ -109,6 +111,24 @@ void Solver::translate_assertion(std::size_t index) {
     assumptions[index - first_assumed].translated = translated;
   } else {
     end.conjuncts.add(translated);
+  }
+  state_relations();
+}
+
+/// States what theorems say of terms that are new; the comparisons which these bring are new, too.
+void Solver::state_relations() {
+  BackEnd& end = *back_end;
+  if (!end.relations) return;
+  const Trail<const Term*>& encoded = end.translator.get_encoded();
+  while (end.related < encoded.get_size()) {
+    for (; end.related < encoded.get_size(); ++end.related) {
+      const Term* t = encoded.get_items()[end.related];
+      if (end.encoder->get_cached(t) != nullptr) end.relations->add(t);
+    }
+    for (const Term* lemma : end.relations->take_lemmas()) {
+      if (end.rewriter) lemma = end.rewriter->rewrite(lemma);
+      end.lemmas.add(end.translator.translate(lemma, &end.conjuncts));
+    }
   }
 }
 
@@ -150,6 +170,10 @@ void Solver::pop_level() {
     back_end->ranged = std::min(back_end->ranged, assertions.get_size());
     back_end->translator.pop();
     back_end->conjuncts.pop();
+    back_end->lemmas.pop();
+    if (back_end->relations) back_end->relations->pop();
+    const std::size_t encoded = back_end->translator.get_encoded().get_size();
+    back_end->related = std::min(back_end->related, encoded);
     if (back_end->conjuncts.get_size() <= back_end->first_of_infinity) {
       back_end->first_of_infinity = std::numeric_limits<std::size_t>::max();
     }
@@ -157,6 +181,7 @@ void Solver::pop_level() {
     if (!back_end->circuits) return;
     BackEnd::Circuits& circuits = *back_end->circuits;
     circuits.written = std::min(circuits.written, back_end->conjuncts.get_size());
+    circuits.written_lemmas = std::min(circuits.written_lemmas, back_end->lemmas.get_size());
     if (level >= circuits.activations.size()) return;
     const int activation = circuits.activations.back();
     circuits.activations.pop_back();

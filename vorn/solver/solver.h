@@ -74,6 +74,9 @@ struct VORN_EXPORT Options {
   /// Whether refutations are looked for by what values terms can have, with the exact encoder and
   /// without traces.
   bool ranges = true;
+  /// Whether theorems on the terms of the assertions are stated beside them, with the exact encoder
+  /// and without traces.
+  bool relations = true;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
   /// Whether the constraints tie each named intermediate value of a circuit to a constant of its
@@ -186,6 +189,7 @@ class VORN_EXPORT Solver : public Engine {
   void discard(bool keep_translation);
   void translate_new();
   void translate_assertion(std::size_t index);
+  void state_relations();
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
   Answer decide();
@@ -204,6 +208,7 @@ class VORN_EXPORT Solver : public Engine {
   Answer give_up(const char* reason);
   void replace_garbage();
   void write_clauses();
+  void write_trail(const Trail<const Term*>& conjuncts, std::size_t* written);
   void write_conjunct(const Term* conjunct, std::size_t level);
   void read_model();
   void read_found_model();

@@ -34,6 +34,9 @@ class Translator {
   /// False once a translation was ended by any other exception: then some of what is known of terms
   /// and constraints is missing, and the translator and its encoder can only be destroyed.
   bool is_whole() const { return !is_half_done; }
+  /// Floats, rounding modes, predicates on them and conversions of them that have an encoding, each
+  /// behind its arguments. Terms that were refused are among them.
+  const Trail<const Term*>& get_encoded() const { return encoded; }
 
   void push();
   /// Forgets what was translated since the matching push.

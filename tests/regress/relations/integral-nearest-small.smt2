@@ -1,0 +1,18 @@
+; The nearest integer is the one at the shorter distance, also where both are rounded in any modes.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const x F)
+(define-fun floor () F (fp.roundToIntegral RTN x))
+(define-fun ceiling () F (fp.roundToIntegral RTP x))
+(define-fun even () F (fp.roundToIntegral RNE x))
+(define-fun away () F (fp.roundToIntegral RNA x))
+(define-fun down () F (fp.sub r x floor))
+(define-fun up () F (fp.sub s ceiling x))
+(assert (not (and
+  (=> (fp.lt down up) (and (= even floor) (= away floor)))
+  (=> (fp.lt up down) (and (= even ceiling) (= away ceiling)))
+  (=> (fp.eq down up) (= away (ite (fp.isNegative x) floor ceiling))))))
+(set-info :status unsat)
+(check-sat)

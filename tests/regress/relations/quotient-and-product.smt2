@@ -1,0 +1,18 @@
+; Where a rounded quotient lies beside a value, the dividend lies beside the rounded product.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 3))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(declare-const z F)
+(define-fun zero () F (_ +zero 3 3))
+(define-fun q () F (fp.div r x y))
+(define-fun p () F (fp.mul s y z))
+(assert (not (and
+  (=> (and (fp.lt zero y) (fp.lt z q)) (fp.leq p x))
+  (=> (and (fp.lt zero y) (fp.lt q z)) (fp.leq x p))
+  (=> (and (fp.lt y zero) (fp.lt z q)) (fp.leq x p))
+  (=> (and (fp.lt y zero) (fp.lt q z)) (fp.leq p x)))))
+(set-info :status unsat)
+(check-sat)

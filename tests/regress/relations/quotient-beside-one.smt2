@@ -1,0 +1,16 @@
+; A rounded quotient is beside 1 where the dividend is beside the divisor.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(define-fun one () F ((_ to_fp 3 4) RNE 1.0))
+(define-fun zero () F (_ +zero 3 4))
+(define-fun q () F (fp.div r x y))
+(assert (not (and
+  (=> (and (fp.lt zero y) (fp.lt one q)) (fp.lt y x))
+  (=> (and (fp.lt zero y) (fp.lt q one)) (fp.lt x y))
+  (=> (and (fp.lt y zero) (fp.lt one q)) (fp.lt x y))
+  (=> (and (fp.lt y zero) (fp.lt q one)) (fp.lt y x)))))
+(set-info :status unsat)
+(check-sat)

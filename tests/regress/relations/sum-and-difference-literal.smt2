@@ -1,0 +1,15 @@
+; The same of a difference beside a value that is added with its sign changed.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 3))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const u F)
+(declare-const v F)
+(declare-const c F)
+(define-fun y () F (fp.neg c))
+(define-fun difference () F (fp.sub r u v))
+(assert (not (and
+  (=> (fp.lt y difference) (fp.leq v (fp.add s u c)))
+  (=> (fp.lt difference y) (fp.leq (fp.add s u c) v)))))
+(set-info :status unsat)
+(check-sat)

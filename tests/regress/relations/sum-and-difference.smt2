@@ -1,0 +1,17 @@
+; Where a rounded sum lies beside a value, an operand lies beside the rounded difference likewise.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 3))
+(declare-const r RoundingMode)
+(declare-const s RoundingMode)
+(declare-const u F)
+(declare-const v F)
+(declare-const y F)
+(define-fun sum () F (fp.add r u v))
+(define-fun difference () F (fp.sub r u v))
+(assert (not (and
+  (=> (fp.lt y sum) (fp.leq (fp.sub s y u) v))
+  (=> (fp.lt sum y) (fp.leq v (fp.sub s y u)))
+  (=> (fp.lt y difference) (fp.leq v (fp.sub s u y)))
+  (=> (fp.lt difference y) (fp.leq (fp.sub s u y) v)))))
+(set-info :status unsat)
+(check-sat)
