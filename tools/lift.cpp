@@ -166,6 +166,17 @@ class Model {
   std::map<std::pair<const Symbol*, std::vector<QNumber>>, QNumber> results;
 };
 
+/// The model in words, checked against the script if there is one.
+std::string describe(TermManager& manager, Model* model, const LiftOptions& options) {
+  if (options.script.empty()) return model->print(manager);
+  // The exact encoder has every operation, so no script that was encoded is refused here.
+  const std::string text = read_all(options.script);
+  const FirstCheck script = read_first_check(manager, text, options.script, {});
+  if (!script.has_bits_only()) return model->complete(manager, script);
+  model->check(manager, script);
+  return model->print(manager);
+}
+
 void print_answer(const LiftOptions& options) {
   TermManager manager;
   const solver::SymbolMap map = read_map(manager, options.map);
@@ -175,17 +186,7 @@ void print_answer(const LiftOptions& options) {
     return;
   }
   Model model(map, solution, options);
-  std::string definitions = model.print(manager);
-  if (!options.script.empty()) {
-    // The exact encoder has every operation, so no script that was encoded is refused here.
-    const std::string text = read_all(options.script);
-    const FirstCheck script = read_first_check(manager, text, options.script, {});
-    if (script.others.empty()) {
-      model.check(manager, script);
-    } else {
-      definitions = model.complete(manager, script);
-    }
-  }
+  const std::string definitions = describe(manager, &model, options);
   std::cout << "sat\n" << definitions << '\n';
 }
 

@@ -86,7 +86,7 @@ FirstCheck read_first_check(TermManager& manager, const std::string& text, const
     check.symbols = interpreter.get_symbols();
     for (const smt2::SymbolTable::Declaration& d : check.symbols.get_declarations()) {
       const bool has_bits = d.constant->get_arity() == 0 && d.constant->get_type()->has_bits();
-      (has_bits ? check.constants : check.others).push_back(d);
+      if (has_bits) check.constants.push_back(d);
     }
     check.engine = std::move(engine);
     return check;

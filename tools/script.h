@@ -27,10 +27,12 @@ std::string read_all(const std::string& file);
 struct FirstCheck {
   std::unique_ptr<solver::Solver> engine;
   solver::Encoding encoding;
-  std::vector<smt2::SymbolTable::Declaration> constants;  // that have bits
-  std::vector<smt2::SymbolTable::Declaration> others;     // arrays, functions, elements of sorts
   smt2::SymbolTable symbols;
-  std::optional<Answer> answer;  // where it was decided
+  std::vector<smt2::SymbolTable::Declaration> constants;  // that have bits
+  std::optional<Answer> answer;                           // where it was decided
+
+  /// Whether nothing else is declared: no array, function or element of a sort.
+  bool has_bits_only() const { return constants.size() == symbols.get_declarations().size(); }
 };
 
 /// How a script is read.

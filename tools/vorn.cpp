@@ -105,8 +105,7 @@ void add_encode_options(CLI::App& app, vorn::tools::EncodeOptions& options) {
                                               : Target::smt2;
          },
          "format: smt2 (a script over bit-vectors), dimacs (clauses), aiger (a circuit) or dot (a "
-         "picture "
-         "of the terms for Graphviz)")
+         "picture of the terms for Graphviz)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"smt2", "dimacs", "aiger", "dot"}))
       ->required();

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <fstream>
 #include <string>
 
 #include "vorn/solver/solver.h"
@@ -15,6 +17,19 @@ inline Options circuits_only() {
   Options options;
   options.local_search = false;
   return options;
+}
+
+/// The head of the clauses that a check has left in a file says how many there are, more than
+/// `least`.
+inline void expect_clauses_of(const Solver& solver, const std::string& file, std::uint64_t least) {
+  std::ifstream in(file);
+  std::string word;
+  std::uint64_t variables = 0;
+  std::uint64_t clauses = 0;
+  in >> word >> word >> variables >> clauses;
+  EXPECT_EQ(variables, solver.get_statistics().variables);
+  EXPECT_EQ(clauses, solver.get_statistics().clauses);
+  EXPECT_GT(clauses, least);
 }
 
 class SolverTest : public testing::Test {

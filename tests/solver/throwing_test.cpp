@@ -65,6 +65,24 @@ int count_questions(TermManager& mgr, const Work& work) {
   return kMany - thrower.left;
 }
 
+/// A check whose answer is sat throws at many of its questions, each in a life of its own, has its
+/// answer afterwards, and leaves a solver for `further`.
+template <class Check, class Further>
+void expect_answers_after_throws(TermManager& mgr, const Check& check, const Further& further) {
+  const int questions = count_questions(mgr, check);
+  ASSERT_GT(questions, 20);
+  for (int question = 0; question < questions - 1; question += 1 + questions / 50) {
+    Thrower thrower;
+    thrower.left = question;
+    Options options = circuits_only();
+    options.termination_test = &thrower;
+    Solver s(mgr, options);
+    EXPECT_THROW(check(s), std::runtime_error) << question;
+    EXPECT_EQ(check(s), Answer::sat) << question;
+    further(s, question);
+  }
+}
+
 TEST_F(SolverTest, AnswersWhereverATerminationTestHasThrown) {
   // Terms, gates, clauses and conflicts: all of them ask.
   const Term* x = variable("x", mgr.get_fp_type(11, 52));
@@ -76,17 +94,7 @@ TEST_F(SolverTest, AnswersWhereverATerminationTestHasThrown) {
   const Term* is_sum = mgr.make_and(mgr.make_fp_lt(sum, y), mgr.make_not(mgr.make_fp_iszero(sum)));
   const Term* square = mgr.make_equal(mgr.make_bv_mul(b, b), mgr.make_bv_add(d, b));
   const auto check = [&](Solver& s) { return s.check_sat(std::vector{square, is_sum}); };
-  const int questions = count_questions(mgr, check);
-  ASSERT_GT(questions, 20);
-  for (int question = 0; question < questions - 1; question += 1 + questions / 50) {
-    Thrower thrower;
-    thrower.left = question;
-    Options options = circuits_only();
-    options.termination_test = &thrower;
-    Solver s(mgr, options);
-    EXPECT_THROW(check(s), std::runtime_error) << question;
-    EXPECT_EQ(check(s), Answer::sat) << question;
-  }
+  expect_answers_after_throws(mgr, check, [](Solver&, int) {});
 }
 
 TEST_F(SolverTest, AnswersWhereverATestHasThrownWhileArraysAreDecided) {
@@ -103,19 +111,10 @@ TEST_F(SolverTest, AnswersWhereverATestHasThrownWhileArraysAreDecided) {
   formulas.push_back(mgr.make_fp_lt(read, fp(7, 3, 4)));
   formulas.push_back(mgr.make_fp_isnormal(mgr.make_select(array, read)));
   const auto check = [&](Solver& s) { return s.check_sat(formulas); };
-  const int questions = count_questions(mgr, check);
-  ASSERT_GT(questions, 20);
-  for (int question = 0; question < questions - 1; question += 1 + questions / 50) {
-    Thrower thrower;
-    thrower.left = question;
-    Options options = circuits_only();
-    options.termination_test = &thrower;
-    Solver s(mgr, options);
-    EXPECT_THROW(check(s), std::runtime_error) << question;
-    EXPECT_EQ(check(s), Answer::sat) << question;
+  expect_answers_after_throws(mgr, check, [&](Solver& s, int question) {
     s.assert_formula(mgr.make_not(mgr.make_fp_le(read, fp(7, 3, 4))));
     EXPECT_EQ(check(s), Answer::unsat) << question;
-  }
+  });
 }
 
 TEST_F(SolverTest, WhatWasNotAssertedSinceATestHasThrownDoesNotHold) {

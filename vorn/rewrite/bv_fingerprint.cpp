@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "vorn/rewrite/bounded_walk.h"
 #include "vorn/rewrite/bv_polynomial.h"
 
 namespace vorn::rewrite {
@@ -31,8 +32,8 @@ std::uint64_t low_word(const QNumber& value) {
 /// What has the same low bits as `t`, so that a term and a part of it get values that agree.
 const Term* find_low_part(const Term* t) {
   for (;;) {
-    const bool is_low = t->get_tag() == T::bv_extract && t->get_symbol()->get_indices()[1] == 0;
-    if (is_low || t->get_tag() == T::bv_zero_extend || t->get_tag() == T::bv_sign_extend) {
+    if (is_low_extract(t) || t->get_tag() == T::bv_zero_extend ||
+        t->get_tag() == T::bv_sign_extend) {
       t = t->get_arg(0);
     } else if (t->get_tag() == T::bv_concat) {
       t = t->get_arg(1);
@@ -47,17 +48,10 @@ class Evaluation {
   explicit Evaluation(const TermManager& manager) : mgr(manager) {}
 
   BvFingerprint evaluate(const Term* term) {
-    const Term* root = find_low_part(term);
-    std::vector<const Term*> stack = {root};
-    while (!stack.empty()) {
-      const Term* t = stack.back();
-      if (!values.contains(t->get_id())) {
-        if (push_operands(t, &stack)) continue;
-        values.emplace(t->get_id(), combine(t));
-      }
-      stack.pop_back();
-    }
-    return values.at(root->get_id());
+    return complete(
+        find_low_part(term), &values,
+        [this](const Term* t, std::vector<const Term*>* stack) { return push_operands(t, stack); },
+        [this](const Term* t) { return combine(t); });
   }
 
  private:

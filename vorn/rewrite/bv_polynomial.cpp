@@ -6,6 +6,7 @@
 #include <span>
 #include <unordered_map>
 
+#include "vorn/rewrite/bounded_walk.h"
 #include "vorn/terms/bv_number.h"
 
 namespace vorn::rewrite {
@@ -21,14 +22,9 @@ constexpr std::size_t kMostFactors = 12;
 constexpr std::size_t kMostOperations = 32;
 constexpr std::size_t kMostAtTheTop = 8;
 
-std::size_t width_of(const Term* t) {
-  return t->get_type()->get_width();
-}
-
 /// Whether `t` is the low bits of an operation: they are the operation on the low bits.
 bool is_low_part(const TermManager& mgr, const Term* t) {
-  return t->get_tag() == T::bv_extract && t->get_symbol()->get_indices()[1] == 0 &&
-         is_bv_arithmetic(mgr, t->get_arg(0));
+  return is_low_extract(t) && is_bv_arithmetic(mgr, t->get_arg(0));
 }
 
 /// The operands of an operation that is taken apart; none for a factor or a number.
@@ -46,17 +42,10 @@ class Expansion {
       : mgr(manager), products(kind), in_case(one) {}
 
   const BvPolynomial& expand(const Term* term) {
-    const Term* root = resolve(term);
-    std::vector<const Term*> stack = {root};
-    while (!stack.empty()) {
-      const Term* t = stack.back();
-      if (!known.contains(t->get_id())) {
-        if (push_operands(t, &stack)) continue;
-        known.emplace(t->get_id(), combine(t));
-      }
-      stack.pop_back();
-    }
-    return known.at(root->get_id());
+    return complete(
+        resolve(term), &known,
+        [this](const Term* t, std::vector<const Term*>* stack) { return push_operands(t, stack); },
+        [this](const Term* t) { return combine(t); });
   }
 
  private:
@@ -157,6 +146,14 @@ class Expansion {
 };
 
 }  // namespace
+
+std::size_t width_of(const Term* t) {
+  return t->get_type()->get_width();
+}
+
+bool is_low_extract(const Term* t) {
+  return t->get_tag() == T::bv_extract && t->get_symbol()->get_indices()[1] == 0;
+}
 
 QNumber minus_one(std::size_t width) {
   return BVNumber::all_ones(width);

@@ -72,6 +72,10 @@ bool is_bv_arithmetic(const TermManager& mgr, const Term* t);
 /// Whether `t` is an operation that `expand` takes apart.
 bool is_expanded(const TermManager& mgr, const Term* t, Products products);
 
+/// The width of a bit-vector term.
+std::size_t width_of(const Term* t);
+/// Whether `t` is an extract of the low bits.
+bool is_low_extract(const Term* t);
 /// 2^width - 1, the coefficient that subtracts.
 QNumber minus_one(std::size_t width);
 

@@ -16,10 +16,6 @@ namespace {
 
 using T = SymbolTag;
 
-std::size_t width_of(const Term* t) {
-  return t->get_type()->get_width();
-}
-
 bool is_bits(const Term* t) {
   return t->get_type()->get_kind() == DataType::Kind::bit_vector;
 }

@@ -95,7 +95,7 @@ const Operator& Parser::find_indexed(const Token& name) const {
   if (op == nullptr && (locals.find(name.text) != nullptr || symbols.find(name.text) != nullptr)) {
     fail(name.position, fmt::format("'{}' takes no indices", name.text));
   }
-  if (!is_plain(op)) fail_unknown(name);
+  if (op == nullptr || !is_plain(op)) fail_unknown(name);
   return *op;
 }
 

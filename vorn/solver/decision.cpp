@@ -67,10 +67,10 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
     drop_ranges();
     throw;  // what is refused leaves nothing else half done
   } catch (...) {
-    discard(is_translated && back_end->translator.is_whole());
+    discard(is_translated);
     throw;
   }
-  discard(is_translated && back_end->translator.is_whole());
+  discard(is_translated);
   if (is_full) free_discarded();
   return give_up(is_full ? "memout" : "resource limit");
 }

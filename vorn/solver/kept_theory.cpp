@@ -7,18 +7,14 @@
 namespace vorn::solver {
 namespace {
 
-/// Whether there are codes that are no value of the sort, or not for certain.
+/// Whether there are codes that are no value of the sort, or not for certain: of other NaNs, of
+/// modes that do not exist, of elements that a model may have or not.
 bool has_gaps(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::floating_point:
-    case DataType::Kind::rounding_mode:
-    case DataType::Kind::uninterpreted:
-      return true;
-    case DataType::Kind::array:
-      return has_gaps(type->get_index()) || has_gaps(type->get_element());
-    default:
-      return false;
-  }
+  using Kind = DataType::Kind;
+  return theories::has_part(type, [](Kind kind) {
+    return kind == Kind::floating_point || kind == Kind::rounding_mode ||
+           kind == Kind::uninterpreted;
+  });
 }
 
 /// Whether equal arguments of the sort may have codes that differ.
@@ -36,7 +32,7 @@ bool has_gaps_as_index(const DataType* type) {
 
 }  // namespace
 
-/// A mode has two unused codes or more, a float with other NaNs as many as these are.
+/// Throws where what codes without a value have in them would be told apart.
 void KeptTheory::check() const {
   const std::vector<const Term*>& terms = theory.get_terms();
   const auto is_loose_in = [](const Term* t) {

@@ -115,7 +115,7 @@ Solver::Refinement Solver::refine() {
     back_end->conjuncts.add(back_end->translator.translate(lemma, &back_end->conjuncts));
   }
   if (!is_new) return Refinement::repeated;
-  if (options.is_traced() && back_end->circuits->is_traced) start_traces();
+  if (back_end->circuits->is_traced) start_traces();
   return Refinement::stated;
 }
 

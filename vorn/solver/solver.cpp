@@ -40,7 +40,7 @@ void Solver::drop_back_end() {
 /// time that a check has not got when its time is up.
 void Solver::discard(bool keep_translation) {
   statistics = get_statistics();
-  if (!keep_translation) {
+  if (!keep_translation || !back_end->translator.is_whole()) {
     discarded = std::move(back_end);
   } else {
     back_end->local_search.reset();

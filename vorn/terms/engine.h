@@ -23,7 +23,9 @@ enum class Answer : std::uint8_t { sat, unsat, unknown };
 struct FunctionValue {
   /// Values of the arguments, and that of the function there.
   struct Entry {
+    /// Literals, one for each argument.
     std::vector<const Term*> arguments;
+    /// A literal.
     const Term* value = nullptr;
   };
   /// No two have the same arguments.

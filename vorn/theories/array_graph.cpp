@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "vorn/semantics/array_values.h"
+#include "vorn/theories/theory_terms.h"
 #include "vorn/utils/termination_test.h"
 
 namespace vorn::theories {
@@ -10,14 +11,7 @@ namespace {
 
 /// Whether the number of values of a sort is left open.
 bool has_open_size(const DataType* type) {
-  switch (type->get_kind()) {
-    case DataType::Kind::uninterpreted:
-      return true;
-    case DataType::Kind::array:
-      return has_open_size(type->get_index()) || has_open_size(type->get_element());
-    default:
-      return false;
-  }
+  return has_part(type, [](DataType::Kind kind) { return kind == DataType::Kind::uninterpreted; });
 }
 
 /// Comparisons of two indices from which on a subtraction of their bases takes fewer gates: it is

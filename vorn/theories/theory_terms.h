@@ -24,6 +24,13 @@ bool has_stand_in(const Term* t);
 /// Whether `t` is of an array sort.
 bool is_array(const Term* t);
 
+/// Whether `test` holds for the kind of the sort or, of arrays, of a sort that they are made of.
+template <class Test>
+bool has_part(const DataType* type, const Test& test) {
+  if (type->get_kind() != DataType::Kind::array) return test(type->get_kind());
+  return has_part(type->get_index(), test) || has_part(type->get_element(), test);
+}
+
 /// The terms that formulas have, level by level, and their stand-ins. What comes back after its
 /// level was closed has the same stand-in.
 class TheoryTerms {
