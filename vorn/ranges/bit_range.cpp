@@ -9,22 +9,26 @@ namespace {
 
 namespace N = BVNumber;
 
-QNumber without(const QNumber& a, const QNumber& b, std::uint64_t width) {
-  return N::bv_and(a, N::bv_not(b, width));
+QNumber without(const QNumber& a, const QNumber& b) {
+  return N::bv_xor(a, N::bv_and(a, b));
+}
+
+bool has_bits(const QNumber& x, const QNumber& ones, const QNumber& possible) {
+  return N::bv_and(x, ones) == ones && N::bv_and(x, possible) == x;
 }
 
 /// Stores the least value from `from` up that has the bits of `ones` and none but those of
 /// `possible`. False if there is none.
 bool find_next(std::uint64_t width, const QNumber& ones, const QNumber& possible, QNumber* from) {
-  const QNumber missing = without(ones, *from, width);
-  const QNumber excess = without(*from, possible, width);
-  if (missing.sign() == 0 && excess.sign() == 0) return true;
+  if (has_bits(*from, ones, possible)) return true;
+  const QNumber missing = without(ones, *from);
+  const QNumber excess = without(*from, possible);
   // Above its topmost wrong bit `from` is right. A missing bit there is set; in place of one too
   // many the next bit above that may be set is, as in a carry. What is below is as small as it may.
   std::uint64_t bit = N::bit_length(missing);
   if (missing < excess) {
     const std::uint64_t above = N::bit_length(excess);
-    const QNumber free = without(possible, *from, width);
+    const QNumber free = without(possible, *from);
     if (above >= width) return false;
     const QNumber candidates = N::bv_extract(width - 1, above, free);
     if (candidates.sign() == 0) return false;
@@ -42,6 +46,7 @@ bool find_next(std::uint64_t width, const QNumber& ones, const QNumber& possible
 /// Stores the greatest such value up to `from`.
 bool find_previous(std::uint64_t width, const QNumber& ones, const QNumber& possible,
                    QNumber* from) {
+  if (has_bits(*from, ones, possible)) return true;
   QNumber mirrored = N::bv_not(*from, width);
   if (!find_next(width, N::bv_not(possible, width), N::bv_not(ones, width), &mirrored)) {
     return false;
@@ -62,7 +67,7 @@ BitRange::BitRange(std::uint64_t w, QNumber first, QNumber last, QNumber set, QN
 }
 
 void BitRange::normalise() {
-  const bool fits = least <= greatest && without(ones, possible, width).sign() == 0 &&
+  const bool fits = least <= greatest && N::bv_and(ones, possible) == ones &&
                     find_next(width, ones, possible, &least) &&
                     find_previous(width, ones, possible, &greatest) && least <= greatest;
   if (!fits) {
@@ -74,7 +79,7 @@ void BitRange::normalise() {
   }
   const std::uint64_t open = N::bit_length(N::bv_xor(least, greatest));
   const QNumber low = N::all_ones(open);
-  ones = N::bv_or(ones, without(least, low, width));
+  ones = N::bv_or(ones, without(least, low));
   possible = N::bv_and(possible, N::bv_or(least, low));
 }
 
@@ -133,8 +138,7 @@ QNumber BitRange::get_signed_greatest() const {
 }
 
 bool BitRange::contains(const QNumber& value) const {
-  return least <= value && value <= greatest && without(ones, value, width).sign() == 0 &&
-         without(value, possible, width).sign() == 0;
+  return least <= value && value <= greatest && has_bits(value, ones, possible);
 }
 
 std::string BitRange::to_string() const {

@@ -6,6 +6,13 @@
 #include "vorn/terms/post_order.h"
 
 namespace vorn::ranges {
+namespace {
+
+std::uint64_t count_bits(const Term* t) {
+  return t->get_type()->has_bits() ? t->get_type()->get_value_width() : 0;
+}
+
+}  // namespace
 
 // Formulas and levels ---------------------------------------------------------------------------
 
@@ -25,6 +32,7 @@ Propagation::Slot Propagation::add_term(const Term* t) {
     nodes[argument].uses.push_back(slot);
   slots.emplace(t, slot);
   added.add(slot);
+  bit_count += count_bits(t);
   return slot;
 }
 
@@ -56,6 +64,7 @@ void Propagation::pop() {
   added.pop([this](Slot slot) {
     for (const Slot argument : nodes[slot].arguments)
       nodes[argument].uses.pop_back();
+    bit_count -= count_bits(nodes[slot].term);
     slots.erase(nodes[slot].term);
     nodes.pop_back();
   });

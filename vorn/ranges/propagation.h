@@ -55,6 +55,8 @@ class Propagation {
   // Ranges --------------------------------------------------------------------------------------
 
   Slot get_size() const { return static_cast<Slot>(nodes.size()); }
+  /// The bits of the values of all terms: a measure of how hard the formulas are.
+  std::uint64_t get_bit_count() const { return bit_count; }
   const Term* get_term(Slot slot) const { return nodes[slot].term; }
   const Range& get_range(Slot slot) const { return nodes[slot].range; }
   /// The range of a term; null where no formula has it.
@@ -91,6 +93,7 @@ class Propagation {
   const TermManager& mgr;
   TerminationPoll poll;
   std::vector<Node> nodes;
+  std::uint64_t bit_count = 0;
   std::unordered_map<const Term*, Slot> slots;
   Trail<Change> changes;
   Trail<Slot> added;

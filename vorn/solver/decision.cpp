@@ -22,7 +22,6 @@ constexpr int kFirstConflicts = 1'000;
 constexpr int kMostConflicts = 1 << 30;
 constexpr std::uint64_t kEffortPerConflict = 1'000;
 // Looks of the ranges at a term, each of some microseconds.
-constexpr std::uint64_t kShortRefutation = 2'000;
 constexpr std::uint64_t kRangesPerConflict = 4;
 constexpr std::uint64_t kMostRangesPerConflict = 100;  // where the end is in sight
 
@@ -175,7 +174,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
 }
 
 Answer Solver::search() {
-  if (try_refutation(kShortRefutation, 2 * kShortRefutation)) return Answer::unsat;
+  if (try_short_refutation()) return Answer::unsat;
   replace_garbage();
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;

@@ -1,4 +1,6 @@
 // Refutation by ranges: before there are circuits, and now and then beside the SAT search.
+#include <algorithm>
+
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/solver.h"
 
@@ -7,6 +9,8 @@ namespace {
 
 // Propagation to the fixed point: most terms are looked at a few times.
 constexpr std::uint64_t kLooks = 20;
+// Looks before there are circuits, some milliseconds. On small formulas the search is over sooner.
+constexpr std::uint64_t kShortRefutation = 2'000;
 
 }  // namespace
 
@@ -70,6 +74,13 @@ bool Solver::try_refutation(std::uint64_t effort, std::uint64_t most) {
   return false;
 }
 
+/// A look at what ranges refute for less than the circuits cost.
+bool Solver::try_short_refutation() {
+  if (!may_refute) return false;
+  const std::uint64_t effort = std::min(kShortRefutation, back_end->ranges->get_bit_count());
+  return try_refutation(effort, 2 * effort);
+}
+
 /// Whether ranges refute the assertions without the assumptions that are left out, cases with that
 /// effort.
 bool Solver::is_refuted_without(const std::vector<bool>& left_out, std::uint64_t effort) {
@@ -90,10 +101,14 @@ std::vector<std::size_t> Solver::get_refuted_assumptions() {
   constexpr std::size_t kMostWork = 100'000;  // terms to be looked at
   std::vector<std::size_t> failed;
   std::vector<bool> left_out(assumptions.size());
-  const bool is_short = back_end->ranges->get_size() * assumptions.size() <= kMostWork;
+  const ranges::Propagation& ranges = *back_end->ranges;
+  const bool is_short = ranges.get_size() * assumptions.size() <= kMostWork;
+  const std::uint64_t effort =
+      std::min<std::uint64_t>(kMostWork / std::max<std::size_t>(assumptions.size(), 1),
+                              2 * ranges.get_bit_count());
   for (std::size_t i = 0; i < assumptions.size(); ++i) {
     left_out[i] = is_short;
-    if (is_short && is_refuted_without(left_out, kMostWork / assumptions.size())) continue;
+    if (is_short && is_refuted_without(left_out, effort)) continue;
     left_out[i] = false;
     failed.push_back(i);
   }

@@ -202,6 +202,7 @@ class VORN_EXPORT Solver : public Engine {
   void enter_ranges();
   void leave_ranges();
   void drop_ranges();
+  bool try_short_refutation();
   bool try_refutation(std::uint64_t effort, std::uint64_t most);
   bool is_refuted_without(const std::vector<bool>& left_out, std::uint64_t effort);
   std::vector<std::size_t> get_refuted_assumptions();
