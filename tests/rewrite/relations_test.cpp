@@ -57,6 +57,18 @@ constexpr Row kRows[] = {
     {"monotone", "(and (= ((_ to_fp 3 2) r x) ((_ to_fp 3 2) r y)) (fp.lt x y))", 1},
     {"monotone", "(fp.lt ((_ to_fp 3 2) r v) ((_ to_fp 3 2) r w))", 1},
     {"monotone", "(fp.lt ((_ to_fp_unsigned 3 2) r v) ((_ to_fp_unsigned 3 2) r w))", 1},
+    {"sum-beside-operand", "(fp.lt (fp.add r x y) y)", 1},
+    {"sum-beside-operand", "(fp.leq x (fp.sub r x y))", 1},
+    {"product-beside-operand", "(fp.lt x (fp.mul r y x))", 1},
+    {"quotient-beside-operand", "(fp.lt x (fp.div r x y))", 1},
+    {"remainder-bounds", "(fp.lt z (fp.rem x y))", 1},
+    {"root-beside-one", "(fp.lt z (fp.sqrt r x))", 1},
+    {"exact-difference", "(fp.lt z (fp.add r y (fp.sub s x y)))", 1},
+    {"exact-difference", "(fp.lt z (fp.add r (fp.sub s x y) y))", 1},
+    {"exact-difference", "(fp.lt z (fp.sub r x (fp.sub s x y)))", 1},
+    {"reversed-difference", "(fp.lt (fp.sub RNE x y) (fp.sub RNE y x))", 1},
+    {"reversed-difference", "(fp.lt (fp.sub RNA x y) (fp.sub RNA y x))", 1},
+    {"reversed-difference", "(fp.lt (fp.sub RTZ x y) (fp.sub RTZ y x))", 1},
 };
 
 /// Formulas like them that ask for nothing, or for which no theorem holds.
@@ -74,6 +86,11 @@ constexpr const char* kWithout[] = {
     "(fp.lt (fp.sub r x y) (fp.sub r z x))",
     "(fp.lt (fp.div r x y) (fp.div r x z))",
     "(fp.lt (fp.add r x y) (fp.add s x z))",
+    "(fp.lt (fp.sub r x y) y)",
+    "(fp.lt (fp.div r x y) y)",
+    "(fp.lt z (fp.add r (fp.sub s x y) x))",
+    "(fp.lt z (fp.sub r (fp.sub s x y) x))",
+    "(fp.lt (fp.sub RTP x y) (fp.sub RTP y x))",
 };
 
 std::string declare(IEEEFloat::format f, const std::string& literal) {
@@ -228,6 +245,14 @@ TEST(Relations, OperandsTellWhatIsNoTheorem) {
       "(=> (fp.eq (fp.sub r x (fp.roundToIntegral RTN x)) (fp.sub s (fp.roundToIntegral RTP x) x))"
       " (= (fp.roundToIntegral RNA x) (fp.roundToIntegral RTN x)))",
       "(= (fp.min (fp.min x y) z) (fp.min x (fp.max y z)))",
+      "(=> (fp.lt x (fp.div r x y)) (fp.lt y one))",
+      "(=> (fp.lt (fp.mul r x y) x) (fp.lt y one))",
+      "(=> (and (fp.lt (_ +zero 5 11) x) (fp.lt (fp.div r x y) x)) (fp.lt one y))",
+      "(fp.leq (fp.abs (fp.rem x y)) (fp.abs x))",
+      "(=> (fp.leq one (fp.sqrt r x)) (fp.lt one x))",
+      "(=> (fp.leq (fp.abs (fp.sub s x y)) (fp.abs x)) (fp.eq (fp.add r y (fp.sub s x y)) x))",
+      "(=> (fp.leq (fp.abs (fp.sub s x y)) (fp.abs y)) (fp.eq (fp.sub r x (fp.sub s x y)) y))",
+      "(or (fp.isNaN x) (fp.isNaN y) (fp.eq (fp.sub RTP x y) (fp.neg (fp.sub RTP y x))))",
   };
   TermReader reader(declare({5, 10}, "0.3"));
   for (const char* formula : kFalse) {

@@ -7,41 +7,13 @@
 #include <utility>
 
 #include "vorn/rewrite/fp_patterns.h"
+#include "vorn/rewrite/relation_kinds.h"
 #include "vorn/rewrite/relations.h"
-#include "vorn/terms/ieee_arithmetic.h"
 
 namespace vorn::rewrite {
 namespace {
 
 using T = SymbolTag;
-
-/// What kinds build lemmas of.
-struct Maker {
-  explicit Maker(Relations& relations) : mgr(relations.get_manager()) {}
-
-  const Term* lt(const Term* a, const Term* b) const { return mgr.make_fp_lt(a, b); }
-  const Term* le(const Term* a, const Term* b) const { return mgr.make_fp_le(a, b); }
-  const Term* equal(const Term* a, const Term* b) const { return mgr.make_equal(a, b); }
-  const Term* both(const Term* a, const Term* b) const { return mgr.make_and(a, b); }
-  const Term* either(const Term* a, const Term* b) const { return mgr.make_or(a, b); }
-  const Term* implies(const Term* a, const Term* b) const { return mgr.make_implies(a, b); }
-  const Term* zero_of(const Term* t) const {
-    IEEEFloat zero(format_of(t), Mode::nearest_even);
-    zero.self_zero(false);
-    return mgr.make_fp_number(zero);
-  }
-
-  /// The result `t` lies beside `y` only if `low` lies beside `high` likewise.
-  const Term* follow(const Term* t, const Term* y, const Term* low, const Term* high) const {
-    return both(implies(lt(y, t), le(low, high)), implies(lt(t, y), le(high, low)));
-  }
-  /// What holds where `t` is positive, and what holds where it is negative.
-  const Term* by_sign(const Term* t, const Term* if_positive, const Term* if_negative) const {
-    return both(implies(lt(zero_of(t), t), if_positive), implies(lt(t, zero_of(t)), if_negative));
-  }
-
-  TermManager& mgr;
-};
 
 // Rounding to integers --------------------------------------------------------------------------
 
@@ -209,7 +181,7 @@ void quotient_beside_one(Relations& relations, const Term* t) {
   const Maker make(relations);
   const Term* x = t->get_arg(1);
   const Term* y = t->get_arg(2);
-  const Term* one = make.mgr.make_fp_number(make_one(format_of(t)));
+  const Term* one = make.one_of(t);
   if (!relations.is_compared(t, one)) return;
   const auto follow = [&](const Term* low, const Term* high) {
     return make.both(make.implies(make.lt(one, t), make.lt(low, high)),
@@ -346,6 +318,13 @@ constexpr RelationKind kKinds[] = {
       T::fp_from_sbv, T::fp_from_ubv},
      monotone},
     {"shared-operand", {T::fp_add, T::fp_sub, T::fp_mul, T::fp_div}, shared_operand},
+    {"sum-beside-operand", {T::fp_add, T::fp_sub}, sum_beside_operand},
+    {"product-beside-operand", {T::fp_mul}, product_beside_operand},
+    {"quotient-beside-operand", {T::fp_div}, quotient_beside_operand},
+    {"remainder-bounds", {T::fp_rem}, remainder_bounds},
+    {"root-beside-one", {T::fp_sqrt}, root_beside_one},
+    {"exact-difference", {T::fp_add, T::fp_sub}, exact_difference},
+    {"reversed-difference", {T::fp_sub}, reversed_difference},
 };
 
 }  // namespace

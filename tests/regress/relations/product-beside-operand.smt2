@@ -1,0 +1,16 @@
+; A rounded product is beside a factor as the other one is beside 1.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(define-fun one () F ((_ to_fp 3 4) RNE 1.0))
+(define-fun zero () F (_ +zero 3 4))
+(define-fun t () F (fp.mul r x y))
+(assert (not (and
+  (=> (and (fp.lt zero x) (fp.lt x t)) (fp.lt one y))
+  (=> (and (fp.lt zero x) (fp.lt t x)) (fp.lt y one))
+  (=> (and (fp.lt x zero) (fp.lt x t)) (fp.lt y one))
+  (=> (and (fp.lt x zero) (fp.lt t x)) (fp.lt one y)))))
+(set-info :status unsat)
+(check-sat)

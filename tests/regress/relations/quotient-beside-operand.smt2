@@ -1,0 +1,17 @@
+; A rounded quotient is beside the dividend as the divisor is beside 1, or below 0.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(define-fun one () F ((_ to_fp 3 4) RNE 1.0))
+(define-fun zero () F (_ +zero 3 4))
+(define-fun t () F (fp.div r x y))
+(define-fun other () Bool (or (fp.lt one y) (fp.leq y zero)))
+(assert (not (and
+  (=> (and (fp.lt zero x) (fp.lt x t)) (fp.lt y one))
+  (=> (and (fp.lt zero x) (fp.lt t x)) other)
+  (=> (and (fp.lt x zero) (fp.lt x t)) other)
+  (=> (and (fp.lt x zero) (fp.lt t x)) (fp.lt y one)))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,16 @@
+; A rounded sum is beside an operand where the other one is beside 0.
+(set-logic QF_BVFP)
+(define-sort F () (_ FloatingPoint 3 4))
+(declare-const r RoundingMode)
+(declare-const x F)
+(declare-const y F)
+(define-fun zero () F (_ +zero 3 4))
+(define-fun t () F (fp.add r x y))
+(define-fun d () F (fp.sub r x y))
+(assert (not (and
+  (=> (fp.lt x t) (fp.lt zero y))
+  (=> (fp.lt t x) (fp.lt y zero))
+  (=> (fp.lt x d) (fp.lt y zero))
+  (=> (fp.lt d x) (fp.lt zero y)))))
+(set-info :status unsat)
+(check-sat)
