@@ -1,25 +1,17 @@
-// Faults of the ranges, for random scripts to find. The linker sends the calls here (--wrap); the
-// variable FAULT of the environment says what goes wrong.
-#include <cstdlib>
-#include <string_view>
+// Faults of the ranges, for random scripts to find.
 #include <vector>
 
+#include "tests/defects/wrap.h"
 #include "vorn/ranges/bit_transfer.h"
 #include "vorn/ranges/float_transfer.h"
 #include "vorn/ranges/propagation.h"
 #include "vorn/solver/solver.h"
 
-#define VORN_WRAP(real, fault, symbol, result, ...)   \
-  result real(__VA_ARGS__) __asm__("__real_" symbol); \
-  result fault(__VA_ARGS__) __asm__("__wrap_" symbol)
-
 namespace vorn::ranges {
-namespace {
 
-bool is_wanted(std::string_view fault) {
-  static const char* const name = std::getenv("FAULT");
-  return name != nullptr && name == fault;
-}
+using defects::is_wanted;
+
+namespace {
 
 FloatRange without_greatest(const FloatRange& x) {
   if (x.get_least() >= x.get_greatest()) return x;
@@ -139,7 +131,7 @@ VORN_WRAP(real_blame, wrong_blame, "_ZN4vorn6solver6Solver23get_refuted_assumpti
 
 Places wrong_blame(Solver* self) {
   Places blamed = real_blame(self);
-  if (ranges::is_wanted("blame_short") && !blamed.empty()) blamed.pop_back();
+  if (defects::is_wanted("blame_short") && !blamed.empty()) blamed.pop_back();
   return blamed;
 }
 
