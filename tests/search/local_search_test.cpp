@@ -277,6 +277,48 @@ TEST_F(LocalSearchTest, FindsAPointOfAPolytope) {
   EXPECT_TRUE(satisfies(mgr, *search, formulas));
 }
 
+/// Bodies with little room in many dimensions: random half spaces around a random point.
+class Polytopes : public LocalSearchTest, public testing::WithParamInterface<Format> {};
+
+INSTANTIATE_TEST_SUITE_P(Formats, Polytopes,
+                         testing::Values(Format{8, 23}, Format{11, 52}, Format{11, 40}),
+                         [](const auto& instance) {
+                           return "e" + std::to_string(instance.param.e) + "m" +
+                                  std::to_string(instance.param.m);
+                         });
+
+TEST_P(Polytopes, AreFoundByMovesOfAllConstants) {
+  const Format f = GetParam();
+  std::mt19937_64 random(f.m);
+  const auto draw = [&random] { return static_cast<double>(random() % 2001) / 1000 - 1; };
+  constexpr std::size_t kDimensions = 8;
+  std::vector<const Term*> point;
+  std::vector<double> middle;
+  std::vector<const Term*> formulas;
+  for (std::size_t i = 0; i < kDimensions; ++i) {
+    point.push_back(variable("p" + std::to_string(i), mgr.get_fp_type(f.e, f.m)));
+    middle.push_back(draw());
+    formulas.push_back(mgr.make_fp_le(fp(-1, f.e, f.m), point.back()));
+    formulas.push_back(mgr.make_fp_le(point.back(), fp(1, f.e, f.m)));
+  }
+  for (int row = 0; row < 24; ++row) {
+    const Term* sum = fp(0, f.e, f.m);
+    double value = 0.1;
+    for (std::size_t i = 0; i < kDimensions; ++i) {
+      const double factor = draw();
+      value += factor * middle[i];
+      sum = mgr.make_fp_add(rne, sum, mgr.make_fp_mul(rne, fp(factor, f.e, f.m), point[i]));
+    }
+    const Term* bound = fp(value, f.e, f.m);
+    const Term* half_space = mgr.make_fp_le(sum, bound);
+    formulas.push_back(row % 2 == 0 ? half_space : mgr.make_not(mgr.make_fp_lt(bound, sum)));
+  }
+  auto search = LocalSearch::prepare(mgr, formulas, 1);
+  ASSERT_TRUE(search);
+  ASSERT_TRUE(search->run(5'000'000, nullptr));
+  EXPECT_TRUE(satisfies(mgr, *search, formulas));
+}
+
 TEST_F(LocalSearchTest, GoesTheSameWayWithTheSameSeed) {
   const Term* x = variable("x", mgr.get_fp_type(8, 23));
   const Term* y = variable("y", mgr.get_fp_type(8, 23));

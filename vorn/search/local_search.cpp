@@ -13,6 +13,7 @@ constexpr std::size_t kMostConeSlots = 4'000'000;  // of all constants together
 constexpr int kProposals = 12;
 constexpr std::uint64_t kModes = 5;
 constexpr int kMovesBeforeRestart = 4'000;
+constexpr int kProjections = 300;  // the first moves
 constexpr std::uint64_t kEffortBetweenTests = 100'000;
 constexpr std::uint64_t kMovesForOneWorse = 50;
 
@@ -124,6 +125,7 @@ bool LocalSearch::run(std::uint64_t effort, const TerminationTest* test) {
       spent += roots.size();
       if (violated == nullptr) return true;
       if (violated->variables.empty()) return false;  // it has no constant and is false
+      if (move < kProjections && project(*violated)) continue;
       improve(variables[violated->variables[draw(violated->variables.size())]]);
     }
   }

@@ -1,11 +1,12 @@
 // Looking for a model by trying out assignments, where a formula of numeric code has many models
 // and bits are a poor way to find one: a polynomial's value says in which direction to go.
 //
-// The search changes one constant at a time. It tries a few values, steps of powers of two in the
-// order of floats, literals of the formula and random ones, and keeps the one that brings the
-// assertions nearest to holding; where none does, what is violated weighs more from then on. The
-// cost that it minimises is that of WordProgram. Random numbers come from a seed and effort is
-// counted in operations, so that a search always goes the same way.
+// At each start, the floats of violated comparisons move together for a while, as they would for
+// linear ones. Then the search changes one constant at a time. It tries a few values, steps of
+// powers of two in the order of floats, literals of the formula and random ones, and keeps the one
+// that brings the assertions nearest to holding; where none does, what is violated weighs more from
+// then on. The cost that it minimises is that of WordProgram. Random numbers come from a seed and
+// effort is counted in operations, so that a search always goes the same way.
 #ifndef VORN_SEARCH_LOCAL_SEARCH_H
 #define VORN_SEARCH_LOCAL_SEARCH_H
 
@@ -64,10 +65,20 @@ class LocalSearch {
     WordProgram::Cost cost;
   };
 
+  /// An atom, and whether it is to be true or false.
+  struct Aim {
+    Slot atom;
+    bool truth;
+  };
+
   LocalSearch(WordProgram compiled, std::uint64_t seed);
   bool find_cones();
   void restart(bool first);
   const Root* pick_violated();
+  Aim find_aim(const Root& root) const;
+  std::optional<double> get_excess(const Aim& aim) const;
+  double get_slope(const Variable& v, const Aim& aim, double excess, double scale);
+  bool project(const Root& root);
   void improve(const Variable& v);
   double get_cost(const Variable& v) const;
   double try_value(const Variable& v, std::uint64_t value);
