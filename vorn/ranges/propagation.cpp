@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "vorn/ranges/predicates.h"
 #include "vorn/ranges/transfer.h"
 #include "vorn/terms/post_order.h"
 
@@ -116,6 +117,34 @@ void Propagation::visit(Slot slot) {
   backward(t, nodes[slot].range, arguments);
   for (std::size_t i = 0; i < arguments.size(); ++i)
     narrow(nodes[slot].arguments[i], arguments[i]);
+  if (t->get_arity() == 2 && is_value(nodes[slot].range)) follow_alternative(slot);
+}
+
+/// What it means for the operand of a classification, or the negation of one, that it has that
+/// truth value.
+std::optional<Propagation::ClassTest> Propagation::find_test(Slot slot, bool truth) const {
+  if (nodes[slot].term->get_tag() == SymbolTag::bool_not) {
+    slot = nodes[slot].arguments[0];
+    truth = !truth;
+  }
+  const FloatClassSet classes = classes_of(nodes[slot].term->get_tag());
+  if (classes == 0) return std::nullopt;
+  return ClassTest{nodes[slot].arguments[0], truth ? classes : kAllClasses & ~classes};
+}
+
+/// Of a term that is of some classes or of others no argument need be decided: comparisons with
+/// zero, as they are rewritten, are of this kind.
+void Propagation::follow_alternative(Slot slot) {
+  const SymbolTag::tag tag = nodes[slot].term->get_tag();
+  const bool is_or = tag == SymbolTag::bool_or || tag == SymbolTag::bool_implies;
+  if (!is_or && tag != SymbolTag::bool_and) return;
+  if (nodes[slot].range != Range(BoolRange::of(is_or))) return;
+  const bool first = is_or && tag != SymbolTag::bool_implies;
+  const std::optional<ClassTest> a = find_test(nodes[slot].arguments[0], first);
+  const std::optional<ClassTest> b = find_test(nodes[slot].arguments[1], is_or);
+  if (!a || !b || a->operand != b->operand) return;
+  const auto& x = std::get<FloatRange>(nodes[a->operand].range);
+  narrow(a->operand, x.restrict_to(a->classes | b->classes));
 }
 
 std::uint64_t Propagation::propagate(std::uint64_t effort) {

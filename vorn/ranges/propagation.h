@@ -81,12 +81,19 @@ class Propagation {
     Slot slot;
     Range before;
   };
+  /// That an operand is of one of some classes.
+  struct ClassTest {
+    Slot operand;
+    FloatClassSet classes;
+  };
 
   Slot add_term(const Term* t);
   void set(Slot slot, Range range);
   void wait(Slot slot);
   Range look_forward(Slot slot);
   void visit(Slot slot);
+  std::optional<ClassTest> find_test(Slot slot, bool truth) const;
+  void follow_alternative(Slot slot);
   void stop();
   void forget_changes();
 
