@@ -315,7 +315,7 @@ TEST_P(Polytopes, AreFoundByMovesOfAllConstants) {
   }
   auto search = LocalSearch::prepare(mgr, formulas, 1);
   ASSERT_TRUE(search);
-  ASSERT_TRUE(search->run(5'000'000, nullptr));
+  ASSERT_TRUE(search->run(20'000'000, nullptr));
   EXPECT_TRUE(satisfies(mgr, *search, formulas));
 }
 

@@ -13,7 +13,7 @@ constexpr std::size_t kMostConeSlots = 4'000'000;  // of all constants together
 constexpr int kProposals = 12;
 constexpr std::uint64_t kModes = 5;
 constexpr int kMovesBeforeRestart = 4'000;
-constexpr int kProjections = 300;  // the first moves
+constexpr int kProjections = 300;
 constexpr std::uint64_t kEffortBetweenTests = 100'000;
 constexpr std::uint64_t kMovesForOneWorse = 50;
 
@@ -113,29 +113,48 @@ std::vector<WordProgram::Slot> LocalSearch::get_constants() const {
 
 bool LocalSearch::run(std::uint64_t effort, const TerminationTest* test) {
   const std::uint64_t end = spent + effort;
-  std::uint64_t next_test = spent;
-  for (bool first = true; spent < end; first = false) {
-    restart(first);
-    for (int move = 0; move < kMovesBeforeRestart && spent < end; ++move) {
-      if (test != nullptr && spent >= next_test) {
-        if (test->terminate()) return false;
-        next_test = spent + kEffortBetweenTests;
-      }
-      const Root* violated = pick_violated();
-      spent += roots.size();
-      if (violated == nullptr) return true;
-      if (violated->variables.empty()) return false;  // it has no constant and is false
-      if (move < kProjections && project(*violated)) continue;
-      improve(variables[violated->variables[draw(violated->variables.size())]]);
+  for (unsigned start = 0; spent < end; ++start) {
+    // Both ways to move begin at zero, and a short search has time for both.
+    const bool is_projecting = start % 2 == 1;
+    restart(start < 2);
+    const int moves = is_projecting ? kProjections : kMovesBeforeRestart;
+    const std::uint64_t rest = end - spent;
+    switch (descend(is_projecting, moves, start == 0 ? rest / 2 : rest, test)) {
+      case Descent::holds:
+        return true;
+      case Descent::is_over:
+        return false;
+      case Descent::stuck:
+        break;
     }
   }
   return false;
 }
 
-/// Starts at zero, and later anywhere.
-void LocalSearch::restart(bool first) {
+/// From where the constants are.
+LocalSearch::Descent LocalSearch::descend(bool is_projecting, int moves, std::uint64_t effort,
+                                          const TerminationTest* test) {
+  const std::uint64_t end = spent + effort;
+  std::uint64_t next_test = spent;
+  for (int move = 0; move < moves && spent < end; ++move) {
+    if (test != nullptr && spent >= next_test) {
+      if (test->terminate()) return Descent::is_over;
+      next_test = spent + kEffortBetweenTests;
+    }
+    const Root* violated = pick_violated();
+    spent += roots.size();
+    if (violated == nullptr) return Descent::holds;
+    if (violated->variables.empty()) return Descent::is_over;  // it has no constant and is false
+    if (is_projecting && project(*violated)) continue;
+    improve(variables[violated->variables[draw(violated->variables.size())]]);
+  }
+  return Descent::stuck;
+}
+
+/// At zero, or anywhere.
+void LocalSearch::restart(bool at_zero) {
   for (const Variable& v : variables)
-    program.set_value(v.slot, first ? 0 : pick_random(v));
+    program.set_value(v.slot, at_zero ? 0 : pick_random(v));
   program.run(all);
   spent += program.get_effort(all);
   for (Root& root : roots)

@@ -1,8 +1,8 @@
 // Looking for a model by trying out assignments, where a formula of numeric code has many models
 // and bits are a poor way to find one: a polynomial's value says in which direction to go.
 //
-// At each start, the floats of violated comparisons move together for a while, as they would for
-// linear ones. Then the search changes one constant at a time. It tries a few values, steps of
+// At every other start, the floats of violated comparisons move together, as they would for linear
+// ones. Otherwise the search changes one constant at a time. It tries a few values, steps of
 // powers of two in the order of floats, literals of the formula and random ones, and keeps the one
 // that brings the assertions nearest to holding; where none does, what is violated weighs more from
 // then on. The cost that it minimises is that of WordProgram. Random numbers come from a seed and
@@ -73,7 +73,10 @@ class LocalSearch {
 
   LocalSearch(WordProgram compiled, std::uint64_t seed);
   bool find_cones();
-  void restart(bool first);
+  enum class Descent : std::uint8_t { holds, stuck, is_over };
+
+  void restart(bool at_zero);
+  Descent descend(bool is_projecting, int moves, std::uint64_t effort, const TerminationTest* test);
   const Root* pick_violated();
   Aim find_aim(const Root& root) const;
   std::optional<double> get_excess(const Aim& aim) const;
