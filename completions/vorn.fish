@@ -19,6 +19,7 @@ complete -c vorn -n $solve -l memory-limit -x -d 'end what needs more megabytes 
 complete -c vorn -n $solve -l no-rewrite -d 'encode formulas as they are'
 complete -c vorn -n $solve -l no-local-search -d 'find models by circuits alone'
 complete -c vorn -n $solve -l no-ranges -d 'find refutations by circuits alone'
+complete -c vorn -n $solve -l no-reals -d 'do not add up comparisons for refutations'
 complete -c vorn -n $solve -l no-relations -d 'state no theorems beside formulas'
 complete -c vorn -n $solve -l check-model -d 'check each model, which is always done'
 complete -c vorn -n $solve -l cnf -r -d 'write the clauses in DIMACS'

@@ -18,7 +18,8 @@ BELOW = {
     "rewrite": ["semantics", "terms", "utils"],
     "search": ["rewrite", "semantics", "terms", "utils"],
     "theories": ["semantics", "terms", "utils"],
-    "solver": ["theories", "search", "ranges", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
+    "reals": ["ranges", "semantics", "terms", "utils"],
+    "solver": ["theories", "search", "reals", "ranges", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
 }
 INCLUDE = re.compile(r'^#include "vorn/([^"]+)"', re.MULTILINE)
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What is wrong with ranges or relations shows in random scripts.
+# What is wrong with ranges, forms or relations shows in random scripts.
 #   range_defects_test.sh FAULTY_RANDOM_SCRIPTS      the program with the faults of tests/defects
 set -u
 random_scripts=$1
@@ -14,10 +14,11 @@ run() {
 # A wrong refutation shows in the answer, or in what is blamed for one that is right.
 wrong='^seed [0-9]+: (disagreement|wrong unsat|wrong core)'
 run none 0 ' 0 failures' '^$' 1 100
-for fault in add_short mul_number round_mode narrow_add_short narrow_less_short to_integer_closed \
-  bits_short pop_keeps forget_rest sum_not_strict root_strict remainder_short; do
+for fault in add_short mul_number narrow_add_short narrow_less_short to_integer_closed \
+  bits_short pop_keeps forget_rest form_exact form_interval_short sum_not_strict root_strict remainder_short; do
   run $fault 1 ' 1 failures' "$wrong" 1 1500
 done
+run round_mode 1 ' 1 failures' "$wrong" 2001 1500
 run blame_short 1 ' 1 failures' '^seed [0-9]+: wrong core' 1 1500
 
 summary

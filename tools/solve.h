@@ -29,6 +29,7 @@ struct SolveOptions {
   std::string proof_file;
   bool local_search = true;
   bool ranges = true;
+  bool reals = true;
   bool relations = true;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;

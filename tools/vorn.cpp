@@ -68,6 +68,8 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->description("do not look for models by trying assignments as well");
   app.add_flag_callback("--no-ranges", [&options] { options.ranges = false; })
       ->description("do not look for refutations by what values terms can have as well");
+  app.add_flag_callback("--no-reals", [&options] { options.reals = false; })
+      ->description("do not add up comparisons of rounded sums and products for that");
   app.add_flag_callback("--no-relations", [&options] { options.relations = false; })
       ->description("do not state theorems on the terms of formulas beside them");
   app.add_flag("--check-model")

@@ -45,6 +45,8 @@ struct Configuration {
   bool minimal_cores = false;
   /// Whether refutations are looked for by ranges too; without them, all come from circuits.
   bool ranges = false;
+  /// Whether ranges are helped by adding up comparisons.
+  bool reals = false;
   /// Whether theorems are stated beside assertions.
   bool relations = false;
 };
@@ -90,6 +92,7 @@ class Session {
     options.seed = configuration.seed;
     options.local_search = configuration.local_search;
     options.ranges = configuration.ranges;
+    options.reals = configuration.reals;
     options.relations = configuration.relations;
     options.termination_test = &budget;
     return options;

@@ -92,6 +92,7 @@ double Splitting::estimate() const {
 bool Splitting::run(std::uint64_t effort) {
   std::uint64_t used = 0;
   const double before = done;
+  is_asked = true;
   const bool is_refuted = run(effort, &used);
   rate = (done - before) / static_cast<double>(std::max<std::uint64_t>(used, 1));
   return is_refuted;
@@ -100,7 +101,7 @@ bool Splitting::run(std::uint64_t effort) {
 bool Splitting::run(std::uint64_t effort, std::uint64_t* used) {
   while (*used < effort && !is_stuck) {
     *used += ranges.propagate(effort - *used);
-    if (ranges.is_contradiction()) {
+    if (ranges.is_contradiction() || (*used < effort && is_judged(effort - *used, used))) {
       if (choices.empty()) return true;
       done += share;
       share = choices.back().share;
@@ -117,6 +118,18 @@ bool Splitting::run(std::uint64_t effort, std::uint64_t* used) {
     if (slot) take(*slot);
   }
   return false;
+}
+
+/// Asks the judge as long as it is of use, and has the time.
+bool Splitting::is_judged(std::uint64_t effort, std::uint64_t* used) {
+  constexpr std::uint64_t kTrials = 4;
+  constexpr std::uint64_t kTrialsForOneSuccess = 8;
+  if (!judge || !is_asked || asked >= kTrials + kTrialsForOneSuccess * convicted) return false;
+  const std::optional<bool> is_refuted = judge(ranges, effort, used);
+  is_asked = is_refuted.has_value();
+  asked += is_asked ? 1 : 0;
+  convicted += is_refuted == true ? 1 : 0;
+  return is_refuted == true;
 }
 
 void Splitting::take(Slot slot) {

@@ -7,7 +7,9 @@
 #define VORN_RANGES_SPLITTING_H
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "vorn/ranges/propagation.h"
@@ -17,9 +19,16 @@ namespace vorn::ranges {
 /// A search through parts that can be interrupted and gone on with.
 class Splitting {
  public:
+  /// Sees what ranges do not: narrows these, on the level that they are on, and says whether there
+  /// is a contradiction, or nothing where `most_effort` was not enough to tell. Adds what it took
+  /// to the effort.
+  using Judge = std::function<std::optional<bool>(
+      Propagation& propagation, std::uint64_t most_effort, std::uint64_t* effort)>;
+
   /// Borrows the ranges, which are to be at the fixed point, and opens and closes levels of their
   /// own on it.
-  explicit Splitting(Propagation& propagation) : ranges(propagation) {}
+  explicit Splitting(Propagation& propagation, Judge second_opinion = nullptr)
+      : ranges(propagation), judge(std::move(second_opinion)) {}
   Splitting(const Splitting&) = delete;
   Splitting& operator=(const Splitting&) = delete;
 
@@ -35,6 +44,8 @@ class Splitting {
   double estimate() const;
   /// Whether there is nothing left to be split.
   bool is_over() const { return is_stuck; }
+  /// How many parts the judge refuted.
+  std::uint64_t get_convictions() const { return convicted; }
 
  private:
   using Slot = Propagation::Slot;
@@ -47,12 +58,17 @@ class Splitting {
   };
 
   bool run(std::uint64_t effort, std::uint64_t* used);
+  bool is_judged(std::uint64_t effort, std::uint64_t* used);
   std::uint64_t mark_open();
   std::optional<Slot> find_condition() const;
   std::optional<Slot> find_constant() const;
   void take(Slot slot);
 
   Propagation& ranges;
+  Judge judge;
+  std::uint64_t asked = 0;      // how often the judge was
+  std::uint64_t convicted = 0;  // and with which success
+  bool is_asked = true;         // in this run
   std::vector<Choice> choices;
   std::vector<bool> marks;  // of terms that are to have values which they may not get
   double done = 0;          // the share of the whole that is refuted

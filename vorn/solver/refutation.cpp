@@ -1,6 +1,8 @@
-// Refutation by ranges: before there are circuits, and now and then beside the SAT search.
+// Refutation by ranges and by adding up: before there are circuits, and now and then beside the SAT
+// search.
 #include <algorithm>
 
+#include "vorn/reals/refuter.h"
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/solver.h"
 
@@ -11,6 +13,10 @@ namespace {
 constexpr std::uint64_t kLooks = 20;
 // Looks before there are circuits, some milliseconds. On small formulas the search is over sooner.
 constexpr std::uint64_t kShortRefutation = 2'000;
+
+ranges::Splitting::Judge judge_of(const Options& options) {
+  return options.reals ? ranges::Splitting::Judge(reals::find_contradiction) : nullptr;
+}
 
 }  // namespace
 
@@ -33,13 +39,14 @@ void Solver::enter_ranges() {
     if (level == assertions.get_level()) break;
     end.ranges->push();
   }
-  end.splitting.emplace(*end.ranges);
+  end.splitting.emplace(*end.ranges, judge_of(options));
 }
 
 /// Ends the cases, with the levels that they are on.
 void Solver::leave_ranges() {
   may_refute = false;
   if (!back_end->splitting) return;
+  statistics.convictions += back_end->splitting->get_convictions();
   back_end->splitting->close();
   back_end->splitting.reset();
 }
@@ -92,7 +99,7 @@ bool Solver::is_refuted_without(const std::vector<bool>& left_out, std::uint64_t
     propagation.add(encoded_form(all[i]));
   }
   propagation.propagate(kLooks * propagation.get_size());
-  return ranges::Splitting(propagation).run(effort);
+  return ranges::Splitting(propagation, judge_of(options)).run(effort);
 }
 
 /// Assumptions that ranges refute, none of which they can do without; all where that would take
@@ -103,9 +110,8 @@ std::vector<std::size_t> Solver::get_refuted_assumptions() {
   std::vector<bool> left_out(assumptions.size());
   const ranges::Propagation& ranges = *back_end->ranges;
   const bool is_short = ranges.get_size() * assumptions.size() <= kMostWork;
-  const std::uint64_t effort =
-      std::min<std::uint64_t>(kMostWork / std::max<std::size_t>(assumptions.size(), 1),
-                              2 * ranges.get_bit_count());
+  const std::uint64_t effort = std::min<std::uint64_t>(
+      kMostWork / std::max<std::size_t>(assumptions.size(), 1), 2 * ranges.get_bit_count());
   for (std::size_t i = 0; i < assumptions.size(); ++i) {
     left_out[i] = is_short;
     if (is_short && is_refuted_without(left_out, effort)) continue;

@@ -74,6 +74,8 @@ struct VORN_EXPORT Options {
   /// Whether refutations are looked for by what values terms can have, with the exact encoder and
   /// without traces.
   bool ranges = true;
+  /// Whether these are helped by what comparisons of rounded sums and products add up to.
+  bool reals = true;
   /// Whether theorems on the terms of the assertions are stated beside them, with the exact encoder
   /// and without traces.
   bool relations = true;
@@ -104,6 +106,7 @@ struct VORN_EXPORT Statistics {
   double search_seconds = 0;       // local search, clauses, SAT search, and checks of models
   std::uint64_t tried_models = 0;  // models that local search found
   std::uint64_t refutations = 0;   // that ranges found
+  std::uint64_t convictions = 0;   // of cases, or all at once, by adding up comparisons
   std::uint64_t lemmas = 0;        // statements on arrays and functions
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };

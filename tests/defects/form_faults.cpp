@@ -1,0 +1,31 @@
+// Faults of forms, for random scripts to find.
+#include <map>
+
+#include "tests/defects/wrap.h"
+#include "vorn/reals/forms.h"
+
+namespace vorn::reals {
+
+using defects::is_wanted;
+
+VORN_WRAP(real_find, wrong_find, "_ZNK4vorn5reals5Forms4findEj", const Form*, const Forms* self,
+          Forms::Slot slot);
+VORN_WRAP(real_interval, wrong_interval, "_ZNK4vorn5reals5Forms12get_intervalEj", Interval,
+          const Forms* self, Forms::Slot slot);
+
+/// Nothing is rounded.
+const Form* wrong_find(const Forms* self, Forms::Slot slot) {
+  const Form* form = real_find(self, slot);
+  if (!is_wanted("form_exact") || form == nullptr) return form;
+  static std::map<Forms::Slot, Form> exact;  // two of them are looked at together
+  return &exact.insert_or_assign(slot, Form{form->value, QNumber(), form->quantum}).first->second;
+}
+
+/// The end is not reached.
+Interval wrong_interval(const Forms* self, Forms::Slot slot) {
+  Interval interval = real_interval(self, slot);
+  if (is_wanted("form_interval_short")) interval.greatest = interval.least;
+  return interval;
+}
+
+}  // namespace vorn::reals

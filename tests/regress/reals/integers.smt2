@@ -1,0 +1,13 @@
+; Sums of integers are exact as long as they are small.
+(set-logic QF_BVFP)
+(declare-const r RoundingMode)
+(declare-const x (_ BitVec 32))
+(declare-const y (_ BitVec 32))
+(assert (bvult x #x00400000))
+(assert (bvult y #x00400000))
+(define-fun a () Float32 ((_ to_fp_unsigned 8 24) r x))
+(define-fun b () Float32 ((_ to_fp_unsigned 8 24) r y))
+(define-fun sum () Float32 (fp.add r a b))
+(assert (not (fp.eq (fp.sub r sum b) a)))
+(set-info :status unsat)
+(check-sat)

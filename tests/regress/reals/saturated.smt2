@@ -1,0 +1,11 @@
+; Directed modes round what is far beyond the largest number to it.
+(set-logic QF_FP)
+(declare-const x Float32)
+(declare-const y Float32)
+(define-fun large () Float32 ((_ to_fp 8 24) RNE 300000000000000000000000000000000000000.0))
+(assert (fp.eq x large))
+(assert (fp.leq y large))
+(assert (fp.lt (fp.add RTZ x y) (fp.add RNE x (fp.div RNE y ((_ to_fp 8 24) RNE 4.0)))))
+(assert (fp.lt ((_ to_fp 8 24) RNE 1.0) y))
+(set-info :status sat)
+(check-sat)

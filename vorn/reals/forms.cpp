@@ -1,0 +1,269 @@
+#include "vorn/reals/forms.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "vorn/ranges/finite_sets.h"
+#include "vorn/ranges/float_range.h"
+#include "vorn/terms/bv_number.h"
+
+namespace vorn::reals {
+namespace {
+
+using T = SymbolTag;
+using ranges::BitRange;
+using ranges::FloatRange;
+using ranges::RoundingModeSet;
+using Mode = IEEEFloat::rounding_mode;
+
+QNumber power_of_two(std::int64_t exponent) {
+  const QNumber power = BVNumber::power_of_two(static_cast<std::uint64_t>(std::abs(exponent)));
+  return exponent < 0 ? QNumber(1) / power : power;
+}
+
+QNumber magnitude_of(const QNumber& x) {
+  return x.sign() < 0 ? x.neg() : x;
+}
+
+/// The exponent of a unit in the last place of a number with this rank or its negation.
+std::int64_t quantum_of_rank(IEEEFloat::format f, const QNumber& rank) {
+  const QNumber pattern = rank.sign() < 0 ? ranges::negate_rank(rank) : rank;
+  const auto all = static_cast<std::uint64_t>(f.e + f.m);
+  std::int64_t field = 0;
+  BVNumber::bv_extract(all, f.m, pattern).get_int64(&field);
+  std::int64_t bias = 0;
+  f.bias().get_int64(&bias);
+  return std::max<std::int64_t>(field, 1) - bias - static_cast<std::int64_t>(f.m);
+}
+
+/// The unit of the number with the largest magnitude in the set, and that of the smallest.
+std::int64_t largest_quantum(const FloatRange& x) {
+  return std::max(quantum_of_rank(x.get_format(), x.get_least()),
+                  quantum_of_rank(x.get_format(), x.get_greatest()));
+}
+
+std::int64_t smallest_quantum(const FloatRange& x) {
+  const bool has_both_signs = x.get_least().sign() < 0 && x.get_greatest().sign() >= 0;
+  if (has_both_signs) return quantum_of_rank(x.get_format(), QNumber());
+  return std::min(quantum_of_rank(x.get_format(), x.get_least()),
+                  quantum_of_rank(x.get_format(), x.get_greatest()));
+}
+
+/// Whether the largest finite number, or its negation, is in the set.
+bool has_largest(const FloatRange& x) {
+  const QNumber largest = ranges::infinity_rank(x.get_format()) - QNumber(1);
+  return x.get_greatest() == largest || x.get_least() == ranges::negate_rank(largest);
+}
+
+const FloatRange* find_finite(const ranges::Range& range) {
+  const auto* x = std::get_if<FloatRange>(&range);
+  return x != nullptr && !x->is_empty() && x->is_within(ranges::kFinite) ? x : nullptr;
+}
+
+}  // namespace
+
+QNumber Interval::get_magnitude() const {
+  return std::max(magnitude_of(least), magnitude_of(greatest));
+}
+
+Forms::Forms(const ranges::Propagation& propagation, std::uint64_t most_work)
+    : ranges(propagation) {
+  forms.reserve(ranges.get_size());
+  for (Slot slot = 0; slot < ranges.get_size() && work < most_work; ++slot) {
+    forms.push_back(find_form(slot));
+    work += 1 + (forms.back() ? forms.back()->value.get_terms().size() : 0);
+  }
+}
+
+const Form* Forms::find(Slot slot) const {
+  return slot < forms.size() && forms[slot] ? &*forms[slot] : nullptr;
+}
+
+Interval Forms::get_interval(Slot slot) const {
+  const ranges::Range& range = ranges.get_range(slot);
+  if (const auto* bits = std::get_if<BitRange>(&range)) {
+    return {bits->get_least(), bits->get_greatest()};
+  }
+  const auto& x = std::get<FloatRange>(range);
+  const auto value = [&x](const QNumber& rank) {
+    return ranges::float_of_rank(x.get_format(), rank).get_value();
+  };
+  return {value(x.get_least()), value(x.get_greatest())};
+}
+
+Form Forms::make_unknown(Slot slot) const {
+  const auto& x = std::get<FloatRange>(ranges.get_range(slot));
+  return {Polynomial::of_unknown(slot), QNumber(), smallest_quantum(x)};
+}
+
+std::optional<Form> Forms::find_form(Slot slot) {
+  const FloatRange* x = find_finite(ranges.get_range(slot));
+  if (x == nullptr) return std::nullopt;
+  if (x->is_value()) {
+    return Form{Polynomial::of_constant(get_interval(slot).least), QNumber(), smallest_quantum(*x)};
+  }
+  std::optional<Form> form = combine(slot);
+  return form ? form : make_unknown(slot);
+}
+
+/// The form of a term by those of its arguments.
+std::optional<Form> Forms::combine(Slot slot) {
+  const Term* t = ranges.get_term(slot);
+  std::optional<Form> form;
+  const auto copy = [&](Slot from) {
+    if (forms[from]) form = forms[from];
+  };
+  switch (t->get_tag()) {
+    case T::fp_neg:
+      copy(argument(slot, 0));
+      if (!form) return form;
+      form->value = Polynomial();
+      form->value.add(forms[argument(slot, 0)]->value, QNumber(-1));
+      return form;
+    case T::fp_abs:
+      return take_absolute(argument(slot, 0));
+    case T::fp_add:
+    case T::fp_sub: {
+      copy(argument(slot, 1));
+      const std::optional<Form>& other = forms[argument(slot, 2)];
+      if (!form || !other) return std::nullopt;
+      form->value.add(other->value, QNumber(t->get_tag() == T::fp_add ? 1 : -1));
+      form->error += other->error;
+      form->quantum = std::min(form->quantum, other->quantum);
+      break;
+    }
+    case T::fp_mul:
+      form = multiply(argument(slot, 1), argument(slot, 2));
+      break;
+    case T::fp_div:
+      form = divide(argument(slot, 1), argument(slot, 2));
+      break;
+    case T::fp_fma: {
+      form = multiply(argument(slot, 1), argument(slot, 2));
+      const std::optional<Form>& other = forms[argument(slot, 3)];
+      if (!form || !other) return std::nullopt;
+      form->value.add(other->value, QNumber(1));
+      form->error += other->error;
+      form->quantum = std::min(form->quantum, other->quantum);
+      break;
+    }
+    case T::fp_cast:
+      copy(argument(slot, 1));
+      break;
+    case T::fp_from_sbv:
+    case T::fp_from_ubv:
+      form = convert_integer(slot, argument(slot, 1));
+      break;
+    case T::ite:
+      return choose(argument(slot, 0), argument(slot, 1), argument(slot, 2));
+    case T::fp_round_to_integral:
+      copy(argument(slot, 1));
+      if (form) round_to_integer(slot, &*form);
+      return form;
+    default:
+      return std::nullopt;
+  }
+  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return std::nullopt;
+  return round(slot, &*form) ? form : std::nullopt;
+}
+
+/// (p + d)(q + e) differs from p q by d y + e x - d e, of values x and y.
+std::optional<Form> Forms::multiply(Slot a, Slot b) {
+  if (!forms[a] || !forms[b]) return std::nullopt;
+  const Form& x = *forms[a];
+  const Form& y = *forms[b];
+  work += x.value.get_terms().size() * y.value.get_terms().size();
+  std::optional<Polynomial> product = Polynomial::multiply(x.value, y.value);
+  if (!product) return std::nullopt;
+  QNumber error = x.error * y.error;
+  if (y.error.sign() != 0) error += get_interval(a).get_magnitude() * y.error;
+  if (x.error.sign() != 0) error += get_interval(b).get_magnitude() * x.error;
+  return Form{std::move(*product), std::move(error), x.quantum + y.quantum};
+}
+
+/// Only by constants.
+std::optional<Form> Forms::divide(Slot a, Slot b) const {
+  const bool fits = forms[a] && forms[b] && forms[b]->value.is_constant() &&
+                    forms[b]->error.sign() == 0 && forms[b]->value.get_constant().sign() != 0;
+  if (!fits) return std::nullopt;
+  const QNumber factor = QNumber(1) / forms[b]->value.get_constant();
+  Form form = {Polynomial(), forms[a]->error * magnitude_of(factor), 0};
+  form.value.add(forms[a]->value, factor);
+  // Of what is no multiple of a power of two: one that every result is a multiple of.
+  const std::int64_t least =
+      quantum_of_rank(ranges.get_term(a)->get_type()->get_format(), QNumber());
+  form.quantum = least - 1;
+  return form;
+}
+
+/// Bits count as an unsigned number, which of numbers without a sign bit is the signed one too.
+std::optional<Form> Forms::convert_integer(Slot slot, Slot bits) const {
+  const auto& range = std::get<BitRange>(ranges.get_range(bits));
+  if (range.is_empty()) return std::nullopt;
+  const bool is_signed = ranges.get_term(slot)->get_tag() == T::fp_from_sbv;
+  if (is_signed && range.get_possible().test_bit(range.get_width() - 1)) return std::nullopt;
+  return Form{Polynomial::of_unknown(bits), QNumber(), 0};
+}
+
+std::optional<Form> Forms::take_absolute(Slot a) const {
+  if (!forms[a]) return std::nullopt;
+  const Interval interval = get_interval(a);
+  if (interval.least.sign() >= 0) return forms[a];
+  if (interval.greatest.sign() > 0) return std::nullopt;
+  Form form = {Polynomial(), forms[a]->error, forms[a]->quantum};
+  form.value.add(forms[a]->value, QNumber(-1));
+  return form;
+}
+
+/// Of two values that are the same number, as a zero of either sign is. That is what adding a zero
+/// is rewritten to.
+std::optional<Form> Forms::choose(Slot condition, Slot a, Slot b) const {
+  const ranges::Range& truth = ranges.get_range(condition);
+  if (truth == ranges::Range(ranges::BoolRange::of(true))) return forms[a];
+  if (truth == ranges::Range(ranges::BoolRange::of(false))) return forms[b];
+  if (!forms[a] || !forms[b]) return std::nullopt;
+  const bool is_zero = ranges.get_term(condition)->get_tag() == T::fp_iszero &&
+                       argument(condition, 0) == b && forms[a]->value == Polynomial() &&
+                       forms[a]->error.sign() == 0;
+  return is_zero ? forms[b] : std::nullopt;
+}
+
+bool Forms::is_nearest(Slot slot) const {
+  const auto& modes = std::get<RoundingModeSet>(ranges.get_range(argument(slot, 0)));
+  return modes.is_within(RoundingModeSet::of(Mode::nearest_even, Mode::nearest_away));
+}
+
+/// The exponent of a unit in the last place of the largest value next to a form without unknowns,
+/// what is left where others cancel.
+std::int64_t Forms::find_unit(IEEEFloat::format f, const Form& form) {
+  IEEEFloat largest(f, Mode::plus_inf);
+  largest.self_round(magnitude_of(form.value.get_constant()) + form.error);
+  return quantum_of_rank(f,
+                         std::min(ranges::rank_of(largest), ranges::infinity_rank(f) - QNumber(1)));
+}
+
+/// What rounding adds. An exact result that is a multiple of a quantum, and less than what the
+/// significand counts of these, is a value. False where it may be anything: directed modes round
+/// what is far beyond the largest number to that.
+bool Forms::round(Slot slot, Form* form) const {
+  const auto& x = std::get<FloatRange>(ranges.get_range(slot));
+  const IEEEFloat::format f = x.get_format();
+  if (!is_nearest(slot) && has_largest(x)) return false;
+  const bool is_value = form->quantum >= quantum_of_rank(f, QNumber()) &&
+                        get_interval(slot).get_magnitude() <
+                            power_of_two(form->quantum + static_cast<std::int64_t>(f.m) + 1);
+  if (is_value) return true;
+  std::int64_t unit = largest_quantum(x);
+  if (form->value.is_constant()) unit = std::min(unit, find_unit(f, *form));
+  form->error += power_of_two(unit - (is_nearest(slot) ? 1 : 0));
+  form->quantum = smallest_quantum(x);
+  return true;
+}
+
+void Forms::round_to_integer(Slot slot, Form* form) const {
+  if (form->quantum >= 0) return;
+  form->error += power_of_two(is_nearest(slot) ? -1 : 0);
+  form->quantum = 0;
+}
+
+}  // namespace vorn::reals
