@@ -61,7 +61,6 @@ class CheckedSolver final : public solver::Solver {
     return Solver::get_value(t);
   }
 
-
  private:
   void require(std::span<const Term* const> formulas) {
     for (const Term* f : formulas) {

@@ -13,9 +13,9 @@
 namespace vorn::solver {
 namespace {
 
-// The short search before anything else takes no more time than circuits do to be built; one in vain
-// puts off the next ones, since a session goes on as it began. The long ones take about a tenth of
-// the time of the SAT solver.
+// The short search before anything else takes no more time than circuits do to be built; one in
+// vain puts off the next ones, since a session goes on as it began. The long ones take about a
+// tenth of the time of the SAT solver.
 constexpr std::uint64_t kShortSearch = 4'000;  // effort for each operation of the formula
 constexpr unsigned kLongestWait = 64;          // checks
 constexpr int kFirstConflicts = 1'000;
