@@ -92,7 +92,8 @@ for option in --time-limit --memory-limit; do
     check "$option $value" 0 '' '^$' unchanged "$option" "$value"
   done
 done
-check least_time 3 "^unknown$line.*unknown${line}unknown" '^$' soon --time-limit 1e-300 "$dir/small.smt2"
+# What is seen before the clock is looked at may be answered.
+check least_time 3 "^unknown$line.*(unknown|unsat)${line}unknown" '^$' soon --time-limit 1e-300 "$dir/small.smt2"
 
 if [[ $megabytes -eq 0 ]]; then
   summary
