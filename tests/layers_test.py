@@ -19,6 +19,7 @@ BELOW = {
     "search": ["rewrite", "semantics", "terms", "utils"],
     "theories": ["semantics", "terms", "utils"],
     "solver": ["theories", "search", "ranges", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
+    "c": ["solver", "semantics", "smt2", "fp", "terms", "utils"],
 }
 INCLUDE = re.compile(r'^#include "vorn/([^"]+)"', re.MULTILINE)
 
