@@ -43,10 +43,13 @@ const Term* encode(vorn_encoder& encoder, const Term* term, std::vector<const Te
   encoder.target->tidy();
   try {
     return encoder.encoder->get_bv_encoding(term, out);
+  } catch (const vorn::Terminated&) {
+    encoder.encoder->retract_upto(term);
+    encoder.target->stop.clear();
+    throw;
   } catch (...) {
     // The constraints of what was encoded on the way are lost.
     encoder.encoder->retract_upto(term);
-    encoder.target->stop.clear();
     throw;
   }
 }
@@ -202,6 +205,10 @@ vorn_status vorn_encoder_find_ties(vorn_encoder* encoder, vorn_term* const* cons
 vorn_status vorn_release_ties(vorn_encoder* encoder, vorn_tie_list* list) {
   return enter(encoder, __func__, [&] {
     check_pointer(list, "the list");
+    for (std::size_t i = 0; i < list->count; ++i) {
+      get(*encoder->target, list->items[i].constant, "the constant of tie", i + 1);
+      get(*encoder->target, list->items[i].value, "the value of tie", i + 1);
+    }
     empty_ties(*encoder->target, list);
   });
 }

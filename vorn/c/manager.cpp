@@ -44,7 +44,8 @@ vorn_function* vorn_manager::hold(const vorn::Symbol* symbol, const vorn::Term* 
 }
 
 void vorn_manager::release(vorn_term* record) {
-  if (--record->references != 0) return;
+  // A list of the caller's may have the last reference twice.
+  if (record->references == 0 || --record->references != 0) return;
   held_terms[record->term->get_id()] = nullptr;
   term_records.give_back(record);
 }

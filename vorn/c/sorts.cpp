@@ -54,8 +54,8 @@ vorn_status vorn_get_fp_sort(vorn_manager* manager, size_t eb, size_t sb,
 vorn_status vorn_get_array_sort(vorn_manager* manager, const vorn_sort* index,
                                 const vorn_sort* element, const vorn_sort** result) {
   return get_sort(manager, __func__, result, [&] {
-    return manager->terms.get_array_type(get(*manager, index, "the sort of indices"),
-                                         get(*manager, element, "the sort of elements"));
+    const DataType* indices = get(*manager, index, "the sort of indices");
+    return manager->terms.get_array_type(indices, get(*manager, element, "the sort of elements"));
   });
 }
 
