@@ -5,7 +5,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include <vorn/c/vorn.h>
+#include "vorn/c/vorn.h"
 
 // A call that has to succeed. `manager` is who knows what was wrong.
 #define DO(call)                                         \
