@@ -29,7 +29,7 @@ check 'version of the package' 0 "^$version" '^$' pkg-config --modversion vorn
 mapfile -t headers < <(cd "$prefix/include" && find vorn -name '*.h' | sort)
 (cd "$prefix/include" && cat "${headers[@]}") >"$dir/all.txt"
 # What is only named there, nobody can use.
-grep -vE '^ *(class|struct) \w+;' "$dir/all.txt" | grep -oE '(class|struct) (VORN_EXPORT )?\w+' | awk '{ print $NF }' | sort -u >"$dir/classes"
+grep -vE '^ *(typedef )?(class|struct) \w+( \w+)?;' "$dir/all.txt" | grep -oE '(class|struct) (VORN_EXPORT )?\w+' | awk '{ print $NF }' | sort -u >"$dir/classes"
 marked() {
   grep -oE '(class|struct) VORN_EXPORT \w+' "$dir/all.txt" | awk '{ print $NF }'
   tr '\n' ' ' <"$dir/all.txt" | grep -oE 'VORN_EXPORT [^;({]*\(' |
