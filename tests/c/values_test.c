@@ -139,6 +139,9 @@ static void test_machine_numbers(vorn_manager* manager) {
   CHECK(term == other);
   OK(vorn_value_get_double(manager, term, &back));
   CHECK((float)back == 3.14159274F);
+  OK(vorn_make_fp_bits(manager, single, 0x7fc00000, &term));
+  OK(vorn_make_fp_string(manager, single, VORN_RNE, "NaN", &other));
+  CHECK(term == other);
   FAILS(vorn_make_fp_binary(manager, single, "0101", &term), VORN_INVALID_ARGUMENT, "4 bits");
   FAILS(vorn_make_fp_bits(manager, single, (uint64_t)1 << 32, &term), VORN_INVALID_ARGUMENT,
         "do not fit");

@@ -11,7 +11,7 @@ extern "C" {
 #endif
 
 /// The encoders.
-typedef enum vorn_encoder_kind {
+typedef enum vorn_encoder_kind VORN_INT {
   VORN_ENCODER_IEEE = 0,  // exact: IEEE 754-2019 and SMT-LIB, five rounding modes
   VORN_ENCODER_BASE = 1,  // departs from both where it rounds, four rounding modes
 } vorn_encoder_kind;

@@ -128,8 +128,8 @@ std::vector<const DataType*> get_all(const vorn_manager& manager, const vorn_sor
 
 // What is the caller's ------------------------------------------------------------------------
 
-void check_pointer(const void* pointer, std::string_view what) {
-  if (pointer == nullptr) throw Failure(VORN_NULL_POINTER, std::string(what) + " is missing");
+void fail_missing(std::string_view what) {
+  throw Failure(VORN_NULL_POINTER, std::string(what) + " is missing");
 }
 
 std::string_view get_text(const char* text, std::string_view what) {

@@ -43,7 +43,10 @@ std::vector<const DataType*> get_all(const vorn_manager& manager, const vorn_sor
                                      std::size_t count);
 
 /// Throws unless a pointer of the caller's is there.
-void check_pointer(const void* pointer, std::string_view what);
+[[noreturn]] void fail_missing(std::string_view what);
+inline void check_pointer(const void* pointer, std::string_view what) {
+  if (pointer == nullptr) fail_missing(what);
+}
 /// The text behind a pointer of the caller's.
 std::string_view get_text(const char* text, std::string_view what);
 /// A copy of a text for the caller, who hands it back by vorn_free_string.

@@ -10,7 +10,7 @@ extern "C" {
 
 /// The operations. The numbers stay, and are those of SymbolTag in C++. Those from VORN_DISTINCT on
 /// are defined by others: they can be made, but the terms that come of it are of other kinds.
-typedef enum vorn_kind {
+typedef enum vorn_kind VORN_INT {
   VORN_LEAF = 0,  // literals, constants and applications of uninterpreted functions
 
   // Boolean structure

@@ -13,7 +13,6 @@
 #include "vorn/smt2/sort_parser.h"
 
 using vorn::DataType;
-using vorn::Symbol;
 using vorn::Term;
 
 namespace vorn::c {
@@ -69,6 +68,7 @@ vorn_function* declare_function(vorn_manager& manager, const std::string& name,
   TermManager& terms = manager.terms;
   const Symbol* symbol = terms.make_unique_symbol(name, domain, range);
   std::vector<const Term*> parameters;
+  parameters.reserve(domain.size());
   for (const DataType* sort : domain)
     parameters.push_back(terms.make_constant(terms.make_unique_symbol(".parameter", sort)));
   const Term* body = terms.make_application(symbol, parameters);

@@ -10,7 +10,7 @@ extern "C" {
 #endif
 
 /// What a check answers.
-typedef enum vorn_answer {
+typedef enum vorn_answer VORN_INT {
   VORN_SAT = 0,      // there is a model, which was checked by exact arithmetic
   VORN_UNSAT = 1,    // there is none
   VORN_UNKNOWN = 2,  // time, memory or the theory ended the search

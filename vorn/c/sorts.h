@@ -9,7 +9,7 @@ extern "C" {
 #endif
 
 /// The kinds of sorts.
-typedef enum vorn_sort_kind {
+typedef enum vorn_sort_kind VORN_INT {
   VORN_SORT_BOOL = 0,           // truth values
   VORN_SORT_ROUNDING_MODE = 1,  // the five rounding modes
   VORN_SORT_BIT_VECTOR = 2,     // of one width

@@ -27,6 +27,13 @@
 
 #include "vorn/utils/export.h"
 
+// In C an enumeration may have any number, which is checked; in C++ only one that is of this type.
+#ifdef __cplusplus
+#define VORN_INT : int
+#else
+#define VORN_INT
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -45,7 +52,7 @@ typedef struct vorn_solver vorn_solver;
 typedef struct vorn_encoder vorn_encoder;
 
 /// What has become of a call. The numbers stay.
-typedef enum vorn_status {
+typedef enum vorn_status VORN_INT {
   VORN_OK = 0,                // all went well
   VORN_NULL_POINTER = 1,      // a handle, text or place for a result is missing
   VORN_RELEASED_HANDLE = 2,   // a handle of what was released or destroyed

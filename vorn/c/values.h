@@ -11,7 +11,7 @@ extern "C" {
 #endif
 
 /// Rounding modes of IEEE 754.
-typedef enum vorn_rounding_mode {
+typedef enum vorn_rounding_mode VORN_INT {
   VORN_RNE = 0,  // to nearest, ties to even
   VORN_RTZ = 1,  // toward zero
   VORN_RTP = 2,  // toward positive
