@@ -1,6 +1,6 @@
 // The C interface where allocations fail: a conversation, held again with each of its allocations
 // failing in a process of its own.
-//   c_faults EVERY    one allocation in EVERY
+//   c_faults EVERY [--lasting]    one allocation in EVERY, or from it on all
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -12,10 +12,11 @@
 
 namespace {
 
-int run(std::uint64_t every) {
+int run(std::uint64_t every, bool is_lasting) {
   vorn::faults::Fault& fault = vorn::faults::get_memory_fault();
-  fault.start({.every = every});
-  const int failed = hold_c_conversation();
+  fault.start({.every = every, .is_lasting = is_lasting});
+  const int failed = hold_c_conversation(is_lasting ? 1 : 0);
+  fault.end();
   const bool is_child = fault.has_struck();
   if (is_child && failed != 0) {
     std::fprintf(stderr, "place %llu\n", static_cast<unsigned long long>(fault.get_place()));
@@ -34,7 +35,8 @@ int run(std::uint64_t every) {
 int main(int argc, char** argv) {
   try {
     vorn_catch_gmp_memory();
-    return run(argc > 1 ? std::stoull(argv[1]) : 1);
+    return run(argc > 1 ? std::stoull(argv[1]) : 1,
+               argc > 2 && std::string(argv[2]) == "--lasting");
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 2;
