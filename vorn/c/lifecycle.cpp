@@ -110,8 +110,9 @@ void vorn_free_string(char* text) {
 vorn_status vorn_release_list(vorn_manager* manager, vorn_term_list* list) {
   return enter(manager, __func__, [&] {
     check_pointer(list, "the list");
-    // All are looked at before any is released.
-    get_all(*manager, list->items, list->count);
+    // All are looked at before any is released, and none of that takes memory.
+    for (std::size_t i = 0; i < list->count; ++i)
+      get(*manager, list->items[i], "term", i + 1);
     empty_list(*manager, list);
   });
 }
