@@ -38,6 +38,16 @@ set(public_headers
     bv/dimacs.h
     bv/sat_solver.h
     bv/simulator.h
+    c/encoder.h
+    c/kinds.h
+    c/operations.h
+    c/solver.h
+    c/sorts.h
+    c/terms.h
+    c/text.h
+    c/types.h
+    c/values.h
+    c/vorn.h
     fp/fp_bv_encoder.h
     fp/ieee_bv_encoder.h
     fp/labels.h

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs what README.md and docs/*.md show, and compares what it prints with what stands below it.
 
-    docs_examples.py SOURCE_DIR BUILD_DIR COMPILER [--update]
+    docs_examples.py SOURCE_DIR BUILD_DIR COMPILER [--cc COMMAND] [--update]
 
 Blocks are indented by four spaces or fenced. In both kinds a line "$ COMMAND" is run, and the lines
 up to the next one are what it prints; a block that begins with (set-logic is a script, which the
@@ -11,6 +11,7 @@ command decides. Fences say more in their first line, LANGUAGE MARK...:
     sh                a script for bash, which has to end with status 0
     smt2              a script for the command, likewise
     cpp               compiled, if it is a whole program
+    c                 the same, by COMMAND or cc, and linked as `program`, which later commands run
 
     file=NAME         the block is a file that later commands read
     needs=A,B         skipped unless these programs, or files of the tree or the build, are there
@@ -36,7 +37,7 @@ import textwrap
 TIME_LIMIT = 300  # seconds for a command
 FENCE = re.compile(r"^( *)```(.*)$")
 PREPARATION = re.compile(r"^<!-- run: (.*) -->$")
-LANGUAGES = ("", "console", "sh", "smt2", "cpp")
+LANGUAGES = ("", "console", "sh", "smt2", "cpp", "c")
 MARKS = ("file", "needs", "numbers", "skip")
 
 # A piece of a document. `line` is the index of the first of `lines`, which have lost their indent.
@@ -96,11 +97,11 @@ def alike(text, numbers):
 class Document:
     """One document, its folder, and what came of its blocks."""
 
-    def __init__(self, path, source, build, compiler, folder):
+    def __init__(self, path, source, build, compilers, folder):
         self.path = path
         self.source = source
         self.build = build
-        self.compiler = compiler
+        self.compilers = compilers
         self.folder = folder
         self.counts = collections.Counter()
         self.updates = []  # first line, last line, new lines
@@ -141,7 +142,7 @@ class Document:
                    and not shutil.which(name) and not (self.folder / name).exists()]
         if missing:
             return f"needs {', '.join(missing)}"
-        if block.language == "cpp" and "main(" not in "\n".join(block.lines):
+        if block.language in ("cpp", "c") and "main(" not in "\n".join(block.lines):
             return "no whole program"
         return block.marks.get("skip")
 
@@ -156,12 +157,10 @@ class Document:
             (self.folder / block.marks["file"]).write_text(text)
         elif block.language == "sh":
             self.check_status("scripts", block, ["bash", "-e", "-c", text])
-        elif block.language == "cpp":
-            (self.folder / "program.cpp").write_text(text)
-            includes = [f"-I{self.source}", f"-I{self.build / 'include'}"]
-            self.check_status("programs", block, [self.compiler, "-std=c++20", "-fsyntax-only",
-                                                  "-Wall", "-Wextra", "-Werror", *includes,
-                                                  "program.cpp"])
+        elif block.language in ("cpp", "c"):
+            file = f"program.{block.language}"
+            (self.folder / file).write_text(text)
+            self.check_status("programs", block, [*self.compilers[block.language], file])
         elif block.language == "smt2" or text.startswith("(set-logic"):
             (self.folder / "script.smt2").write_text(text)
             self.check_status("formulas", block, ["vorn", "script.smt2"])
@@ -193,17 +192,32 @@ class Document:
         self.path.write_text("\n".join(lines) + "\n")
 
 
+def find_compilers(source, build, compiler, c_compiler):
+    """What compiles a program of each language; one in C is linked too."""
+    usual = ["-Wall", "-Wextra", "-Werror", f"-I{source}", f"-I{build / 'include'}"]
+    # The library comes before the program's name on the line: it must not be dropped as unused.
+    linked = ["-o", "program", "-Wl,--no-as-needed", f"-L{build}", "-lvorn", f"-Wl,-rpath,{build}"]
+    return {"cpp": [compiler, "-std=c++20", "-fsyntax-only", *usual],
+            "c": [*shlex.split(c_compiler), "-std=c11", "-pedantic", *usual, *linked]}
+
+
 def main():
-    source, build = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
-    compiler = sys.argv[3]
+    arguments = sys.argv[1:]
+    c_compiler = "cc"
+    if "--cc" in arguments:
+        at = arguments.index("--cc")
+        c_compiler = arguments[at + 1]
+        del arguments[at:at + 2]
+    source, build = (pathlib.Path(argument).resolve() for argument in arguments[:2])
+    compilers = find_compilers(source, build, arguments[2], c_compiler)
     counts = collections.Counter()
     for path in [source / "README.md", *sorted((source / "docs").glob("*.md"))]:
         with tempfile.TemporaryDirectory() as folder:
-            document = Document(path, source, build, compiler, pathlib.Path(folder))
+            document = Document(path, source, build, compilers, pathlib.Path(folder))
             for block in read_blocks(path.read_text()):
                 document.check(block)
             counts += document.counts
-            if "--update" in sys.argv[4:]:
+            if "--update" in arguments[3:]:
                 document.update()
     print(", ".join(f"{counts[kind]} {kind}" for kind in
                     ("commands", "scripts", "formulas", "programs", "skipped", "failed")))

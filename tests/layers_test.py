@@ -20,6 +20,7 @@ BELOW = {
     "theories": ["semantics", "terms", "utils"],
     "reals": ["ranges", "semantics", "terms", "utils"],
     "solver": ["theories", "search", "reals", "ranges", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],
+    "c": ["solver", "semantics", "smt2", "fp", "terms", "utils"],
 }
 INCLUDE = re.compile(r'^#include "vorn/([^"]+)"', re.MULTILINE)
 

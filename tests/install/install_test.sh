@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs into a prefix, moves it, and uses what is there as a stranger would: the command, the
 # shared and the static library, by CMake and by pkg-config, and all examples.
-#   install_test.sh SOURCE BUILD COMPILER
+#   install_test.sh SOURCE BUILD COMPILER C-COMPILER
 set -u
 source=$1
 build=$2
 export CXX=$3
+export CC=$4
 here=$source/tests/install
 # shellcheck source=tests/check.sh
 source "$source/tests/check.sh"
@@ -28,7 +29,7 @@ check 'version of the package' 0 "^$version" '^$' pkg-config --modversion vorn
 mapfile -t headers < <(cd "$prefix/include" && find vorn -name '*.h' | sort)
 (cd "$prefix/include" && cat "${headers[@]}") >"$dir/all.txt"
 # What is only named there, nobody can use.
-grep -vE '^ *(class|struct) \w+;' "$dir/all.txt" | grep -oE '(class|struct) (VORN_EXPORT )?\w+' | awk '{ print $NF }' | sort -u >"$dir/classes"
+grep -vE '^ *(typedef )?(class|struct) \w+( \w+)?;' "$dir/all.txt" | grep -oE '(class|struct) (VORN_EXPORT )?\w+' | awk '{ print $NF }' | sort -u >"$dir/classes"
 marked() {
   grep -oE '(class|struct) VORN_EXPORT \w+' "$dir/all.txt" | awk '{ print $NF }'
   tr '\n' ' ' <"$dir/all.txt" | grep -oE 'VORN_EXPORT [^;({]*\(' |
@@ -40,7 +41,7 @@ marked | sort -u >"$dir/marked"
 names() {
   sed -E 's/^[0-9a-f ]* [A-Za-z] //; s/^.* for //; s/\[abi:[^]]*\]//g; s/\(.*//; s/^vorn::((bv|fp|hsh|rewrite|search|semantics|smt2|solver|theories|BVNumber)::)?//'
 }
-foreign() { nm -DC --defined-only "$lib/libvorn.so" | sed -E 's/^[0-9a-f]+ . ([a-zA-Z -]+ for )?//' | grep -v '^vorn::'; }
+foreign() { nm -DC --defined-only "$lib/libvorn.so" | sed -E 's/^[0-9a-f]+ . ([a-zA-Z -]+ for )?//' | grep -vE '^vorn(::|_[a-z0-9_]+$)'; }
 check 'no foreign symbol is shown' 1 '^$' '^$' foreign
 unmarked() {
   nm -DC --defined-only "$lib/libvorn.so" | names | sed -E 's/::.*//; s/^operator.*/operator/' |
@@ -72,6 +73,24 @@ needs_vorn() { readelf -d "$1" | grep -c libvorn; }
 check 'that it is in the program' 1 '^0' '^$' needs_vorn "$dir/static"
 check 'libraries for those who want none shared' 0 '-lvorn .*-lcadical' '^$' pkg-config --static --libs vorn
 
+# C: the same headers and libraries, without C++ but for the runtime of the static one.
+c_answer='0x3c00 1\.0.*no others'
+read -r -a flags < <(pkg-config --cflags vorn)
+c_build() { # PROGRAM LIBRARY...
+  local program=$1
+  shift
+  "$CC" -std=c11 -Wall -Wextra -pedantic -Werror "${flags[@]}" "$source/examples/c/enumerate.c" "$@" -o "$program"
+}
+read -r -a libraries < <(pkg-config --libs vorn)
+check 'link C with the shared library' 0 '^$' '^$' c_build "$dir/c_shared" "${libraries[@]}"
+LD_LIBRARY_PATH=$lib check 'run C with the shared library' 0 "$c_answer" '^$' "$dir/c_shared"
+read -r -a libraries < <(pkg-config --libs vorn-static)
+check 'link C with the static library' 0 '^$' '^$' c_build "$dir/c_static" "${libraries[@]}" -lstdc++ -lm
+check 'run C with the static library' 0 "$c_answer" '^$' "$dir/c_static"
+check 'that it is in the program in C' 1 '^0' '^$' needs_vorn "$dir/c_static"
+shown() { nm -D --defined-only "$lib/libvorn.so" | grep -oE ' T vorn_[a-z0-9_]+$' | sed 's/^ T //' | sort; }
+check 'the symbols for C' 0 '^$' '^$' diff "$source/tests/c/symbols.txt" <(shown)
+
 # CMake.
 configure() {
   cmake -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Debug "$@" >/dev/null
@@ -81,6 +100,9 @@ check 'find the static library' 0 '^$' '^$' configure -S "$here" -B "$dir/consum
 check 'build with the static library' 0 '' '^$' cmake --build "$dir/consumer"
 check 'run what it built' 0 "$answer" '^$' "$dir/consumer/consumer"
 check 'that it is in this program too' 1 '^0' '^$' needs_vorn "$dir/consumer/consumer"
+check 'find the package from C' 0 '^$' '^$' configure -S "$here/c" -B "$dir/c_consumer" -DEXAMPLES="$source/examples/c"
+check 'build the project in C' 0 '' '^$' cmake --build "$dir/c_consumer"
+check 'run what it built in C' 0 "$c_answer" '^$' "$dir/c_consumer/consumer"
 check 'another minor version' 1 '' 'compatible' configure -S "$here" -B "$dir/other" \
   -DGENERATED_HEADERS="$dir" -DWANTED_VERSION=0.99
 check 'find the package for the examples' 0 '^$' '^$' configure -S "$source/examples" -B "$dir/examples" \

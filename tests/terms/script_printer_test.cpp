@@ -49,6 +49,12 @@ TEST_F(ScriptPrinterTest, PrintsFormulasThatAreLeaves) {
   EXPECT_EQ(print({}), "");
 }
 
+TEST_F(ScriptPrinterTest, DeclaresNoRoundingModeOfTheTheory) {
+  const Term* rm = mgr.make_constant(mgr.make_unique_symbol("rm", mgr.get_fprounding_type()));
+  EXPECT_EQ(print({mgr.make_equal(rm, mgr.make_fprounding_zero())}),
+            "(declare-const rm RoundingMode)\n(assert (= rm roundTowardZero))\n");
+}
+
 TEST_F(ScriptPrinterTest, GivesNamesThatBelongToSolversToNoConstant) {
   const Term* plain = variable("vorn.x", 1);
   const Term* dotted = variable(".x", 1);

@@ -214,20 +214,25 @@ void Solver::reset_assertions() {
   is_deferred = false;
 }
 
-/// Translations are full of terms that nobody asked for: they are dropped with the rest and made
-/// again from the assertions.
 void Solver::collect_garbage(std::span<const Term* const> kept) {
   leave_assumptions();
   std::vector<const Term*> roots(kept.begin(), kept.end());
   const std::vector<const Term*>& given = assertions.get_items();
   roots.insert(roots.end(), given.begin(), given.end());
+  forget_terms();
+  mgr.collect(roots);
+}
+
+/// Translations are full of terms that nobody asked for: they are dropped with the rest and made
+/// again from the assertions.
+void Solver::forget_terms() {
+  leave_assumptions();
   drop_back_end();
   model.clear();
   open_conversions.clear();
   interpretation->clear();
   stated.clear();
   clashes.clear();
-  mgr.collect(roots);
 }
 
 void Solver::set_seed(std::uint32_t seed) {

@@ -144,6 +144,9 @@ class VORN_EXPORT Solver : public Engine {
   void free_discarded();
   void reset_assertions() override;
   void collect_garbage(std::span<const Term* const> kept) override;
+  /// Keeps nothing but the assertions of what it has made of them, models included: what an owner
+  /// of several solvers asks of each before terms are collected, and holds the assertions.
+  void forget_terms();
   /// Of the SAT solver; its upper two bits are ignored.
   void set_seed(std::uint32_t seed) override;
 

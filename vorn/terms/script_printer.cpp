@@ -1,6 +1,8 @@
 #include "vorn/terms/script_printer.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "vorn/terms/post_order.h"
 #include "vorn/terms/printer.h"
@@ -19,8 +21,18 @@ bool is_reserved(const std::string& name) {
   return name.starts_with('.') || name.starts_with('@');
 }
 
+/// The theory's own constants have these names before anybody can take them.
+bool is_rounding_mode(const Symbol* symbol) {
+  static constexpr std::array<std::string_view, 5> kNames = {
+      "roundNearestTiesToEven", "roundTowardZero", "roundTowardPositive", "roundTowardNegative",
+      "roundNearestTiesToAway"};
+  return symbol->get_output_type()->get_kind() == DataType::Kind::rounding_mode &&
+         symbol->get_arity() == 0 && std::ranges::find(kNames, symbol->get_name()) != kNames.end();
+}
+
 bool is_uninterpreted(const Symbol* symbol) {
-  return symbol->get_tag() == SymbolTag::none && symbol->get_literal() == nullptr;
+  return symbol->get_tag() == SymbolTag::none && symbol->get_literal() == nullptr &&
+         !is_rounding_mode(symbol);
 }
 
 }  // namespace
