@@ -29,6 +29,8 @@ struct SolveOptions {
   std::string proof_file;
   bool local_search = true;
   bool ranges = true;
+  bool enumeration = true;
+  unsigned threads = 1;
   bool relations = true;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
