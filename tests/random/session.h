@@ -47,6 +47,8 @@ struct Configuration {
   bool ranges = false;
   /// Whether theorems are stated beside assertions.
   bool relations = false;
+  /// Whether all assignments are tried too, where they are few.
+  bool enumeration = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -82,6 +84,11 @@ class Session {
     const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
     return solver == nullptr ? 0 : solver->get_statistics().refutations;
   }
+  /// How many were decided by trying all assignments.
+  std::uint64_t count_enumerations() const {
+    const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
+    return solver == nullptr ? 0 : solver->get_statistics().enumerations;
+  }
 
  private:
   solver::Options options_of(const Configuration& configuration) const {
@@ -91,6 +98,7 @@ class Session {
     options.local_search = configuration.local_search;
     options.ranges = configuration.ranges;
     options.relations = configuration.relations;
+    options.enumeration = configuration.enumeration;
     options.termination_test = &budget;
     return options;
   }

@@ -35,9 +35,16 @@ bool is_slow(SymbolTag::tag tag) {
          tag == T::bv_smod;
 }
 
-std::uint64_t effort_of(const LaneStep& step) {
-  if (step.kernel == nullptr) return kExactEffort * kLanes;
+/// Of a block, by the processor.
+std::uint64_t native_effort_of(const LaneStep& step) {
   return (is_slow(step.term->get_tag()) ? kSlowEffort : 1) * kLanes;
+}
+
+/// Of a lane, by exact arithmetic: one of the five modes that it may have is none of the
+/// processor's.
+std::uint64_t exact_effort_of(const LaneStep& step) {
+  if (step.kernel == nullptr) return kExactEffort;
+  return step.has_mode && !step.literal_mode ? kExactEffort / 5 : 0;
 }
 
 }  // namespace
@@ -154,7 +161,14 @@ std::uint64_t BlockProgram::get_word(Slot slot, std::size_t lane) const {
 std::uint64_t BlockProgram::get_block_effort() const {
   std::uint64_t sum = kLanes;
   for (const LaneStep& step : steps)
-    sum += effort_of(step);
+    sum += step.kernel == nullptr ? 0 : native_effort_of(step);
+  return sum;
+}
+
+std::uint64_t BlockProgram::get_lane_effort() const {
+  std::uint64_t sum = 0;
+  for (const LaneStep& step : steps)
+    sum += exact_effort_of(step);
   return sum;
 }
 
@@ -165,6 +179,9 @@ void BlockProgram::mark_changed(std::size_t constant) {
 }
 
 std::optional<std::size_t> BlockProgram::run(std::size_t count) {
+  // What was computed of a part of a block is no block.
+  if (lane_count < kLanes) changed = std::numeric_limits<std::uint64_t>::max();
+  lane_count = count;
   for (LaneStep& step : steps)
     step.is_due = step.is_due || (step.needs & changed) != 0;
   changed = 0;
@@ -213,7 +230,6 @@ void BlockProgram::compute(LaneStep& step) {
   if (step.kernel == nullptr) {
     return compute_exactly(step, static_cast<const std::uint32_t*>(at(alive)));
   }
-  effort += effort_of(step);
   if (step.has_mode && !step.literal_mode) {
     compute_in_modes(step);
   } else {
@@ -224,6 +240,7 @@ void BlockProgram::compute(LaneStep& step) {
 void BlockProgram::compute_natively(LaneStep& step, Mode mode) {
   const bool is_rounded = step.has_mode || step.term->get_tag() == T::fp_rem;
   if (is_rounded && !set_rounding(mode)) return compute_exactly(step, nullptr);
+  effort += native_effort_of(step);
   LaneCall& call = step.call;
   call.mode = mode;
   call.out = at(places[step.slot]);
@@ -249,7 +266,6 @@ void BlockProgram::compute_in_modes(LaneStep& step) {
   for (std::uint32_t mode = 0; present >> mode != 0; ++mode) {
     if ((present >> mode & 1U) == 0) continue;
     compute_natively(step, static_cast<Mode>(mode));
-    effort += effort_of(step);
     for (std::size_t i = 0; i < kLanes; ++i) {
       if (modes[i] != mode) continue;
       results[i] = get_lane(step.slot, i);
@@ -262,7 +278,7 @@ void BlockProgram::compute_in_modes(LaneStep& step) {
   }
 }
 
-/// In the lanes that are wanted, null for all.
+/// In the lanes that are wanted, null for all of the run.
 void BlockProgram::compute_exactly(LaneStep& step, const std::uint32_t* wanted) {
   std::vector<QNumber> numbers(step.args.size());
   std::vector<const QNumber*> pointers;
@@ -273,7 +289,7 @@ void BlockProgram::compute_exactly(LaneStep& step, const std::uint32_t* wanted) 
     open = ~std::uint32_t{0};
     return QNumber();
   };
-  for (std::size_t lane = 0; lane < kLanes; ++lane) {
+  for (std::size_t lane = 0; lane < lane_count; ++lane) {
     if (wanted != nullptr && wanted[lane] == 0) continue;
     for (std::size_t i = 0; i < numbers.size(); ++i)
       numbers[i] = to_number(get_word(step.args[i], lane));

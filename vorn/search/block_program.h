@@ -65,8 +65,10 @@ class BlockProgram {
 
   /// What the runs have taken, in operations of the processor on one lane.
   std::uint64_t get_effort() const { return effort; }
-  /// At most what a run takes in which every constant has changed.
+  /// About what a run takes in which every constant has changed, and what each of its lanes takes
+  /// besides, of operations that the processor lacks.
   std::uint64_t get_block_effort() const;
+  std::uint64_t get_lane_effort() const;
 
  private:
   using Mode = IEEEFloat::rounding_mode;
@@ -101,6 +103,7 @@ class BlockProgram {
   std::vector<Root> roots;  // in the order in which they are known
   std::unique_ptr<std::byte, Free> memory;
   std::size_t used = 0;     // of the memory
+  std::size_t lane_count = kLanes;  // of the last run
   std::size_t alive = 0;    // place of the lanes under which no formula is false yet
   std::uint64_t changed = std::numeric_limits<std::uint64_t>::max();  // constants
   std::uint64_t effort = 0;

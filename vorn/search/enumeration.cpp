@@ -59,9 +59,7 @@ std::optional<Enumeration> Enumeration::prepare(const TermManager& manager,
   Enumeration enumeration(std::move(*program));
   if (!enumeration.add_digits(known) || !enumeration.order_digits()) return std::nullopt;
   enumeration.workers.emplace_back(enumeration.formulas);
-  const BlockProgram& blocks = enumeration.workers.front().program;
-  const std::uint64_t block_count = (enumeration.count + kLanes - 1) / kLanes;
-  if (block_count > most_effort / blocks.get_block_effort()) return std::nullopt;
+  if (enumeration.estimate() > static_cast<double>(most_effort)) return std::nullopt;
   for (unsigned i = 1; i < threads; ++i)
     enumeration.workers.emplace_back(enumeration.formulas);
   for (Worker& worker : enumeration.workers)
@@ -209,8 +207,10 @@ std::uint64_t Enumeration::get_effort() const {
 double Enumeration::estimate() const {
   const auto left = static_cast<double>(count - tried);
   if (tried == 0) {
+    const BlockProgram& program = workers.front().program;
     const double blocks = left / static_cast<double>(kLanes) + 1;
-    return blocks * static_cast<double>(workers.front().program.get_block_effort());
+    return blocks * static_cast<double>(program.get_block_effort()) +
+           left * static_cast<double>(program.get_lane_effort());
   }
   return left / static_cast<double>(tried) * static_cast<double>(get_effort());
 }

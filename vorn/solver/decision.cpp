@@ -24,8 +24,9 @@ constexpr std::uint64_t kEffortPerConflict = 1'000;
 // Looks of the ranges at a term, each of some microseconds.
 constexpr std::uint64_t kRangesPerConflict = 4;
 constexpr std::uint64_t kMostRangesPerConflict = 100;  // where the end is in sight
-// Operations on assignments, as many as take the time of a conflict.
-constexpr std::uint64_t kTriesPerConflict = 200'000;
+// Operations on assignments, as many as take about the time of a conflict.
+constexpr std::uint64_t kTriesPerClause = 16;
+constexpr std::uint64_t kFewestTriesPerConflict = 100'000;
 
 }  // namespace
 
@@ -222,9 +223,9 @@ Answer Solver::search() {
     if (try_assignments(kEffortPerConflict * share)) return Answer::sat;
     if (try_refutation(kRangesPerConflict * share, kMostRangesPerConflict * share))
       return Answer::unsat;
-    if (const Answer answer = try_all(kTriesPerConflict * share); answer != Answer::unknown) {
-      return answer;
-    }
+    const std::uint64_t tries =
+        std::max(kTriesPerClause * sat.get_clause_count(), kFewestTriesPerConflict);
+    if (const Answer tried = try_all(tries * share); tried != Answer::unknown) return tried;
   }
 }
 

@@ -52,6 +52,7 @@ Answer Solver::try_all(std::uint64_t effort) {
   Outcome outcome = Outcome::open;
   {
     const Stopwatch watch(&statistics.assignment_seconds);
+    effort *= options.threads;
     // What would take no longer than what was spent so far is taken to its end.
     const bool is_nearly_done =
         enumeration.estimate() <= static_cast<double>(effort + enumeration.get_effort());
