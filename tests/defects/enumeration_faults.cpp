@@ -27,11 +27,11 @@ using Lane = std::optional<std::size_t>;
 /// What the kernel with a fault does first.
 LaneKernel right_kernel = nullptr;
 
-/// Has one wrong lane, which is a truth value.
+/// Has wrong truth values in every other lane.
 void wrong_kernel(const LaneCall& call) {
   right_kernel(call);
-  constexpr std::size_t kWrong = 3;
-  static_cast<std::uint32_t*>(call.out)[kWrong] ^= ~std::uint32_t{0};
+  for (std::size_t lane = 1; lane < kLanes; lane += 2)
+    static_cast<std::uint32_t*>(call.out)[lane] ^= ~std::uint32_t{0};
 }
 
 }  // namespace
