@@ -19,6 +19,8 @@ complete -c vorn -n $solve -l memory-limit -x -d 'end what needs more megabytes 
 complete -c vorn -n $solve -l no-rewrite -d 'encode formulas as they are'
 complete -c vorn -n $solve -l no-local-search -d 'find models by circuits alone'
 complete -c vorn -n $solve -l no-ranges -d 'find refutations by circuits alone'
+complete -c vorn -n $solve -l no-enumeration -d 'do not try all assignments'
+complete -c vorn -n $solve -l threads -x -d 'try assignments in that many threads'
 complete -c vorn -n $solve -l no-relations -d 'state no theorems beside formulas'
 complete -c vorn -n $solve -l check-model -d 'check each model, which is always done'
 complete -c vorn -n $solve -l cnf -r -d 'write the clauses in DIMACS'

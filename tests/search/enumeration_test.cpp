@@ -43,8 +43,8 @@ class EnumerationTest : public testing::Test {
   bool holds(const std::vector<const Term*>& formulas,
              const std::map<const Term*, QNumber>& values) const {
     semantics::Evaluator evaluator(mgr, [&](const Term* c) { return values.at(c); });
-    return std::ranges::all_of(
-        formulas, [&](const Term* f) { return evaluator.evaluate(f).sign() != 0; });
+    return std::ranges::all_of(formulas,
+                               [&](const Term* f) { return evaluator.evaluate(f).sign() != 0; });
   }
 
   TermManager mgr;
@@ -163,13 +163,12 @@ TEST_F(EnumerationTest, FindsEachValue) {
     const Term* pattern = mgr.make_bv_extract(9, 0, mgr.make_fp_to_bits(x));
     const Term* sign = mgr.make_fp_isnegative(x);
     const bool is_nan = bits == sort.to_word(sort.to_lane(0x7c1));
-    auto search = prepare({is_nan ? mgr.make_fp_isnan(x)
-                                  : mgr.make_bv_ule(pattern, mgr.make_bv_number(
-                                                                 to_number(bits % 1024), 10)),
-                           is_nan || bits >= 1024 ? mgr.make_not(mgr.make_fp_ispositive(x))
-                                                  : mgr.make_not(sign),
-                           mgr.make_not(mgr.make_bv_ult(
-                               pattern, mgr.make_bv_number(to_number(is_nan ? 0 : bits % 1024), 10)))});
+    auto search = prepare(
+        {is_nan ? mgr.make_fp_isnan(x)
+                : mgr.make_bv_ule(pattern, mgr.make_bv_number(to_number(bits % 1024), 10)),
+         is_nan || bits >= 1024 ? mgr.make_not(mgr.make_fp_ispositive(x)) : mgr.make_not(sign),
+         mgr.make_not(mgr.make_bv_ult(
+             pattern, mgr.make_bv_number(to_number(is_nan ? 0 : bits % 1024), 10)))});
     ASSERT_TRUE(search);
     EXPECT_GT(search->get_count(), 1000U);
     ASSERT_EQ(search->run(kNoEnd, nullptr), Outcome::found) << bits;
@@ -239,8 +238,8 @@ TEST_F(EnumerationTest, FindsTheSameInThreads) {
   const Term* x = variable("x", mgr.get_fp_type(5, 10));
   const Term* y = variable("y", mgr.get_fp_type(3, 3));
   const Term* sum = mgr.make_fp_add(rne, x, mgr.make_fp_cast(5, 10, rne, y));
-  const std::vector<const Term*> formulas = {
-      mgr.make_fp_equal(sum, number(0x4123, 5, 10)), mgr.make_fp_lt(x, mgr.make_fp_neg(sum))};
+  const std::vector<const Term*> formulas = {mgr.make_fp_equal(sum, number(0x4123, 5, 10)),
+                                             mgr.make_fp_lt(x, mgr.make_fp_neg(sum))};
   const auto try_threads = [&](unsigned threads) {
     auto search = prepare(formulas, threads);
     EXPECT_EQ(search->run(kNoEnd, nullptr), Outcome::found);

@@ -18,7 +18,7 @@ struct Format {
 };
 
 constexpr Format kOwn[] = {{8, 23}, {11, 52}};
-constexpr Format kCarried[] = {{2, 1}, {3, 2}, {2, 6}, {4, 3},  {5, 2},  {5, 10}, {7, 10},
+constexpr Format kCarried[] = {{2, 1}, {3, 2}, {2, 6},  {4, 3},  {5, 2},  {5, 10}, {7, 10},
                                {8, 7}, {6, 9}, {8, 10}, {9, 11}, {8, 22}, {10, 23}};
 constexpr std::size_t kWidths[] = {1, 2, 7, 8, 31, 32, 33, 53, 63, 64};
 
@@ -35,19 +35,32 @@ class LanesTest : public testing::Test {
     const Term* y = variable("y", type);
     const Term* z = variable("z", type);
     std::vector<const Term*> terms = {
-        mgr.make_fp_add(mode, x, y),      mgr.make_fp_sub(mode, x, y),
-        mgr.make_fp_mul(mode, x, y),      mgr.make_fp_div(mode, x, y),
-        mgr.make_fp_sqrt(mode, x),        mgr.make_fp_fma(mode, x, y, z),
-        mgr.make_fp_rem(x, y),            mgr.make_fp_round_to_integral(mode, x),
-        mgr.make_fp_min(x, y),            mgr.make_fp_max(x, y),
-        mgr.make_fp_neg(x),               mgr.make_fp_abs(x),
-        mgr.make_fp_equal(x, y),          mgr.make_fp_lt(x, y),
-        mgr.make_fp_le(x, y),             mgr.make_equal(x, y),
-        mgr.make_fp_isnan(x),             mgr.make_fp_isinf(x),
-        mgr.make_fp_iszero(x),            mgr.make_fp_isnormal(x),
-        mgr.make_fp_issubnormal(x),       mgr.make_fp_isnegative(x),
-        mgr.make_fp_ispositive(x),        mgr.make_fp_to_bits(x),
-        mgr.make_term_ite(truth, x, y),        mgr.make_fp_from_bits(f.e, f.m, bits(1 + f.e + f.m)),
+        mgr.make_fp_add(mode, x, y),
+        mgr.make_fp_sub(mode, x, y),
+        mgr.make_fp_mul(mode, x, y),
+        mgr.make_fp_div(mode, x, y),
+        mgr.make_fp_sqrt(mode, x),
+        mgr.make_fp_fma(mode, x, y, z),
+        mgr.make_fp_rem(x, y),
+        mgr.make_fp_round_to_integral(mode, x),
+        mgr.make_fp_min(x, y),
+        mgr.make_fp_max(x, y),
+        mgr.make_fp_neg(x),
+        mgr.make_fp_abs(x),
+        mgr.make_fp_equal(x, y),
+        mgr.make_fp_lt(x, y),
+        mgr.make_fp_le(x, y),
+        mgr.make_equal(x, y),
+        mgr.make_fp_isnan(x),
+        mgr.make_fp_isinf(x),
+        mgr.make_fp_iszero(x),
+        mgr.make_fp_isnormal(x),
+        mgr.make_fp_issubnormal(x),
+        mgr.make_fp_isnegative(x),
+        mgr.make_fp_ispositive(x),
+        mgr.make_fp_to_bits(x),
+        mgr.make_term_ite(truth, x, y),
+        mgr.make_fp_from_bits(f.e, f.m, bits(1 + f.e + f.m)),
     };
     for (const Format other : {Format{5, 10}, Format{8, 23}, Format{11, 52}, Format{8, 7}}) {
       terms.push_back(mgr.make_fp_cast(other.e, other.m, mode, x));
@@ -109,15 +122,29 @@ TEST_F(LanesTest, BitVectorKernelsAgreeWithExactArithmetic) {
   for (const std::size_t width : kWidths) {
     const Term* x = bits(width);
     const Term* y = bits(width);
-    std::vector<const Term*> terms = {
-        mgr.make_bv_not(x),     mgr.make_bv_neg(x),     mgr.make_bv_and(x, y),
-        mgr.make_bv_or(x, y),   mgr.make_bv_xor(x, y),  mgr.make_bv_add(x, y),
-        mgr.make_bv_sub(x, y),  mgr.make_bv_mul(x, y),  mgr.make_bv_udiv(x, y),
-        mgr.make_bv_urem(x, y), mgr.make_bv_sdiv(x, y), mgr.make_bv_srem(x, y),
-        mgr.make_bv_smod(x, y), mgr.make_bv_lshl(x, y),  mgr.make_bv_lshr(x, y),
-        mgr.make_bv_ashr(x, y), mgr.make_bv_comp(x, y), mgr.make_bv_ult(x, y),
-        mgr.make_bv_ule(x, y),  mgr.make_bv_slt(x, y),  mgr.make_bv_sle(x, y),
-        mgr.make_equal(x, y),   mgr.make_term_ite(truth, x, y)};
+    std::vector<const Term*> terms = {mgr.make_bv_not(x),
+                                      mgr.make_bv_neg(x),
+                                      mgr.make_bv_and(x, y),
+                                      mgr.make_bv_or(x, y),
+                                      mgr.make_bv_xor(x, y),
+                                      mgr.make_bv_add(x, y),
+                                      mgr.make_bv_sub(x, y),
+                                      mgr.make_bv_mul(x, y),
+                                      mgr.make_bv_udiv(x, y),
+                                      mgr.make_bv_urem(x, y),
+                                      mgr.make_bv_sdiv(x, y),
+                                      mgr.make_bv_srem(x, y),
+                                      mgr.make_bv_smod(x, y),
+                                      mgr.make_bv_lshl(x, y),
+                                      mgr.make_bv_lshr(x, y),
+                                      mgr.make_bv_ashr(x, y),
+                                      mgr.make_bv_comp(x, y),
+                                      mgr.make_bv_ult(x, y),
+                                      mgr.make_bv_ule(x, y),
+                                      mgr.make_bv_slt(x, y),
+                                      mgr.make_bv_sle(x, y),
+                                      mgr.make_equal(x, y),
+                                      mgr.make_term_ite(truth, x, y)};
     for (const std::size_t other : kWidths) {
       if (width + other <= 64) {
         terms.push_back(mgr.make_bv_concat(x, bits(other)));
@@ -143,9 +170,9 @@ TEST_F(LanesTest, BitVectorKernelsAgreeWithExactArithmetic) {
 
 TEST_F(LanesTest, ConnectivesAgreeWithExactArithmetic) {
   const Term* other = variable("other", mgr.get_bool_type());
-  for (const Term* t : {mgr.make_not(other), mgr.make_and(truth, other),
-                        mgr.make_or(truth, other), mgr.make_xor(truth, other),
-                        mgr.make_implies(truth, other), mgr.make_iff(truth, other)}) {
+  for (const Term* t :
+       {mgr.make_not(other), mgr.make_and(truth, other), mgr.make_or(truth, other),
+        mgr.make_xor(truth, other), mgr.make_implies(truth, other), mgr.make_iff(truth, other)}) {
     const auto steps = compile(t).get_steps();
     for (const LaneStep& step : steps)
       EXPECT_TRUE(is_exact(step, kLanes, 1)) << t->to_string();
@@ -175,8 +202,8 @@ class SmallFormats : public LanesTest, public testing::WithParamInterface<Format
     }
     blocks.run(tuples.size());
     const auto steps = blocks.get_steps();
-    const auto step = std::find_if(steps.begin(), steps.end(),
-                                   [&](const LaneStep& s) { return s.term == t; });
+    const auto step =
+        std::find_if(steps.begin(), steps.end(), [&](const LaneStep& s) { return s.term == t; });
     for (std::size_t lane = 0; lane < tuples.size(); ++lane) {
       std::vector<QNumber> numbers;
       for (const std::uint64_t word : tuples[lane])

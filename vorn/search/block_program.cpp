@@ -52,7 +52,7 @@ std::uint64_t exact_effort_of(const LaneStep& step) {
 // Construction --------------------------------------------------------------------------------
 
 void BlockProgram::Free::operator()(std::byte* p) const {
-  ::operator delete(p, std::align_val_t{kAlignment});
+  ::operator delete (p, std::align_val_t{kAlignment});
 }
 
 std::size_t BlockProgram::reserve(std::size_t lane_bits) {
@@ -86,7 +86,7 @@ BlockProgram::BlockProgram(const WordProgram& formulas)
     add_root(root);
   std::stable_sort(roots.begin(), roots.end(),
                    [](const Root& a, const Root& b) { return a.after < b.after; });
-  memory.reset(static_cast<std::byte*>(::operator new(used, std::align_val_t{kAlignment})));
+  memory.reset(static_cast<std::byte*>(::operator new (used, std::align_val_t{kAlignment})));
   std::memset(memory.get(), 0, used);
   for (const Slot slot : leaves)
     fill(slot, sorts[slot].to_lane(formulas.get_value(slot)));
@@ -129,8 +129,8 @@ void BlockProgram::add_step(const WordProgram& formulas, Slot slot) {
 }
 
 void BlockProgram::add_root(Slot slot) {
-  const auto last = std::find_if(steps.rbegin(), steps.rend(),
-                                 [&](const LaneStep& s) { return s.slot <= slot; });
+  const auto last =
+      std::find_if(steps.rbegin(), steps.rend(), [&](const LaneStep& s) { return s.slot <= slot; });
   roots.push_back({slot, static_cast<std::size_t>(steps.rend() - last), opened[slot]});
 }
 
@@ -199,8 +199,8 @@ std::optional<std::size_t> BlockProgram::run(std::size_t count) {
   }
   reset_rounding();
   if (!is_alive) return std::nullopt;
-  return static_cast<std::size_t>(std::find_if(lanes, lanes + kLanes, [](auto l) { return l != 0; }) -
-                                  lanes);
+  return static_cast<std::size_t>(
+      std::find_if(lanes, lanes + kLanes, [](auto l) { return l != 0; }) - lanes);
 }
 
 /// Takes the lanes away in which the formula is false; whether some are left.

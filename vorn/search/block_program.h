@@ -26,16 +26,16 @@ struct LaneStep {
   using Mode = IEEEFloat::rounding_mode;
 
   const Term* term = nullptr;
-  LaneKernel kernel = nullptr;         // null: exactly, lane by lane
+  LaneKernel kernel = nullptr;          // null: exactly, lane by lane
   std::vector<WordProgram::Slot> args;  // the rounding mode first where there is one
   WordProgram::Slot slot = 0;
   bool has_mode = false;
   std::optional<Mode> literal_mode;
-  bool is_open = false;      // where an operand says so
-  std::size_t open = 0;      // place of the lanes that say where, if so
-  std::uint64_t needs = 0;   // constants that it depends on
-  bool is_due = true;        // to be computed
-  LaneCall call;             // complete but for the places and the mode
+  bool is_open = false;     // where an operand says so
+  std::size_t open = 0;     // place of the lanes that say where, if so
+  std::uint64_t needs = 0;  // constants that it depends on
+  bool is_due = true;       // to be computed
+  LaneCall call;            // complete but for the places and the mode
 };
 
 class BlockProgram {
@@ -74,7 +74,7 @@ class BlockProgram {
   using Mode = IEEEFloat::rounding_mode;
   struct Root {
     Slot slot;
-    std::size_t after;  // steps, by which it is known
+    std::size_t after;              // steps, by which it is known
     std::vector<std::size_t> open;  // places of lanes that say where it is not
   };
   struct Free {
@@ -95,16 +95,16 @@ class BlockProgram {
   std::uint64_t get_lane(Slot slot, std::size_t lane) const;
   void set_lane(Slot slot, std::size_t lane, std::uint64_t value);
 
-  std::vector<LaneSort> sorts;      // by slot
-  std::vector<std::size_t> places;  // by slot, in memory: a defined constant has that of its term
-  std::vector<std::uint64_t> needs;              // by slot, as in steps
+  std::vector<LaneSort> sorts;       // by slot
+  std::vector<std::size_t> places;   // by slot, in memory: a defined constant has that of its term
+  std::vector<std::uint64_t> needs;  // by slot, as in steps
   std::vector<std::vector<std::size_t>> opened;  // by slot: lanes that say where it is open
   std::vector<LaneStep> steps;
   std::vector<Root> roots;  // in the order in which they are known
   std::unique_ptr<std::byte, Free> memory;
-  std::size_t used = 0;     // of the memory
+  std::size_t used = 0;             // of the memory
   std::size_t lane_count = kLanes;  // of the last run
-  std::size_t alive = 0;    // place of the lanes under which no formula is false yet
+  std::size_t alive = 0;            // place of the lanes under which no formula is false yet
   std::uint64_t changed = std::numeric_limits<std::uint64_t>::max();  // constants
   std::uint64_t effort = 0;
 };

@@ -45,11 +45,11 @@ class Domain {
   LaneSort sort;
   bool is_float = false;
   std::vector<Segment> segments;
-  bool has_nan = false;                  // as the last value
-  std::uint64_t scattered = 0;           // bits among which the bits of a number are dealt out
-  std::uint64_t ones = 0;                // those that are set besides
+  bool has_nan = false;         // as the last value
+  std::uint64_t scattered = 0;  // bits among which the bits of a number are dealt out
+  std::uint64_t ones = 0;       // those that are set besides
   std::uint64_t count = 0;
-  std::vector<std::uint64_t> table;      // of lanes, where they are costly and few
+  std::vector<std::uint64_t> table;  // of lanes, where they are costly and few
 };
 
 }  // namespace vorn::search

@@ -52,9 +52,9 @@ std::optional<Enumeration> Enumeration::prepare(const TermManager& manager,
                                                 std::uint64_t most_effort, unsigned threads) {
   const std::vector<const Term*> conjuncts = list_conjuncts(formulas);
   if (conjuncts.size() > kMostTerms) return std::nullopt;
-  auto program =
-      WordProgram::compile(manager, conjuncts, kMostTerms,
-                           [known](const Term* equation) { return says_same_bits(equation, known); });
+  auto program = WordProgram::compile(
+      manager, conjuncts, kMostTerms,
+      [known](const Term* equation) { return says_same_bits(equation, known); });
   if (!program) return std::nullopt;
   Enumeration enumeration(std::move(*program));
   if (!enumeration.add_digits(known) || !enumeration.order_digits()) return std::nullopt;

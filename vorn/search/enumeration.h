@@ -2,9 +2,9 @@
 //
 // A formula over one Float32 has 2^32 assignments, and the processor evaluates some hundreds of
 // millions in a second, in vectors; what ranges know of the constants leaves fewer. Constants that
-// an equation defines are computed and not tried. Where no assignment is a model there is none: each
-// one is counted, and the answer rests on that count and on the processor's arithmetic, which is
-// compared with exact arithmetic first.
+// an equation defines are computed and not tried. Where no assignment is a model there is none:
+// each one is counted, and the answer rests on that count and on the processor's arithmetic, which
+// is compared with exact arithmetic first.
 #ifndef VORN_SEARCH_ENUMERATION_H
 #define VORN_SEARCH_ENUMERATION_H
 
@@ -36,17 +36,17 @@ class Enumeration {
     unfit,    // the processor does not compute as IEEE 754 has it
   };
 
-  /// A search for a model of all `formulas`; none where that would take more than `most_effort`. The ranges, which may be null, are
-  /// those of formulas that hold whenever these do, and are not needed afterwards. At least one
-  /// thread.
+  /// A search for a model of all `formulas`; none where that would take more than `most_effort`.
+  /// The ranges, which may be null, are those of formulas that hold whenever these do, and are not
+  /// needed afterwards. At least one thread.
   static std::optional<Enumeration> prepare(const TermManager& manager,
                                             std::span<const Term* const> formulas,
                                             const ranges::Propagation* known,
                                             std::uint64_t most_effort, unsigned threads = 1);
 
-  /// Goes on until there is an outcome, about `effort` is spent, or the test says so. Null: no test.
-  /// An effort of 1 is an operation on one assignment, a fraction of a nanosecond. Not to be called
-  /// after an outcome other than open.
+  /// Goes on until there is an outcome, about `effort` is spent, or the test says so. Null: no
+  /// test. An effort of 1 is an operation on one assignment, a fraction of a nanosecond. Not to be
+  /// called after an outcome other than open.
   Outcome run(std::uint64_t effort, const TerminationTest* test);
 
   /// The effort that is still to be spent, if what is left goes as what was tried.

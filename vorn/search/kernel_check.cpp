@@ -106,9 +106,9 @@ class Trial {
 
   std::string describe(Mode mode, std::size_t lane, std::uint64_t word,
                        std::uint64_t wanted) const {
-    std::string text = fmt::format("operation {} in mode {}, lane {}, of",
-                                   static_cast<int>(step.term->get_tag()),
-                                   static_cast<int>(mode), lane);
+    std::string text =
+        fmt::format("operation {} in mode {}, lane {}, of", static_cast<int>(step.term->get_tag()),
+                    static_cast<int>(mode), lane);
     for (std::size_t i = 0; i < sorts.size(); ++i)
       text += fmt::format(" {:#x}", words[i][lane]);
     return text + fmt::format(" is {:#x} and should be {:#x}", word, wanted);
@@ -132,9 +132,9 @@ std::uint64_t draw_float(const LaneSort& sort, std::uint64_t near, std::mt19937_
   const std::uint64_t bits = random() & (sign | exponent | fraction);
   switch (random() % 10) {
     case 0: {
-      const std::array<std::uint64_t, 10> special = {
-          0, 1, fraction, fraction + 1, one, one + 1, one - 1, exponent - 1, exponent,
-          exponent | 1};
+      const std::array<std::uint64_t, 10> special = {0,        1,           fraction, fraction + 1,
+                                                     one,      one + 1,     one - 1,  exponent - 1,
+                                                     exponent, exponent | 1};
       return special[random() % special.size()] | (bits & sign);
     }
     case 1:

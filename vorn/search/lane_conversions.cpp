@@ -36,8 +36,8 @@ template <class To, class From>
 void cast(const LaneCall& call) {
   using Wide = std::conditional_t<(sizeof(To) > sizeof(From)), To, From>;
   const auto* x = lanes_in<BitsOf<From>>(call, 0);
-  fill_rounded<To, Wide>(call,
-                         [=](std::size_t i) { return static_cast<Wide>(std::bit_cast<From>(x[i])); });
+  fill_rounded<To, Wide>(
+      call, [=](std::size_t i) { return static_cast<Wide>(std::bit_cast<From>(x[i])); });
 }
 
 // Patterns --------------------------------------------------------------------------------------
@@ -52,9 +52,8 @@ void from_bits(const LaneCall& call) {
     return;
   }
   const SmallFormat<F> format(call.sort.e, call.sort.m);
-  fill<B>(call, [=](std::size_t i) {
-    return std::bit_cast<B>(format.decode(static_cast<B>(x[i])));
-  });
+  fill<B>(call,
+          [=](std::size_t i) { return std::bit_cast<B>(format.decode(static_cast<B>(x[i]))); });
 }
 
 /// NaN is the quiet one that processors make.

@@ -120,8 +120,7 @@ void select(const LaneCall& call) {
   for (std::size_t i = 0; i < kLanes; ++i) {
     const F x = in.x(i);
     const F y = in.y(i);
-    call.open[i] =
-        truth_lane(x == F{0} && y == F{0} && std::signbit(x) != std::signbit(y));
+    call.open[i] = truth_lane(x == F{0} && y == F{0} && std::signbit(x) != std::signbit(y));
   }
 }
 

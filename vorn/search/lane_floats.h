@@ -25,8 +25,7 @@ inline constexpr int kBias = std::numeric_limits<F>::max_exponent - 1;
 template <class F>
 inline constexpr BitsOf<F> kSignBit = BitsOf<F>{1} << (sizeof(F) * 8 - 1);
 template <class F>
-inline constexpr BitsOf<F> kExponentBits = (kSignBit<F> - 1) &
-                                           ~((BitsOf<F>{1} << kFraction<F>)-1);
+inline constexpr BitsOf<F> kExponentBits = (kSignBit<F> - 1) & ~((BitsOf<F>{1} << kFraction<F>)-1);
 
 /// 2^k, a normal number of F.
 template <class F>
@@ -62,8 +61,9 @@ class SmallFormat {
     const BitsOf<F> sign = (pattern >> (e + m) & 1U) << (sizeof(F) * 8 - 1);
     const BitsOf<F> exponent = pattern >> m & ((one << e) - 1);
     const BitsOf<F> fraction = pattern & ((one << m) - 1);
-    const BitsOf<F> normal = ((exponent + static_cast<BitsOf<F>>(kBias<F> - bias)) << kFraction<F>) |
-                             fraction << (kFraction<F> - m);
+    const BitsOf<F> normal =
+        ((exponent + static_cast<BitsOf<F>>(kBias<F> - bias)) << kFraction<F>) |
+        fraction << (kFraction<F> - m);
     // What is below the least normal number: that much above it in its binade, less it.
     const F sum = std::bit_cast<F>(std::bit_cast<BitsOf<F>>(unit) | fraction << (kFraction<F> - m));
     const BitsOf<F> subnormal = std::bit_cast<BitsOf<F>>(sum - unit) & ~kSignBit<F>;
@@ -79,9 +79,8 @@ class SmallFormat {
     const F magnitude = magnitude_of(value);
     const BitsOf<F> sign = (bits >> (sizeof(F) * 8 - 1)) << (e + m);
     const BitsOf<F> infinity = ((one << e) - 1) << m;
-    const BitsOf<F> normal =
-        ((bits & ~kSignBit<F>) >> (kFraction<F> - m)) -
-        (static_cast<BitsOf<F>>(kBias<F> - bias) << m);
+    const BitsOf<F> normal = ((bits & ~kSignBit<F>) >> (kFraction<F> - m)) -
+                             (static_cast<BitsOf<F>>(kBias<F> - bias) << m);
     const F sum = magnitude + unit;
     const BitsOf<F> subnormal =
         (std::bit_cast<BitsOf<F>>(sum) - std::bit_cast<BitsOf<F>>(unit)) >> (kFraction<F> - m);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "vorn/solver/back_end.h"
 #include "vorn/solver/solver.h"
@@ -17,7 +18,8 @@ constexpr std::uint64_t kShortTrial = 10'000'000;
 constexpr std::uint64_t kLongestTrial = std::uint64_t{1} << 43U;
 // For all assumptions together, of which one after the other is left out.
 constexpr std::uint64_t kMostBlameEffort = 50'000'000;
-constexpr std::uint64_t kLooks = 20;  // of ranges at each term
+constexpr std::uint64_t kSample = 32;  // the part of its time that a look at the rate may take
+constexpr std::uint64_t kLooks = 20;   // of ranges at each term
 
 }  // namespace
 
@@ -43,7 +45,9 @@ void Solver::enter_enumeration() {
       search::Enumeration::prepare(mgr, *formulas, known, kLongestTrial, options.threads);
 }
 
-/// What the assignments say, unknown if nothing yet.
+/// What the assignments say, unknown if nothing yet. The effort is what the last run of the SAT
+/// solver would have sufficed for, about half of what all have taken: what would take longer than
+/// twice that waits, but for a small part that shows how long it takes.
 Answer Solver::try_all(std::uint64_t effort) {
   using Outcome = search::Enumeration::Outcome;
   if (!back_end->enumeration) return Answer::unknown;
@@ -53,14 +57,13 @@ Answer Solver::try_all(std::uint64_t effort) {
   {
     const Stopwatch watch(&statistics.assignment_seconds);
     effort *= options.threads;
-    // What would take no longer than what was spent so far is taken to its end.
-    const bool is_nearly_done =
-        enumeration.estimate() <= static_cast<double>(effort + enumeration.get_effort());
-    outcome = enumeration.run(is_nearly_done ? 2 * effort + enumeration.get_effort() : effort,
-                              options.termination_test);
+    const bool is_due = enumeration.estimate() <= 4 * static_cast<double>(effort);
+    outcome = enumeration.run(is_due ? 4 * effort : effort / kSample, options.termination_test);
   }
   statistics.assignments += enumeration.get_tried() - before;
-  log(fmt::format("tried {} of {} assignments", enumeration.get_tried(), enumeration.get_count()));
+  log(fmt::format("tried {} of {} assignments, {:.1f} free bits", enumeration.get_tried(),
+                  enumeration.get_count(),
+                  std::log2(std::max(1.0, static_cast<double>(enumeration.get_count())))));
   switch (outcome) {
     case Outcome::open:
       return Answer::unknown;
@@ -108,8 +111,7 @@ bool Solver::is_enumerated_without(const std::vector<bool>& left_out, std::uint6
   }
   auto enumeration = search::Enumeration::prepare(
       mgr, kept, options.ranges ? &propagation : nullptr, effort, options.threads);
-  return enumeration &&
-         enumeration->run(effort, nullptr) == search::Enumeration::Outcome::refuted;
+  return enumeration && enumeration->run(effort, nullptr) == search::Enumeration::Outcome::refuted;
 }
 
 /// Assumptions under which no assignment is a model; none that can be seen in a short time to be
@@ -118,8 +120,7 @@ std::vector<std::size_t> Solver::get_enumerated_assumptions() const {
   std::vector<std::size_t> failed;
   std::vector<bool> left_out(assumptions.size());
   const bool is_short = back_end->theory.is_empty();
-  const std::uint64_t effort =
-      kMostBlameEffort / std::max<std::size_t>(assumptions.size(), 1);
+  const std::uint64_t effort = kMostBlameEffort / std::max<std::size_t>(assumptions.size(), 1);
   for (std::size_t i = 0; i < assumptions.size(); ++i) {
     left_out[i] = is_short;
     if (is_short && is_enumerated_without(left_out, effort)) continue;
