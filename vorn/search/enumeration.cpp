@@ -140,7 +140,7 @@ void Enumeration::work(Worker& worker, const TerminationTest* test, std::atomic<
   if (worker.first < worker.end && !keeps_subnormals()) *stop = true;
   std::uint64_t blocks = 0;
   for (std::uint64_t first = worker.first; first < worker.end; first += kLanes) {
-    if (++blocks % kBlocksBetweenTests == 0 && test != nullptr && test->terminate()) *stop = true;
+    if (blocks++ % kBlocksBetweenTests == 0 && test != nullptr && test->terminate()) *stop = true;
     if (stop->load(std::memory_order_relaxed)) return;
     const auto length =
         static_cast<std::size_t>(std::min<std::uint64_t>(kLanes, worker.end - first));
