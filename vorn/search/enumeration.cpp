@@ -119,8 +119,11 @@ Enumeration::Outcome Enumeration::run(std::uint64_t effort, const TerminationTes
   {
     std::vector<std::jthread> threads;
     for (std::size_t i = 1; i < workers.size(); ++i)
-      threads.emplace_back([this, i, &stop] { work(workers[i], nullptr, &stop); });
+      threads.emplace_back([this, i, &stop] { work_apart(workers[i], &stop); });
     work(workers[0], test, &stop);
+  }
+  for (const Worker& worker : workers) {
+    if (worker.failure) std::rethrow_exception(worker.failure);
   }
   for (std::size_t i = 0; i < workers.size(); ++i) {
     if (!workers[i].found) continue;
@@ -131,6 +134,16 @@ Enumeration::Outcome Enumeration::run(std::uint64_t effort, const TerminationTes
   for (const Worker& worker : workers)
     tried += worker.tried;
   return tried == count ? Outcome::refuted : Outcome::open;
+}
+
+/// The same in a thread of its own, which no exception may leave.
+void Enumeration::work_apart(Worker& worker, std::atomic<bool>* stop) const {
+  try {
+    work(worker, nullptr, stop);
+  } catch (...) {
+    worker.failure = std::current_exception();
+    *stop = true;
+  }
 }
 
 /// Tries the assignments of a worker, in blocks.

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <optional>
 #include <span>
 #include <utility>
@@ -77,6 +78,7 @@ class Enumeration {
     std::uint64_t end = 0;
     std::optional<std::uint64_t> found;  // the number of an assignment
     std::size_t lane = 0;                // that it has
+    std::exception_ptr failure;
   };
 
   explicit Enumeration(WordProgram program) : formulas(std::move(program)) {}
@@ -85,6 +87,7 @@ class Enumeration {
   void fill(Worker& worker, std::uint64_t first) const;
   template <class W>
   void fill_digit(Worker& worker, std::size_t digit, std::uint64_t first) const;
+  void work_apart(Worker& worker, std::atomic<bool>* stop) const;
   void work(Worker& worker, const TerminationTest* test, std::atomic<bool>* stop) const;
 
   WordProgram formulas;
