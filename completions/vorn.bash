@@ -11,10 +11,10 @@ _vorn() {
   case $previous in
     --encoder) mapfile -t COMPREPLY < <(compgen -W 'ieee base' -- "$current") && return ;;
     --to) mapfile -t COMPREPLY < <(compgen -W 'smt2 dimacs aiger dot' -- "$current") && return ;;
-    --time-limit | --memory-limit) return ;;
+    --time-limit | --memory-limit | --threads) return ;;
   esac
   if [[ $current == -* ]]; then
-    local solve='--encoder --time-limit --memory-limit --no-rewrite --no-local-search --no-ranges --no-reals --no-relations --check-model --cnf --proof --stats --verbose --strict' options=--help
+    local solve='--encoder --time-limit --memory-limit --no-rewrite --no-local-search --no-ranges --no-reals --no-enumeration --threads --no-relations --check-model --cnf --proof --stats --verbose --strict' options=--help
     case $command in
       '') options+=" --version $solve" ;;
       solve) options+=" $solve" ;;

@@ -16,7 +16,7 @@ BELOW = {
     "semantics": ["terms", "utils"],
     "ranges": ["semantics", "terms", "utils"],
     "rewrite": ["semantics", "terms", "utils"],
-    "search": ["rewrite", "semantics", "terms", "utils"],
+    "search": ["ranges", "rewrite", "semantics", "terms", "utils"],
     "theories": ["semantics", "terms", "utils"],
     "reals": ["ranges", "semantics", "terms", "utils"],
     "solver": ["theories", "search", "reals", "ranges", "rewrite", "semantics", "smt2", "bv", "fp", "terms", "utils"],

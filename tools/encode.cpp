@@ -245,6 +245,7 @@ void encode_script(const EncodeOptions& options) {
   TermManager manager;
   solver::Options solver_options;
   solver_options.encoder = options.encoder;
+  solver_options.enumeration = false;
   solver_options.relations = false;
   solver_options.debug_labels = options.target == EncodeOptions::Target::dot;
   ReadingOptions reading;

@@ -30,6 +30,8 @@ struct SolveOptions {
   bool local_search = true;
   bool ranges = true;
   bool reals = true;
+  bool enumeration = true;
+  unsigned threads = 1;
   bool relations = true;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;

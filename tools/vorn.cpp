@@ -70,6 +70,12 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->description("do not look for refutations by what values terms can have as well");
   app.add_flag_callback("--no-reals", [&options] { options.reals = false; })
       ->description("do not add up comparisons of rounded sums and products for that");
+  app.add_flag_callback("--no-enumeration", [&options] { options.enumeration = false; })
+      ->description("do not try all assignments where there are few");
+  app.add_option("--threads", options.threads,
+                 "try assignments in N threads; the rest is done in one")
+      ->type_name("N")
+      ->check(CLI::Range(1U, 256U));
   app.add_flag_callback("--no-relations", [&options] { options.relations = false; })
       ->description("do not state theorems on the terms of formulas beside them");
   app.add_flag("--check-model")

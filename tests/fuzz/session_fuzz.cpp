@@ -114,6 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   circuits.local_search = false;
   circuits.ranges = false;
   circuits.reals = false;
+  circuits.enumeration = false;
   circuits.relations = false;
   fuzz::compare(fuzz::run(text, {}), fuzz::run(text, circuits));
   solver::Options base;

@@ -44,15 +44,16 @@ Configuration second_configuration(std::uint64_t seed) {
   second.ranges = rest / 8 % 4 != 0;
   second.reals = rest % 3 != 0;
   second.relations = rest / 32 % 4 != 3;
+  second.enumeration = seed % 3 != 0;
   return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
                      c.collecting ? ", dropping terms" : "", c.local_search ? ", local search" : "",
                      c.cores ? ", cores" : "", c.ranges ? ", ranges" : "", c.reals ? ", reals" : "",
-                     c.relations ? ", relations" : "");
+                     c.relations ? ", relations" : "", c.enumeration ? ", enumeration" : "");
 }
 
 /// Those whose values are asked for after a sat.
@@ -154,8 +155,10 @@ std::vector<Checker::Result> Checker::run(const Script& script,
     Session& session = fresh ? *fresh : whole;
     if (configuration.collecting) session.collect_garbage();
     const std::uint64_t refutations = session.count_refutations();
+    const std::uint64_t enumerations = session.count_enumerations();
     result.answer = parse_answer(session.run(random::to_string(command)));
     result.is_refuted = session.count_refutations() != refutations;
+    result.is_tried = session.count_enumerations() != enumerations;
     if (result.answer == Answer::sat) ask_model(session, live, &result);
     if (result.answer == Answer::unsat) {
       ask_core(session, live, command, configuration.cores, &result);
@@ -244,6 +247,7 @@ Report Checker::check(const Script& script, std::uint64_t seed) const {
     for (std::size_t i = 0; i < first.size() && !report.failure; ++i) {
       ++report.checks;
       count_refutation(second[i], other, &report);
+      report.tried += second[i].is_tried ? 1 : 0;
       const Answer a = first[i].answer;
       const Answer b = second[i].answer;
       // What only the second run decided is judged all the same.

@@ -49,6 +49,8 @@ struct Configuration {
   bool reals = false;
   /// Whether theorems are stated beside assertions.
   bool relations = false;
+  /// Whether all assignments are tried too, where they are few.
+  bool enumeration = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -84,6 +86,11 @@ class Session {
     const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
     return solver == nullptr ? 0 : solver->get_statistics().refutations;
   }
+  /// How many were decided by trying all assignments.
+  std::uint64_t count_enumerations() const {
+    const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
+    return solver == nullptr ? 0 : solver->get_statistics().enumerations;
+  }
 
  private:
   solver::Options options_of(const Configuration& configuration) const {
@@ -94,6 +101,7 @@ class Session {
     options.ranges = configuration.ranges;
     options.reals = configuration.reals;
     options.relations = configuration.relations;
+    options.enumeration = configuration.enumeration;
     options.termination_test = &budget;
     return options;
   }

@@ -16,6 +16,7 @@ namespace vorn::solver {
 inline Options circuits_only() {
   Options options;
   options.local_search = false;
+  options.enumeration = false;
   return options;
 }
 

@@ -14,7 +14,6 @@ namespace vorn::search {
 namespace {
 
 using T = SymbolTag;
-using Mode = IEEEFloat::rounding_mode;
 
 // Elsewhere results would be rounded twice.
 constexpr bool kHasNativeFloats = FLT_EVAL_METHOD == 0 && std::numeric_limits<float>::is_iec559 &&
@@ -36,32 +35,10 @@ std::uint64_t to_bits(F value) {
   return std::bit_cast<Bits<F>>(value);
 }
 
-/// Sets the processor's mode; false for one that it does not have. Setting it is slow, so it is
-/// done only where the mode changes.
-bool set_rounding(std::uint64_t code) {
-  int mode = FE_TONEAREST;
-  switch (static_cast<Mode>(code)) {
-    case Mode::nearest_even:
-      break;
-    case Mode::toward_zero:
-      mode = FE_TOWARDZERO;
-      break;
-    case Mode::plus_inf:
-      mode = FE_UPWARD;
-      break;
-    case Mode::minus_inf:
-      mode = FE_DOWNWARD;
-      break;
-    case Mode::nearest_away:
-      return false;
-  }
-  return std::fegetround() == mode || std::fesetround(mode) == 0;
-}
-
 template <class F>
 std::optional<std::uint64_t> apply_rounded(SymbolTag::tag tag,
                                            std::span<const std::uint64_t> values) {
-  if (!set_rounding(values[0])) return std::nullopt;
+  if (!set_rounding(static_cast<IEEEFloat::rounding_mode>(values[0]))) return std::nullopt;
   const F x = from_bits<F>(values[1]);
   const F y = values.size() > 2 ? from_bits<F>(values[2]) : F{0};
   switch (tag) {
@@ -152,10 +129,37 @@ std::optional<std::uint64_t> apply_native(SymbolTag::tag tag, std::uint8_t forma
 
 std::optional<std::uint64_t> convert_native(std::uint8_t from, std::uint8_t to, std::uint64_t mode,
                                             std::uint64_t bits) {
-  if (!set_rounding(mode)) return std::nullopt;
+  if (!set_rounding(static_cast<IEEEFloat::rounding_mode>(mode))) return std::nullopt;
   if (from == to) return bits;
   if (to == 64) return to_bits<double>(from_bits<float>(bits));
   return to_bits<float>(static_cast<float>(from_bits<double>(bits)));
+}
+
+bool set_rounding(IEEEFloat::rounding_mode wanted) {
+  int mode = FE_TONEAREST;
+  switch (wanted) {
+    case IEEEFloat::rounding_mode::nearest_even:
+      break;
+    case IEEEFloat::rounding_mode::toward_zero:
+      mode = FE_TOWARDZERO;
+      break;
+    case IEEEFloat::rounding_mode::plus_inf:
+      mode = FE_UPWARD;
+      break;
+    case IEEEFloat::rounding_mode::minus_inf:
+      mode = FE_DOWNWARD;
+      break;
+    case IEEEFloat::rounding_mode::nearest_away:
+      return false;
+  }
+  return std::fegetround() == mode || std::fesetround(mode) == 0;
+}
+
+bool keeps_subnormals() {
+  const volatile double least_normal = std::numeric_limits<double>::min();
+  const volatile double least = std::numeric_limits<double>::denorm_min();
+  const volatile double half = least_normal / 2;
+  return std::bit_cast<std::uint64_t>(double{half}) != 0 && least + least > least;
 }
 
 void reset_rounding() {

@@ -24,6 +24,13 @@ std::optional<std::uint64_t> apply_native(SymbolTag::tag tag, std::uint8_t forma
 std::optional<std::uint64_t> convert_native(std::uint8_t from, std::uint8_t to, std::uint64_t mode,
                                             std::uint64_t bits);
 
+/// Sets the processor's rounding mode for this thread; false for one that it does not have. Setting
+/// it is slow, so it is done only where the mode changes.
+bool set_rounding(IEEEFloat::rounding_mode mode);
+/// Whether the processor computes with subnormal numbers in this thread, as IEEE 754 has it: a
+/// program may have told it to take them for zeros.
+bool keeps_subnormals();
+
 /// Calls of these functions with other modes than to nearest leave theirs set; this sets to
 /// nearest.
 void reset_rounding();

@@ -23,20 +23,6 @@ constexpr float kNotANumber = 64;   // as far as any two numbers are apart
 constexpr float kElsewhere = 8;     // where no distance is measured
 constexpr std::uint64_t kExactEffort = 50;
 
-QNumber to_number(std::uint64_t word) {
-  mpz_class value;
-  mpz_import(value.get_mpz_t(), 1, 1, sizeof(word), 0, 0, &word);
-  return QNumber::from_mpz(value);
-}
-
-std::uint64_t to_word(const QNumber& number) {
-  std::int64_t small = 0;
-  if (number.get_int64(&small)) return static_cast<std::uint64_t>(small);
-  std::uint64_t word = 0;
-  mpz_export(&word, nullptr, 1, sizeof(word), 0, 0, number.get_numerator().get_mpz_t());
-  return word;
-}
-
 bool is_float(const DataType* type) {
   return type->get_kind() == DataType::Kind::floating_point;
 }
@@ -73,6 +59,20 @@ bool fits_a_word(const Term* t) {
 
 }  // namespace
 
+QNumber to_number(std::uint64_t word) {
+  mpz_class value;
+  mpz_import(value.get_mpz_t(), 1, 1, sizeof(word), 0, 0, &word);
+  return QNumber::from_mpz(value);
+}
+
+std::uint64_t to_word(const QNumber& number) {
+  std::int64_t small = 0;
+  if (number.get_int64(&small)) return static_cast<std::uint64_t>(small);
+  std::uint64_t word = 0;
+  mpz_export(&word, nullptr, 1, sizeof(word), 0, 0, number.get_numerator().get_mpz_t());
+  return word;
+}
+
 std::int64_t order_of(std::uint64_t bits, std::size_t width) {
   const std::uint64_t sign = std::uint64_t{1} << (width - 1);
   const auto magnitude = static_cast<std::int64_t>(bits & (sign - 1));
@@ -90,7 +90,8 @@ std::uint64_t bits_of_order(std::int64_t order, std::size_t width) {
 /// a search could keep only by changing both sides at once. That fp.eq takes NaN out and the zeros
 /// together is no matter here: the equation itself is still a formula.
 WordProgram::Definitions WordProgram::find_definitions(const TermManager& manager,
-                                                       std::span<const Term* const> formulas) {
+                                                       std::span<const Term* const> formulas,
+                                                       const Test& defines) {
   Definitions definitions;
   QNumber ignored;
   const auto is_constant = [&](const Term* t) {
@@ -104,6 +105,7 @@ WordProgram::Definitions WordProgram::find_definitions(const TermManager& manage
       tag = T::bool_iff;
     }
     if (tag != T::equal && tag != T::bool_iff && tag != T::fp_equal) continue;
+    if (defines && !defines(f)) continue;
     for (const std::size_t side : {0U, 1U}) {
       const Term* constant = f->get_arg(side);
       if (!is_constant(constant)) continue;
@@ -115,9 +117,9 @@ WordProgram::Definitions WordProgram::find_definitions(const TermManager& manage
 
 std::optional<WordProgram> WordProgram::compile(const TermManager& manager,
                                                 std::span<const Term* const> formulas,
-                                                std::size_t limit) {
+                                                std::size_t limit, const Test& defines) {
   WordProgram program;
-  Definitions definitions = find_definitions(manager, formulas);
+  Definitions definitions = find_definitions(manager, formulas, defines);
   std::unordered_map<const Term*, Slot> slots;
   std::unordered_set<const Term*> entered;  // defined constants
   std::vector<const Term*> stack(formulas.rbegin(), formulas.rend());

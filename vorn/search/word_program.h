@@ -13,7 +13,9 @@
 #ifndef VORN_SEARCH_WORD_PROGRAM_H
 #define VORN_SEARCH_WORD_PROGRAM_H
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -27,6 +29,7 @@ namespace vorn::search {
 class WordProgram {
  public:
   using Slot = std::uint32_t;
+  using Test = std::function<bool(const Term*)>;
   struct Cost {
     float of_true = 0;
     float of_false = 0;
@@ -34,10 +37,11 @@ class WordProgram {
 
   /// The program of these formulas; none where a term has more than 64 bits or where there are more
   /// than `limit` terms. A constant that a formula equates with a term is computed as that term, as
-  /// long as it does not depend on itself.
+  /// long as it does not depend on itself, and as `defines` does not say that this equation may
+  /// hold of different bits, as fp.eq does of zeros.
   static std::optional<WordProgram> compile(const TermManager& manager,
                                             std::span<const Term* const> formulas,
-                                            std::size_t limit);
+                                            std::size_t limit, const Test& defines = {});
 
   /// The slots of the formulas, of uninterpreted constants, and of literals.
   std::span<const Slot> get_roots() const { return roots; }
@@ -45,6 +49,10 @@ class WordProgram {
   /// Slots of uninterpreted constants that are computed.
   std::span<const Slot> get_defined() const { return defined; }
   std::span<const Slot> get_literals() const { return literals; }
+  /// Whether a slot is a literal, a truth value or a rounding mode.
+  bool is_literal(Slot slot) const {
+    return nodes[slot].arity == 0 && !std::binary_search(constants.begin(), constants.end(), slot);
+  }
   std::size_t get_size() const { return nodes.size(); }
   /// Whether a term is a float.
   bool has_floats() const { return floats; }
@@ -80,7 +88,7 @@ class WordProgram {
   using Definitions = std::unordered_map<const Term*, const Term*>;
 
   static Definitions find_definitions(const TermManager& manager,
-                                      std::span<const Term* const> formulas);
+                                      std::span<const Term* const> formulas, const Test& defines);
   Slot add(const TermManager& manager, const Term* t, std::span<const Slot> args);
   void compute(Slot slot);
   std::optional<std::uint64_t> compute_natively(const Node& node) const;
@@ -102,6 +110,10 @@ class WordProgram {
   std::vector<Slot> literals;
   bool floats = false;
 };
+
+/// A value of at most 64 bits as a number, and back.
+QNumber to_number(std::uint64_t word);
+std::uint64_t to_word(const QNumber& number);
 
 /// The patterns of a format of at most 64 bits in numeric order, the zeros together at 0: negative
 /// ones for floats below zero. NaNs are beyond the infinities.

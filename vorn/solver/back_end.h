@@ -17,6 +17,7 @@
 #include "vorn/ranges/splitting.h"
 #include "vorn/rewrite/fp_rewriter.h"
 #include "vorn/rewrite/relations.h"
+#include "vorn/search/enumeration.h"
 #include "vorn/search/local_search.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
@@ -134,6 +135,7 @@ struct Solver::BackEnd {
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed
   std::unique_ptr<Circuits> discarded;              // such as are of no use, until the next check
   std::optional<search::LocalSearch> local_search;  // of the current check
+  std::optional<search::Enumeration> enumeration;   // likewise
   std::optional<ranges::Propagation> ranges;        // of the assertions, level by level
   std::size_t ranged = 0;                           // how many of them it has
   std::optional<ranges::Splitting> splitting;       // of the current check; on levels of its own

@@ -24,6 +24,9 @@ constexpr std::uint64_t kEffortPerConflict = 1'000;
 // Looks of the ranges at a term, each of some microseconds.
 constexpr std::uint64_t kRangesPerConflict = 4;
 constexpr std::uint64_t kMostRangesPerConflict = 100;  // where the end is in sight
+// Operations on assignments, as many as take about the time of a conflict.
+constexpr std::uint64_t kTriesPerClause = 16;
+constexpr std::uint64_t kFewestTriesPerConflict = 100'000;
 
 }  // namespace
 
@@ -96,7 +99,9 @@ Answer Solver::decide() {
       options.local_search && !options.is_traced() && options.encoder == EncoderKind::ieee;
   if (try_shortly()) return Answer::sat;
   enter_ranges();
+  enter_enumeration();
   const Answer answer = decide_by_search();
+  back_end->enumeration.reset();
   leave_ranges();
   return answer;
 }
@@ -164,7 +169,11 @@ bool Solver::has_local_search() {
 bool Solver::try_assignments(std::uint64_t effort) {
   if (!has_local_search()) return false;
   if (!back_end->local_search->run(effort, options.termination_test)) return false;
-  read_found_model();
+  std::vector<std::pair<const Term*, QNumber>> values;
+  const search::LocalSearch& found = *back_end->local_search;
+  for (const auto slot : found.get_constants())
+    values.emplace_back(found.get_term(slot), found.get_value(slot));
+  read_found_model(values);
   has_model = (back_end->theory.is_empty() || interpret_model().empty()) && model_holds();
   if (has_model) ++statistics.tried_models;
   // A processor that does not round as IEEE 754 has it may take anything for a model.
@@ -175,6 +184,7 @@ bool Solver::try_assignments(std::uint64_t effort) {
 
 Answer Solver::search() {
   if (try_short_refutation()) return Answer::unsat;
+  if (const Answer answer = try_all_shortly(); answer != Answer::unknown) return answer;
   replace_garbage();
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
@@ -196,7 +206,8 @@ Answer Solver::search() {
     for (const Assumption& assumption : assumptions) {
       if (assumption.literal != 0) sat.assume(assumption.literal);
     }
-    const bool is_limited = (may_search_locally || may_refute) && conflicts < kMostConflicts;
+    const bool has_company = may_search_locally || may_refute || back_end->enumeration;
+    const bool is_limited = has_company && conflicts < kMostConflicts;
     if (is_limited) sat.limit_conflicts(conflicts);
     switch (sat.solve()) {
       case bv::SatSolver::Result::sat:
@@ -212,6 +223,9 @@ Answer Solver::search() {
     if (try_assignments(kEffortPerConflict * share)) return Answer::sat;
     if (try_refutation(kRangesPerConflict * share, kMostRangesPerConflict * share))
       return Answer::unsat;
+    const std::uint64_t tries =
+        std::max(kTriesPerClause * sat.get_clause_count(), kFewestTriesPerConflict);
+    if (const Answer tried = try_all(tries * share); tried != Answer::unknown) return tried;
   }
 }
 

@@ -30,15 +30,13 @@ void Solver::read_model() {
   }
 }
 
-/// Takes the model that local search found.
-void Solver::read_found_model() {
-  const search::LocalSearch& found = *back_end->local_search;
+/// Takes the model that a search by values found.
+void Solver::read_found_model(std::span<const std::pair<const Term*, QNumber>> values) {
   model.clear();
   open_conversions.clear();
   interpretation->clear();
-  for (const auto slot : found.get_constants()) {
-    model.emplace(model_key(found.get_term(slot)), found.get_value(slot));
-  }
+  for (const auto& [constant, value] : values)
+    model.emplace(model_key(constant), value);
 }
 
 /// What has a constant's value in the model: of a float or rounding mode, what encodes it.

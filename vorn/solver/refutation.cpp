@@ -22,7 +22,7 @@ ranges::Splitting::Judge judge_of(const Options& options) {
 
 /// Brings the ranges to the assertions of the current check, assumptions among them.
 void Solver::enter_ranges() {
-  is_refuted = false;
+  is_refuted = is_enumerated = false;
   // The circuits of the base encoder depart from the values of IEEE 754, and a trace is of clauses.
   may_refute = options.ranges && !options.is_traced() && options.encoder == EncoderKind::ieee;
   if (!may_refute) return;

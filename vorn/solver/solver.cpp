@@ -44,6 +44,7 @@ void Solver::discard(bool keep_translation) {
     discarded = std::move(back_end);
   } else {
     back_end->local_search.reset();
+    back_end->enumeration.reset();
     drop_ranges();
     back_end->discarded = std::move(back_end->circuits);
   }
@@ -245,6 +246,7 @@ void Solver::set_seed(std::uint32_t seed) {
 
 std::vector<std::size_t> Solver::get_unsat_assumptions() {
   if (!is_unsat) throw std::logic_error("the last answer is not unsat");
+  if (is_enumerated) return get_enumerated_assumptions();
   if (is_refuted) return get_refuted_assumptions();
   std::vector<std::size_t> failed;
   for (std::size_t i = 0; i < assumptions.size(); ++i) {

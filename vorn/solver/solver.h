@@ -76,6 +76,10 @@ struct VORN_EXPORT Options {
   bool ranges = true;
   /// Whether these are helped by what comparisons of rounded sums and products add up to.
   bool reals = true;
+  /// Whether all assignments are tried where there are few, with the exact encoder and without
+  /// traces; and by how many threads.
+  bool enumeration = true;
+  unsigned threads = 1;
   /// Whether theorems on the terms of the assertions are stated beside them, with the exact encoder
   /// and without traces.
   bool relations = true;
@@ -107,6 +111,9 @@ struct VORN_EXPORT Statistics {
   std::uint64_t tried_models = 0;  // models that local search found
   std::uint64_t refutations = 0;   // that ranges found
   std::uint64_t convictions = 0;   // of cases, or all at once, by adding up comparisons
+  std::uint64_t enumerations = 0;  // checks that were decided by trying all assignments
+  std::uint64_t assignments = 0;   // that were tried there, and where this had no outcome
+  double assignment_seconds = 0;   // of trying them
   std::uint64_t lemmas = 0;        // statements on arrays and functions
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
@@ -205,6 +212,12 @@ class VORN_EXPORT Solver : public Engine {
   bool try_shortly();
   bool has_local_search();
   bool try_assignments(std::uint64_t effort);
+  std::optional<std::vector<const Term*>> find_formulas_of_bits();
+  void enter_enumeration();
+  Answer try_all(std::uint64_t effort);
+  Answer try_all_shortly();
+  bool is_enumerated_without(const std::vector<bool>& left_out, std::uint64_t effort) const;
+  std::vector<std::size_t> get_enumerated_assumptions() const;
   void enter_ranges();
   void leave_ranges();
   void drop_ranges();
@@ -218,7 +231,7 @@ class VORN_EXPORT Solver : public Engine {
   void write_trail(const Trail<const Term*>& conjuncts, std::size_t* written);
   void write_conjunct(const Term* conjunct, std::size_t level);
   void read_model();
-  void read_found_model();
+  void read_found_model(std::span<const std::pair<const Term*, QNumber>> values);
   semantics::Evaluator evaluate_model();
   bool model_holds();
   std::vector<const Term*> interpret_model();
@@ -243,7 +256,8 @@ class VORN_EXPORT Solver : public Engine {
   ShortSearch short_search;
   bool may_search_locally = false;  // in the current check
   bool may_refute = false;          // by ranges, in the current check
-  bool is_refuted = false;          // what was unsat in the last check was so by ranges
+  bool is_refuted = false;          // what was unsat in the last check was so by ranges, or
+  bool is_enumerated = false;       // by trying all assignments
   bool has_model = false;
   bool is_unsat = false;  // the last check answered unsat, and nothing has changed since
   std::unordered_map<const Term*, QNumber> model;  // values of bit-vector and Boolean constants

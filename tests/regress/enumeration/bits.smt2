@@ -1,0 +1,11 @@
+; A guess at a square root from the bits of a number, as programs made it.
+(set-info :status unsat)
+(set-logic QF_BVFP)
+(declare-const b (_ BitVec 16))
+(define-fun x () Float16 ((_ to_fp 5 11) b))
+(define-fun guess () Float16 ((_ to_fp 5 11) (bvadd (bvlshr b #x0001) #x1e00)))
+(define-fun error () Float16 (fp.abs (fp.sub RNE (fp.sqrt RNE x) guess)))
+(assert (fp.leq ((_ to_fp 5 11) RNE 0.0625) x))
+(assert (fp.leq x ((_ to_fp 5 11) RNE 64.0)))
+(assert (fp.gt error (fp.mul RNE guess ((_ to_fp 5 11) RNE 0.0625))))
+(check-sat)

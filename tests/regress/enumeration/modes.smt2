@@ -1,0 +1,10 @@
+; Rounding modes that are chosen by a condition: nearest, ties away, is one that processors lack.
+(set-info :status unsat)
+(set-logic QF_FP)
+(declare-const x (_ FloatingPoint 4 5))
+(declare-const y (_ FloatingPoint 3 3))
+(declare-const r RoundingMode)
+(define-fun wide () (_ FloatingPoint 4 5) ((_ to_fp 4 5) r y))
+(define-fun mode () RoundingMode (ite (fp.lt x wide) r RTZ))
+(assert (fp.lt (fp.add RTP x wide) (fp.add mode x wide)))
+(check-sat)
