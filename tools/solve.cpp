@@ -74,6 +74,7 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
   chosen.local_search = options.local_search;
   chosen.ranges = options.ranges;
   chosen.relations = options.relations;
+  chosen.substitution = options.substitution;
   chosen.cnf_file = options.cnf_file;
   chosen.proof_file = options.proof_file;
   return chosen;
