@@ -43,15 +43,16 @@ Configuration second_configuration(std::uint64_t seed) {
   second.minimal_cores = second.cores && rest / 4 % 2 == 1;
   second.ranges = rest / 8 % 4 != 0;
   second.relations = rest / 32 % 4 != 3;
+  second.substitution = seed % 4 != 3;
   return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
                      c.collecting ? ", dropping terms" : "", c.local_search ? ", local search" : "",
                      c.cores ? ", cores" : "", c.ranges ? ", ranges" : "",
-                     c.relations ? ", relations" : "");
+                     c.relations ? ", relations" : "", c.substitution ? ", substitution" : "");
 }
 
 /// Those whose values are asked for after a sat.

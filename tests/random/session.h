@@ -47,6 +47,8 @@ struct Configuration {
   bool ranges = false;
   /// Whether theorems are stated beside assertions.
   bool relations = false;
+  /// Whether definitions and truth values take the place of what they stand for.
+  bool substitution = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -91,6 +93,7 @@ class Session {
     options.local_search = configuration.local_search;
     options.ranges = configuration.ranges;
     options.relations = configuration.relations;
+    options.substitution = configuration.substitution;
     options.termination_test = &budget;
     return options;
   }

@@ -10,6 +10,8 @@ namespace {
 
 // A round walks over all of the group. Few formulas have anything left after four.
 constexpr int kMostRounds = 10;
+// What cycles may waste of a walk is as much as it does, and this, so that small ones are all cut.
+constexpr std::size_t kLeastWaste = 1'000;
 
 /// A formula without its negations, and the truth value that it has where `f` holds.
 std::pair<const Term*, bool> strip_negations(const Term* f) {
@@ -314,7 +316,7 @@ void TopLevel::cut_cycle() {
     opened.pop_back();
   };
   drop_innermost();
-  if (wasted <= result_keys.size() + candidates.size()) return;
+  if (wasted <= kLeastWaste + result_keys.size()) return;
   while (!opened.empty())
     drop_innermost();
   for (auto& [constant, candidate] : candidates) {
