@@ -14,10 +14,11 @@ run() {
 # A wrong refutation shows in the answer, or in what is blamed for one that is right.
 wrong='^seed [0-9]+: (disagreement|wrong unsat|wrong core)'
 run none 0 ' 0 failures' '^$' 1 100
-for fault in add_short mul_number round_mode narrow_add_short narrow_less_short to_integer_closed \
+for fault in add_short mul_number narrow_add_short narrow_less_short to_integer_closed \
   bits_short pop_keeps forget_rest; do
   run $fault 1 ' 1 failures' "$wrong" 1 1500
 done
+run round_mode 1 ' 1 failures' "$wrong" 2001 1500
 run blame_short 1 ' 1 failures' '^seed [0-9]+: wrong core' 1 1500
 
 summary

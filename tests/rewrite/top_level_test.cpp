@@ -112,8 +112,8 @@ TEST_F(TopLevelTest, LeavesWhatOccursInItsOwnValue) {
 /// One of the equations is left of a cycle, and says that a value is its own successor's successor.
 TEST_F(TopLevelTest, LeavesOneOfACycle) {
   const auto next = [this](const Term* t) { return mgr.make_bv_mul(t, mgr.make_bv_add(t, t)); };
-  const Terms stated =
-      simplify({mgr.make_equal(x, next(y)), mgr.make_equal(y, next(z)), mgr.make_equal(z, next(x))});
+  const Terms stated = simplify(
+      {mgr.make_equal(x, next(y)), mgr.make_equal(y, next(z)), mgr.make_equal(z, next(x))});
   ASSERT_EQ(stated.size(), 1U);
   EXPECT_EQ(top.get_definitions().size(), 2U);
   EXPECT_EQ(find_constants(mgr, stated[0]).size(), 1U);
@@ -136,9 +136,9 @@ TEST_F(TopLevelTest, LeavesOneOfCyclesThatShareATerm) {
 TEST_F(TopLevelTest, GoesOnWithWhatFollows) {
   const Term* a = less(x, bits(3));
   // p gives y = 5, that a, and a q.
-  const Terms stated = simplify({mgr.make_or(mgr.make_not(a), q), mgr.make_term_ite(p, a, r),
-                                 mgr.make_or(mgr.make_not(p), mgr.make_equal(y, bits(5))), p,
-                                 less(x, y)});
+  const Terms stated =
+      simplify({mgr.make_or(mgr.make_not(a), q), mgr.make_term_ite(p, a, r),
+                mgr.make_or(mgr.make_not(p), mgr.make_equal(y, bits(5))), p, less(x, y)});
   EXPECT_EQ(stated, (Terms{a, less(x, bits(5))}));
   EXPECT_EQ(value_of(q), mgr.make_true());
   EXPECT_EQ(value_of(y), bits(5));

@@ -1,4 +1,5 @@
-// Definitions in the solver: values of constants that are gone, levels, assumptions, what leaves it.
+// Definitions in the solver: values of constants that are gone, levels, assumptions, what leaves
+// it.
 #include <algorithm>
 #include <string>
 #include <vector>

@@ -97,9 +97,7 @@ struct VORN_EXPORT Options {
   /// Whether a check leaves traces.
   bool is_traced() const { return !cnf_file.empty() || !proof_file.empty(); }
   /// Whether definitions are substituted.
-  bool substitutes() const {
-    return substitution && encoder == EncoderKind::ieee && !is_traced();
-  }
+  bool substitutes() const { return substitution && encoder == EncoderKind::ieee && !is_traced(); }
 };
 
 /// What a solver has done so far.
@@ -157,10 +155,10 @@ class VORN_EXPORT Solver : public Engine {
   void set_seed(std::uint32_t seed) override;
 
   /// What check_sat with these assumptions would decide, as a formula without floats. The solver is
-  /// then as after a check without a model, and substitutes no definitions from there on. With Theories::lemmas, which make a check of their own,
-  /// throws Terminated where that has no answer, and std::invalid_argument where what it has found
-  /// holds only for infinite sorts; with Theories::kept, std::invalid_argument where arrays over
-  /// bits would not do.
+  /// then as after a check without a model, and substitutes no definitions from there on. With
+  /// Theories::lemmas, which make a check of their own, throws Terminated where that has no answer,
+  /// and std::invalid_argument where what it has found holds only for infinite sorts; with
+  /// Theories::kept, std::invalid_argument where arrays over bits would not do.
   Encoding encode(std::span<const Term* const> assumed, Theories theories = Theories::lemmas);
   /// The constant that stands for a constant of the assertions in their encoding; null for a float
   /// or rounding mode that none of them mentions.
