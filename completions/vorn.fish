@@ -23,6 +23,7 @@ complete -c vorn -n $solve -l no-reals -d 'do not add up comparisons for refutat
 complete -c vorn -n $solve -l no-enumeration -d 'do not try all assignments'
 complete -c vorn -n $solve -l threads -x -d 'try assignments in that many threads'
 complete -c vorn -n $solve -l no-relations -d 'state no theorems beside formulas'
+complete -c vorn -n $solve -l no-substitution -d 'substitute no definitions'
 complete -c vorn -n $solve -l check-model -d 'check each model, which is always done'
 complete -c vorn -n $solve -l cnf -r -d 'write the clauses in DIMACS'
 complete -c vorn -n $solve -l proof -r -d 'write a proof of unsat in DRAT'

@@ -25,12 +25,18 @@ namespace {
 
 class Reached final : public std::exception {};
 
+/// An encoding is of all assertions as they are.
+solver::Options without_substitution(solver::Options options) {
+  options.substitution = false;
+  return options;
+}
+
 /// Translates as the solver does, and decides nothing unless it is told to.
 class CapturingSolver final : public solver::Solver {
  public:
   CapturingSolver(TermManager& manager, const solver::Options& chosen,
                   const ReadingOptions& reading_options)
-      : Solver(manager, chosen), reading(reading_options) {}
+      : Solver(manager, without_substitution(chosen)), reading(reading_options) {}
 
   Answer check_sat(std::span<const Term* const> assumed) override {
     encoding = encode(assumed, reading.theories);

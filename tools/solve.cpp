@@ -79,6 +79,7 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
   chosen.enumeration = options.enumeration;
   chosen.threads = options.threads;
   chosen.relations = options.relations;
+  chosen.substitution = options.substitution;
   chosen.cnf_file = options.cnf_file;
   chosen.proof_file = options.proof_file;
   return chosen;

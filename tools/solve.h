@@ -33,6 +33,7 @@ struct SolveOptions {
   bool enumeration = true;
   unsigned threads = 1;
   bool relations = true;
+  bool substitution = true;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;

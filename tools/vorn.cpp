@@ -78,6 +78,8 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->check(CLI::Range(1U, 256U));
   app.add_flag_callback("--no-relations", [&options] { options.relations = false; })
       ->description("do not state theorems on the terms of formulas beside them");
+  app.add_flag_callback("--no-substitution", [&options] { options.substitution = false; })
+      ->description("do not put definitions and truth values in place of what they stand for");
   app.add_flag("--check-model")
       ->description("check each model before sat is answered, which is always done");
   app.add_option("--cnf", options.cnf_file,

@@ -45,15 +45,17 @@ Configuration second_configuration(std::uint64_t seed) {
   second.reals = rest % 3 != 0;
   second.relations = rest / 32 % 4 != 3;
   second.enumeration = seed % 3 != 0;
+  second.substitution = seed % 4 != 3;
   return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
                      c.collecting ? ", dropping terms" : "", c.local_search ? ", local search" : "",
                      c.cores ? ", cores" : "", c.ranges ? ", ranges" : "", c.reals ? ", reals" : "",
-                     c.relations ? ", relations" : "", c.enumeration ? ", enumeration" : "");
+                     c.relations ? ", relations" : "", c.enumeration ? ", enumeration" : "",
+                     c.substitution ? ", substitution" : "");
 }
 
 /// Those whose values are asked for after a sat.

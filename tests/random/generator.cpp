@@ -2,7 +2,8 @@
 //
 // A random formula is nearly always satisfiable. What makes a good part of the checks unsat is
 // small sorts, many assertions at a time, and atoms that come back, half of them negated. In some
-// scripts constants have bounds, and claims are made about terms.
+// scripts constants have bounds, and claims are made about terms. One assertion in five equates a
+// constant with a term.
 #include "tests/random/generator.h"
 
 #include <fmt/format.h>
@@ -207,7 +208,9 @@ class ScriptGenerator {
   }
 
   void assert_formula() {
-    Expression formula = random.percent(5) ? make_congruence() : make_formula();
+    Expression formula = random.percent(5)    ? make_congruence()
+                         : random.percent(20) ? make_definition()
+                                              : make_formula();
     if (random.percent(12)) {
       const std::string label = fresh_name();
       formula = {Expression::Kind::named, label, kBool, {formula}, {}};
@@ -216,6 +219,23 @@ class ScriptGenerator {
       name_subterm(&formula);
     }
     script.push_back(make_assertion(std::move(formula)));
+  }
+
+  /// Equates a constant with a term, in which it may occur, or with a literal or another constant.
+  Expression make_definition() {
+    std::vector<const Name*> constants;
+    for (const Name& name : scope.names) {
+      if (name.parameters.empty()) constants.push_back(&name);
+    }
+    if (constants.empty()) return make_formula();
+    const Expression constant = use(*random.pick(constants));
+    const Expression term = make_term(constant.sort, random.below(3));
+    std::vector<Expression> sides = {constant, term};
+    if (random.percent(50)) std::swap(sides[0], sides[1]);
+    Expression equation = {Expression::Kind::theory, "=", kBool, std::move(sides), {}};
+    remember(equation);
+    if (random.percent(75)) return equation;
+    return {Expression::Kind::theory, "and", kBool, {equation, make_formula()}, {}};
   }
 
   /// Asks, in one case of two beside another way out, for equal operands with different results.

@@ -51,6 +51,8 @@ struct Configuration {
   bool relations = false;
   /// Whether all assignments are tried too, where they are few.
   bool enumeration = false;
+  /// Whether definitions and truth values take the place of what they stand for.
+  bool substitution = false;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -102,6 +104,7 @@ class Session {
     options.reals = configuration.reals;
     options.relations = configuration.relations;
     options.enumeration = configuration.enumeration;
+    options.substitution = configuration.substitution;
     options.termination_test = &budget;
     return options;
   }

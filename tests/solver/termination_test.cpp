@@ -32,7 +32,7 @@ class Termination : public SolverTest {
   Termination() { options.termination_test = &stop; }
 
   /// Quotients 1 / x, where x is 1, that are all 1 or not all 1: many terms and circuits, and
-  /// nothing to search.
+  /// nothing to search. No equation says that x is 1, so that nothing is substituted.
   const Term* quotients_are_one(const std::string& name) {
     IEEEFloat value({11, 52}, IEEEFloat::rounding_mode::nearest_even);
     value.self_round(QNumber(1));
@@ -41,7 +41,8 @@ class Termination : public SolverTest {
     for (int i = 0; i < 4; ++i) {
       const Term* v = variable(name + std::to_string(i), mgr.get_fp_type(11, 52));
       const Term* quotient = mgr.make_fp_div(mgr.make_fprounding_even(), one, v);
-      f = mgr.make_and(f, mgr.make_and(mgr.make_equal(v, one), mgr.make_equal(quotient, one)));
+      const Term* is_one = mgr.make_and(mgr.make_fp_le(v, one), mgr.make_fp_le(one, v));
+      f = mgr.make_and(f, mgr.make_and(is_one, mgr.make_equal(quotient, one)));
     }
     return f;
   }

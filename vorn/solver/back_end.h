@@ -17,6 +17,7 @@
 #include "vorn/ranges/splitting.h"
 #include "vorn/rewrite/fp_rewriter.h"
 #include "vorn/rewrite/relations.h"
+#include "vorn/rewrite/top_level.h"
 #include "vorn/search/enumeration.h"
 #include "vorn/search/local_search.h"
 #include "vorn/solver/solver.h"
@@ -116,16 +117,21 @@ struct Solver::BackEnd {
         translator(manager, *encoder, theory) {
     encoder->set_termination_test(options.termination_test);
     encoder->set_debug_flag(options.debug_labels);
+    if (options.substitutes()) top_level.emplace(manager, options.termination_test);
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
     const bool is_exact = options.encoder == EncoderKind::ieee;
     if (options.relations && is_exact && !options.is_traced()) relations.emplace(manager);
   }
 
+  std::optional<rewrite::TopLevel> top_level;
+  std::size_t simplified = 0;  // how many of the assertions are, with all levels that they are on
+  /// What they became: as they are without substitution, and assumptions one by one, the last ones.
+  Trail<const Term*> formulas;
   std::optional<rewrite::FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   theories::TheoryTerms theory;
   Translator translator;
-  std::size_t translated = 0;    // how many of the assertions are, with all levels that they are on
+  std::size_t translated = 0;    // how many of the formulas are
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
   std::optional<rewrite::Relations> relations;
   std::size_t related = 0;    // how many of the encoded terms they have
@@ -137,7 +143,7 @@ struct Solver::BackEnd {
   std::optional<search::LocalSearch> local_search;  // of the current check
   std::optional<search::Enumeration> enumeration;   // likewise
   std::optional<ranges::Propagation> ranges;        // of the assertions, level by level
-  std::size_t ranged = 0;                           // how many of them it has
+  std::size_t ranged = 0;                           // how many of the formulas it has
   std::optional<ranges::Splitting> splitting;       // of the current check; on levels of its own
 };
 

@@ -66,8 +66,10 @@ Answer Solver::check_sat(std::span<const Term* const> assumed) {
   } catch (const std::bad_alloc&) {
     is_full = true;
   } catch (const std::invalid_argument&) {
+    // What is refused leaves the ranges half done, and how formulas simplify each other.
     drop_ranges();
-    throw;  // what is refused leaves nothing else half done
+    if (!is_translated && options.substitutes()) discard(false);
+    throw;
   } catch (...) {
     discard(is_translated);
     throw;
@@ -153,7 +155,7 @@ bool Solver::try_shortly() {
 /// Whether this check has a local search, which is prepared when it is first wanted.
 bool Solver::has_local_search() {
   if (!may_search_locally || back_end->local_search) return may_search_locally;
-  std::optional<std::vector<const Term*>> formulas = assertions.get_items();
+  std::optional<std::vector<const Term*>> formulas = back_end->formulas.get_items();
   if (!back_end->theory.is_empty()) {
     formulas = theories::read_away(mgr, &back_end->theory, get_encoded_assertions());
   }
@@ -189,6 +191,10 @@ Answer Solver::search() {
   write_clauses();
   bv::SatSolver& sat = *back_end->circuits->sat;
   if (const std::string rules = describe_rewriting(); !rules.empty()) log("rewriting: " + rules);
+  if (back_end->top_level) {
+    log(fmt::format("substitution: {} definitions, {} truth values", statistics.definitions,
+                    statistics.truths));
+  }
   if (back_end->relations) {
     if (const std::string kinds = back_end->relations->describe_counts(); !kinds.empty()) {
       log("relations: " + kinds);

@@ -28,6 +28,11 @@ void Solver::find_lemmas() {
 Encoding Solver::encode(std::span<const Term* const> assumed, Theories theories) {
   enter_assumptions(assumed);
   is_deferred = false;
+  if (options.substitutes()) {
+    // Who decides the formula finds values for all constants in it.
+    drop_back_end();
+    options.substitution = false;
+  }
   translate_new();
   const TestedTerms tested(mgr, options.termination_test);
   Encoding encoding;

@@ -125,6 +125,10 @@ bool Solver::model_holds() {
   // What was encoded comes first: its conversions decide for those that rewriting dropped.
   for (const Term* assertion : get_encoded_assertions())
     evaluator.evaluate(assertion);
+  if (back_end->top_level) {
+    for (const rewrite::Definition& definition : back_end->top_level->get_definitions())
+      model.insert_or_assign(definition.constant, evaluator.evaluate(definition.value));
+  }
   for (const Term* assertion : assertions.get_items()) {
     if (evaluator.evaluate(assertion).sign() == 0) holds = false;
   }

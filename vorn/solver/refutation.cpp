@@ -33,8 +33,8 @@ void Solver::enter_ranges() {
   }
   for (;;) {
     const std::size_t level = end.ranges->get_level();
-    for (; end.ranged < assertions.get_size(level); ++end.ranged)
-      end.ranges->add(encoded_form(assertions.get_items()[end.ranged]));
+    for (; end.ranged < end.formulas.get_size(level); ++end.ranged)
+      end.ranges->add(encoded_form(end.formulas.get_items()[end.ranged]));
     end.ranges->propagate(kLooks * end.ranges->get_size());
     if (level == assertions.get_level()) break;
     end.ranges->push();
@@ -91,12 +91,12 @@ bool Solver::try_short_refutation() {
 /// Whether ranges refute the assertions without the assumptions that are left out, cases with that
 /// effort.
 bool Solver::is_refuted_without(const std::vector<bool>& left_out, std::uint64_t effort) {
-  const std::vector<const Term*>& all = assertions.get_items();
+  const std::vector<const Term*> all = get_encoded_assertions();
   const std::size_t first_assumed = all.size() - assumptions.size();
   ranges::Propagation propagation(mgr);
   for (std::size_t i = 0; i < all.size(); ++i) {
     if (i >= first_assumed && left_out[i - first_assumed]) continue;
-    propagation.add(encoded_form(all[i]));
+    propagation.add(all[i]);
   }
   propagation.propagate(kLooks * propagation.get_size());
   return ranges::Splitting(propagation, judge_of(options)).run(effort);

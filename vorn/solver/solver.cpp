@@ -64,7 +64,7 @@ void Solver::assert_formula(const Term* f) {
   }
   leave_assumptions();
   assertions.add(f);
-  if (is_deferred) return;
+  if (is_deferred || options.substitutes()) return;
   try {
     translate_new();
   } catch (const Terminated&) {
@@ -73,6 +73,8 @@ void Solver::assert_formula(const Term* f) {
     is_deferred = true;
   } catch (const std::invalid_argument&) {
     assertions.retract(assertions.get_size() - 1, [](const Term*) {});
+    back_end->simplified = assertions.get_size();
+    back_end->formulas.retract(assertions.get_size(), [](const Term*) {});
     throw;
   } catch (...) {
     // Who knows where it came from in the midst of an encoding.
@@ -90,9 +92,12 @@ void Solver::translate_new() {
   BackEnd& end = get_back_end();
   for (;;) {
     const std::size_t level = end.conjuncts.get_level();
-    for (; end.translated < assertions.get_size(level); ++end.translated)
-      translate_assertion(end.translated);
+    simplify_level(level);
+    for (; end.translated < end.formulas.get_size(); ++end.translated)
+      translate_formula(end.translated);
     if (level == assertions.get_level()) return;
+    if (end.top_level) end.top_level->push();
+    end.formulas.push();
     end.translator.push();
     end.conjuncts.push();
     end.lemmas.push();
@@ -100,15 +105,39 @@ void Solver::translate_new() {
   }
 }
 
-/// An assertion becomes a conjunct of its level, an assumption remains to be assumed.
-void Solver::translate_assertion(std::size_t index) {
+/// Makes formulas of the assertions of a level, the innermost that is translated.
+void Solver::simplify_level(std::size_t level) {
   BackEnd& end = *back_end;
-  const Term* f = assertions.get_items()[index];
+  const std::size_t size = assertions.get_size(level);
+  if (end.simplified == size) return;
+  const auto group = std::span(assertions.get_items()).first(size).subspan(end.simplified);
+  if (!end.top_level) {
+    for (const Term* f : group)
+      end.formulas.add(f);
+  } else if (in_assumptions && level == assertions.get_level()) {
+    for (const Term* f : group)
+      end.formulas.add(end.top_level->simplify_assumption(f));
+  } else {
+    const std::uint64_t definitions = end.top_level->get_definition_count();
+    const std::uint64_t truths = end.top_level->get_truth_count();
+    for (const Term* f : end.top_level->simplify(group))
+      end.formulas.add(f);
+    statistics.definitions += end.top_level->get_definition_count() - definitions;
+    statistics.truths += end.top_level->get_truth_count() - truths;
+  }
+  end.simplified = size;
+}
+
+/// A formula becomes a conjunct of its level, an assumption remains to be assumed.
+void Solver::translate_formula(std::size_t index) {
+  BackEnd& end = *back_end;
+  const Term* f = end.formulas.get_items()[index];
   if (end.rewriter) f = end.rewriter->rewrite(f);
   // If a part of f is refused, what was translated before it stays in use: so do its constraints.
   const Term* translated = end.translator.translate(f, &end.conjuncts);
-  const std::size_t first_assumed = assertions.get_size() - assumptions.size();
-  if (index >= first_assumed) {
+  const std::size_t first_assumed = end.formulas.get_size() - assumptions.size();
+  const bool is_assumed = in_assumptions && end.formulas.get_level() == assertions.get_level();
+  if (is_assumed) {
     assumptions[index - first_assumed].translated = translated;
   } else {
     end.conjuncts.add(translated);
@@ -141,7 +170,7 @@ const Term* Solver::encoded_form(const Term* t) const {
 }
 
 std::vector<const Term*> Solver::get_encoded_assertions() const {
-  std::vector<const Term*> all = assertions.get_items();
+  std::vector<const Term*> all = get_back_end().formulas.get_items();
   for (const Term*& f : all)
     f = encoded_form(f);
   return all;
@@ -167,8 +196,11 @@ void Solver::pop_level() {
   assertions.pop();
   if (!back_end || back_end->conjuncts.get_level() < level) return;
   try {
+    if (back_end->top_level) back_end->top_level->pop();
+    back_end->formulas.pop();
+    back_end->simplified = std::min(back_end->simplified, assertions.get_size());
     if (back_end->ranges && back_end->ranges->get_level() >= level) back_end->ranges->pop();
-    back_end->ranged = std::min(back_end->ranged, assertions.get_size());
+    back_end->ranged = std::min(back_end->ranged, back_end->formulas.get_size());
     back_end->translator.pop();
     back_end->conjuncts.pop();
     back_end->lemmas.pop();
@@ -178,7 +210,7 @@ void Solver::pop_level() {
     if (back_end->conjuncts.get_size() <= back_end->first_of_infinity) {
       back_end->first_of_infinity = std::numeric_limits<std::size_t>::max();
     }
-    back_end->translated = std::min(back_end->translated, assertions.get_size());
+    back_end->translated = std::min(back_end->translated, back_end->formulas.get_size());
     if (!back_end->circuits) return;
     BackEnd::Circuits& circuits = *back_end->circuits;
     circuits.written = std::min(circuits.written, back_end->conjuncts.get_size());

@@ -1,6 +1,7 @@
 // The solver: assertions in, answers and models out.
 //
-// It owns one encoder and one back end over one term manager. Formulas are translated when they are
+// It owns one encoder and one back end over one term manager. Formulas are simplified by each other
+// (vorn/rewrite/top_level.h) and translated when they are decided, or as they are when they are
 // asserted, turned into an and-inverter graph and clauses when they are decided. Every model is
 // checked by evaluating the original assertions on it before "sat" is answered.
 //
@@ -67,6 +68,10 @@ struct VORN_EXPORT Options {
   /// Whether formulas are rewritten before the exact encoder gets them; the base encoder gets what
   /// was asserted in any case.
   bool rewrite = true;
+  /// Whether definitions among the assertions are substituted, and formulas that hold are true
+  /// where others mention them, with the exact encoder and without traces. Formulas are translated
+  /// when they are decided then, since what comes later may define what is in them.
+  bool substitution = true;
   /// Of the searches; not negative.
   int seed = 0;
   /// Whether models are looked for by trying assignments too, with the exact encoder.
@@ -97,6 +102,8 @@ struct VORN_EXPORT Options {
 
   /// Whether a check leaves traces.
   bool is_traced() const { return !cnf_file.empty() || !proof_file.empty(); }
+  /// Whether definitions are substituted.
+  bool substitutes() const { return substitution && encoder == EncoderKind::ieee && !is_traced(); }
 };
 
 /// What a solver has done so far.
@@ -115,6 +122,8 @@ struct VORN_EXPORT Statistics {
   std::uint64_t assignments = 0;   // that were tried there, and where this had no outcome
   double assignment_seconds = 0;   // of trying them
   std::uint64_t lemmas = 0;        // statements on arrays and functions
+  std::uint64_t definitions = 0;   // constants that gave way to terms
+  std::uint64_t truths = 0;        // formulas that gave way to their truth values
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
 
@@ -128,7 +137,8 @@ class VORN_EXPORT Solver : public Engine {
   ~Solver() override;
 
   /// Throws std::invalid_argument where `f` is not Boolean or the encoder does not support it. (If
-  /// the termination test or lack of memory kept that from being seen, the next check throws it.)
+  /// the termination test or lack of memory kept that from being seen, or formulas are translated
+  /// when they are decided, the next check throws it.)
   void assert_formula(const Term* f) override;
   void push() override;
   /// Throws std::logic_error without a matching push.
@@ -158,10 +168,10 @@ class VORN_EXPORT Solver : public Engine {
   void set_seed(std::uint32_t seed) override;
 
   /// What check_sat with these assumptions would decide, as a formula without floats. The solver is
-  /// then as after a check without a model. With Theories::lemmas, which make a check of their own,
-  /// throws Terminated where that has no answer, and std::invalid_argument where what it has found
-  /// holds only for infinite sorts; with Theories::kept, std::invalid_argument where arrays over
-  /// bits would not do.
+  /// then as after a check without a model, and substitutes no definitions from there on. With
+  /// Theories::lemmas, which make a check of their own, throws Terminated where that has no answer,
+  /// and std::invalid_argument where what it has found holds only for infinite sorts; with
+  /// Theories::kept, std::invalid_argument where arrays over bits would not do.
   Encoding encode(std::span<const Term* const> assumed, Theories theories = Theories::lemmas);
   /// The constant that stands for a constant of the assertions in their encoding; null for a float
   /// or rounding mode that none of them mentions.
@@ -201,7 +211,8 @@ class VORN_EXPORT Solver : public Engine {
   void drop_back_end();
   void discard(bool keep_translation);
   void translate_new();
-  void translate_assertion(std::size_t index);
+  void simplify_level(std::size_t level);
+  void translate_formula(std::size_t index);
   void state_relations();
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
