@@ -32,10 +32,10 @@ namespace {
 void print_statistics(const std::string& file, const solver::Statistics& s) {
   std::cerr << fmt::format(
       "{}: checks {}, terms {}, conjunctions {}, variables {}, clauses {}, "
-      "models by local search {}, refutations by ranges {}, translation {:.3f} s, search {:.3f} "
-      "s\n",
+      "models by local search {}, refutations by ranges {}, circuits put off {}, results excluded "
+      "{}, circuits made after all {}, translation {:.3f} s, search {:.3f} s\n",
       file, s.checks, s.terms, s.aig_nodes, s.variables, s.clauses, s.tried_models, s.refutations,
-      s.translation_seconds, s.search_seconds);
+      s.abstracted, s.refinements, s.circuits, s.translation_seconds, s.search_seconds);
 }
 
 /// Writes what the session was asked to a file of its own and says so. Returns the exit status.
@@ -74,6 +74,7 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
   chosen.local_search = options.local_search;
   chosen.ranges = options.ranges;
   chosen.relations = options.relations;
+  chosen.abstraction = options.abstraction;
   chosen.cnf_file = options.cnf_file;
   chosen.proof_file = options.proof_file;
   return chosen;

@@ -30,6 +30,7 @@ struct SolveOptions {
   bool local_search = true;
   bool ranges = true;
   bool relations = true;
+  solver::AbstractionKind abstraction = solver::AbstractionKind::floats;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;

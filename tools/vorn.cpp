@@ -70,6 +70,15 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->description("do not look for refutations by what values terms can have as well");
   app.add_flag_callback("--no-relations", [&options] { options.relations = false; })
       ->description("do not state theorems on the terms of formulas beside them");
+  using vorn::solver::AbstractionKind;
+  CLI::Option* all =
+      app.add_flag_callback("--abstraction",
+                            [&options] { options.abstraction = AbstractionKind::all; })
+          ->description("put off the circuits of products and quotients of bit-vectors as well");
+  app.add_flag_callback("--no-abstraction",
+                        [&options] { options.abstraction = AbstractionKind::none; })
+      ->description("put off no circuit until models depend on it")
+      ->excludes(all);
   app.add_flag("--check-model")
       ->description("check each model before sat is answered, which is always done");
   app.add_option("--cnf", options.cnf_file,

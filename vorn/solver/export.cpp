@@ -27,6 +27,11 @@ void Solver::find_lemmas() {
 
 Encoding Solver::encode(std::span<const Term* const> assumed, Theories theories) {
   enter_assumptions(assumed);
+  // An encoding has every circuit, and a solver that makes one is seldom asked for answers.
+  if (get_back_end().abstraction) {
+    options.abstraction = AbstractionKind::none;
+    drop_back_end();
+  }
   is_deferred = false;
   translate_new();
   const TestedTerms tested(mgr, options.termination_test);
