@@ -43,15 +43,23 @@ Configuration second_configuration(std::uint64_t seed) {
   second.minimal_cores = second.cores && rest / 4 % 2 == 1;
   second.ranges = rest / 8 % 4 != 0;
   second.relations = rest / 32 % 4 != 3;
+  using solver::AbstractionKind;
+  const AbstractionKind kinds[] = {AbstractionKind::all, AbstractionKind::floats,
+                                   AbstractionKind::none};
+  // Where ranges decide, few candidates are refined.
+  second.abstraction = second.ranges ? kinds[rest / 16 % std::size(kinds)] : AbstractionKind::all;
   return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
                      c.collecting ? ", dropping terms" : "", c.local_search ? ", local search" : "",
                      c.cores ? ", cores" : "", c.ranges ? ", ranges" : "",
-                     c.relations ? ", relations" : "");
+                     c.relations ? ", relations" : "",
+                     c.abstraction == solver::AbstractionKind::none     ? ""
+                     : c.abstraction == solver::AbstractionKind::floats ? ", abstraction of floats"
+                                                                        : ", abstraction");
 }
 
 /// Those whose values are asked for after a sat.
@@ -153,8 +161,10 @@ std::vector<Checker::Result> Checker::run(const Script& script,
     Session& session = fresh ? *fresh : whole;
     if (configuration.collecting) session.collect_garbage();
     const std::uint64_t refutations = session.count_refutations();
+    const std::uint64_t refinements = session.get_statistics().refinements;
     result.answer = parse_answer(session.run(random::to_string(command)));
     result.is_refuted = session.count_refutations() != refutations;
+    result.is_refined = session.get_statistics().refinements != refinements;
     if (result.answer == Answer::sat) ask_model(session, live, &result);
     if (result.answer == Answer::unsat) {
       ask_core(session, live, command, configuration.cores, &result);
@@ -243,6 +253,7 @@ Report Checker::check(const Script& script, std::uint64_t seed) const {
     for (std::size_t i = 0; i < first.size() && !report.failure; ++i) {
       ++report.checks;
       count_refutation(second[i], other, &report);
+      report.refined += second[i].is_refined ? 1 : 0;
       const Answer a = first[i].answer;
       const Answer b = second[i].answer;
       // What only the second run decided is judged all the same.

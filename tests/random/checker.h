@@ -46,6 +46,7 @@ struct Report {
   std::size_t ranged = 0;      // unsat in a run that looks for refutations by ranges
   std::size_t refuted = 0;     // of these, by ranges
   std::size_t split = 0;       // of these, not without cases
+  std::size_t refined = 0;     // checks in which results of operations put off were excluded
   std::optional<Failure> failure;
 };
 
@@ -66,6 +67,7 @@ class Checker {
     std::optional<Script> core;                    // what is said to be unsat already
     bool has_assertions = false;                   // whether the core leaves assertions out
     bool is_refuted = false;                       // by ranges
+    bool is_refined = false;                       // of operations put off, results were excluded
   };
 
   std::vector<Result> run(const Script& script, const Configuration& configuration) const;

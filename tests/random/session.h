@@ -47,6 +47,8 @@ struct Configuration {
   bool ranges = false;
   /// Whether theorems are stated beside assertions.
   bool relations = false;
+  /// Which circuits are put off until models depend on them.
+  solver::AbstractionKind abstraction = solver::AbstractionKind::none;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -78,9 +80,11 @@ class Session {
   TermManager& get_manager() { return mgr; }
 
   /// How many checks were refuted by ranges, by an engine that counts them.
-  std::uint64_t count_refutations() const {
+  std::uint64_t count_refutations() const { return get_statistics().refutations; }
+  /// What an engine that counts has done so far.
+  solver::Statistics get_statistics() const {
     const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
-    return solver == nullptr ? 0 : solver->get_statistics().refutations;
+    return solver == nullptr ? solver::Statistics() : solver->get_statistics();
   }
 
  private:
@@ -91,6 +95,7 @@ class Session {
     options.local_search = configuration.local_search;
     options.ranges = configuration.ranges;
     options.relations = configuration.relations;
+    options.abstraction = configuration.abstraction;
     options.termination_test = &budget;
     return options;
   }
