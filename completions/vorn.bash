@@ -14,7 +14,7 @@ _vorn() {
     --time-limit | --memory-limit | --threads) return ;;
   esac
   if [[ $current == -* ]]; then
-    local solve='--encoder --time-limit --memory-limit --no-rewrite --no-local-search --no-ranges --no-reals --no-enumeration --threads --no-relations --no-substitution --check-model --cnf --proof --stats --verbose --strict' options=--help
+    local solve='--encoder --time-limit --memory-limit --no-rewrite --no-local-search --no-ranges --no-reals --no-enumeration --threads --no-relations --no-substitution --abstraction --no-abstraction --check-model --cnf --proof --stats --verbose --strict' options=--help
     case $command in
       '') options+=" --version $solve" ;;
       solve) options+=" $solve" ;;

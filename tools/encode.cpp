@@ -247,6 +247,7 @@ void encode_script(const EncodeOptions& options) {
   solver_options.encoder = options.encoder;
   solver_options.enumeration = false;
   solver_options.relations = false;
+  solver_options.abstraction = solver::AbstractionKind::none;
   solver_options.debug_labels = options.target == EncodeOptions::Target::dot;
   ReadingOptions reading;
   reading.strict = options.strict;

@@ -33,11 +33,11 @@ void print_statistics(const std::string& file, const solver::Statistics& s) {
   std::cerr << fmt::format(
       "{}: checks {}, terms {}, conjunctions {}, variables {}, clauses {}, "
       "models by local search {}, refutations by ranges {}, parts by sums {}, "
-      "checks by enumeration {}, assignments {} in {:.3f} s, translation {:.3f} s, search {:.3f} "
-      "s\n",
+      "checks by enumeration {}, assignments {} in {:.3f} s, circuits put off {}, results excluded "
+      "{}, circuits made after all {}, translation {:.3f} s, search {:.3f} s\n",
       file, s.checks, s.terms, s.aig_nodes, s.variables, s.clauses, s.tried_models, s.refutations,
-      s.convictions, s.enumerations, s.assignments, s.assignment_seconds, s.translation_seconds,
-      s.search_seconds);
+      s.convictions, s.enumerations, s.assignments, s.assignment_seconds, s.abstracted,
+      s.refinements, s.circuits, s.translation_seconds, s.search_seconds);
 }
 
 /// Writes what the session was asked to a file of its own and says so. Returns the exit status.
@@ -80,6 +80,7 @@ solver::Options choose_solver(const SolveOptions& options, const Limits& limits,
   chosen.threads = options.threads;
   chosen.relations = options.relations;
   chosen.substitution = options.substitution;
+  chosen.abstraction = options.abstraction;
   chosen.cnf_file = options.cnf_file;
   chosen.proof_file = options.proof_file;
   return chosen;

@@ -34,6 +34,7 @@ struct SolveOptions {
   unsigned threads = 1;
   bool relations = true;
   bool substitution = true;
+  solver::AbstractionKind abstraction = solver::AbstractionKind::floats;
   bool rewrite = true;  // formulas over floats, before they are encoded
   bool statistics = false;
   bool verbose = false;

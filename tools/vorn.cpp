@@ -80,6 +80,15 @@ void add_solve_options(CLI::App& app, vorn::tools::SolveOptions& options) {
       ->description("do not state theorems on the terms of formulas beside them");
   app.add_flag_callback("--no-substitution", [&options] { options.substitution = false; })
       ->description("do not put definitions and truth values in place of what they stand for");
+  using vorn::solver::AbstractionKind;
+  CLI::Option* all =
+      app.add_flag_callback("--abstraction",
+                            [&options] { options.abstraction = AbstractionKind::all; })
+          ->description("put off the circuits of products and quotients of bit-vectors as well");
+  app.add_flag_callback("--no-abstraction",
+                        [&options] { options.abstraction = AbstractionKind::none; })
+      ->description("put off no circuit until models depend on it")
+      ->excludes(all);
   app.add_flag("--check-model")
       ->description("check each model before sat is answered, which is always done");
   app.add_option("--cnf", options.cnf_file,

@@ -46,16 +46,24 @@ Configuration second_configuration(std::uint64_t seed) {
   second.relations = rest / 32 % 4 != 3;
   second.enumeration = seed % 3 != 0;
   second.substitution = seed % 4 != 3;
+  using solver::AbstractionKind;
+  const AbstractionKind kinds[] = {AbstractionKind::all, AbstractionKind::floats,
+                                   AbstractionKind::none};
+  // Where ranges decide, few candidates are refined.
+  second.abstraction = second.ranges ? kinds[rest / 16 % std::size(kinds)] : AbstractionKind::all;
   return second;
 }
 
 std::string describe(const Configuration& c) {
-  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
+  return fmt::format("{} rewriting, {}, seed {}{}{}{}{}{}{}{}{}{}", c.rewrite ? "with" : "without",
                      c.incremental ? "one solver" : "a solver for each check", c.seed,
                      c.collecting ? ", dropping terms" : "", c.local_search ? ", local search" : "",
                      c.cores ? ", cores" : "", c.ranges ? ", ranges" : "", c.reals ? ", reals" : "",
                      c.relations ? ", relations" : "", c.enumeration ? ", enumeration" : "",
-                     c.substitution ? ", substitution" : "");
+                     c.substitution ? ", substitution" : "",
+                     c.abstraction == solver::AbstractionKind::none     ? ""
+                     : c.abstraction == solver::AbstractionKind::floats ? ", abstraction of floats"
+                                                                        : ", abstraction");
 }
 
 /// Those whose values are asked for after a sat.
@@ -157,10 +165,12 @@ std::vector<Checker::Result> Checker::run(const Script& script,
     Session& session = fresh ? *fresh : whole;
     if (configuration.collecting) session.collect_garbage();
     const std::uint64_t refutations = session.count_refutations();
+    const std::uint64_t refinements = session.get_statistics().refinements;
     const std::uint64_t enumerations = session.count_enumerations();
     result.answer = parse_answer(session.run(random::to_string(command)));
     result.is_refuted = session.count_refutations() != refutations;
     result.is_tried = session.count_enumerations() != enumerations;
+    result.is_refined = session.get_statistics().refinements != refinements;
     if (result.answer == Answer::sat) ask_model(session, live, &result);
     if (result.answer == Answer::unsat) {
       ask_core(session, live, command, configuration.cores, &result);
@@ -250,6 +260,7 @@ Report Checker::check(const Script& script, std::uint64_t seed) const {
       ++report.checks;
       count_refutation(second[i], other, &report);
       report.tried += second[i].is_tried ? 1 : 0;
+      report.refined += second[i].is_refined ? 1 : 0;
       const Answer a = first[i].answer;
       const Answer b = second[i].answer;
       // What only the second run decided is judged all the same.

@@ -47,6 +47,7 @@ struct Report {
   std::size_t refuted = 0;     // of these, by ranges
   std::size_t split = 0;       // of these, not without cases
   std::size_t tried = 0;       // decided by the solver's own trying of all assignments
+  std::size_t refined = 0;     // checks in which results of operations put off were excluded
   std::optional<Failure> failure;
 };
 
@@ -68,6 +69,7 @@ class Checker {
     bool has_assertions = false;                   // whether the core leaves assertions out
     bool is_refuted = false;                       // by ranges
     bool is_tried = false;                         // by trying all assignments
+    bool is_refined = false;                       // of operations put off, results were excluded
   };
 
   std::vector<Result> run(const Script& script, const Configuration& configuration) const;

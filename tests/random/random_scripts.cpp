@@ -88,6 +88,7 @@ struct Total {
     sum.refuted += report.refuted;
     sum.split += report.split;
     sum.tried += report.tried;
+    sum.refined += report.refined;
   }
 };
 
@@ -140,10 +141,11 @@ int main(int argc, char** argv) {
         "{} scripts, {} checks: {} sat and {} unsat ({} and {} of them by all assignments as "
         "well), "
         "{} undecided, {} cores, {} of {} unsat refuted by ranges, {} of them by cases, "
-        "{} checks by enumeration, {} failures, {:.1f} s\n",
+        "{} checks by enumeration, {} with results excluded, {} failures, {:.1f} s\n",
         total.scripts, total.sum.checks, total.sum.sat, total.sum.unsat, total.sum.found,
         total.sum.enumerated, total.sum.undecided, total.sum.cores, total.sum.refuted,
-        total.sum.ranged, total.sum.split, total.sum.tried, failures, seconds());
+        total.sum.ranged, total.sum.split, total.sum.tried,
+        total.sum.refined, failures, seconds());
   }
   return failures == 0 ? 0 : 1;
 }

@@ -53,6 +53,8 @@ struct Configuration {
   bool enumeration = false;
   /// Whether definitions and truth values take the place of what they stand for.
   bool substitution = false;
+  /// Which circuits are put off until models depend on them.
+  solver::AbstractionKind abstraction = solver::AbstractionKind::none;
 };
 
 /// Makes the engine of a session; tests put faulty ones there.
@@ -84,9 +86,11 @@ class Session {
   TermManager& get_manager() { return mgr; }
 
   /// How many checks were refuted by ranges, by an engine that counts them.
-  std::uint64_t count_refutations() const {
+  std::uint64_t count_refutations() const { return get_statistics().refutations; }
+  /// What an engine that counts has done so far.
+  solver::Statistics get_statistics() const {
     const auto* solver = dynamic_cast<const solver::Solver*>(engine.get());
-    return solver == nullptr ? 0 : solver->get_statistics().refutations;
+    return solver == nullptr ? solver::Statistics() : solver->get_statistics();
   }
   /// How many were decided by trying all assignments.
   std::uint64_t count_enumerations() const {
@@ -105,6 +109,7 @@ class Session {
     options.relations = configuration.relations;
     options.enumeration = configuration.enumeration;
     options.substitution = configuration.substitution;
+    options.abstraction = configuration.abstraction;
     options.termination_test = &budget;
     return options;
   }

@@ -193,6 +193,7 @@ class Countdown : public TerminationTest {
 TEST_F(Choices, ACheckCanBeEndedWhileCircuitsAreBuilt) {
   const Countdown soon(20);
   Options options = circuits_only();
+  options.abstraction = AbstractionKind::none;
   options.termination_test = &soon;
   Solver limited(mgr, options);
   const DataType* wide = mgr.get_fp_type(11, 52);

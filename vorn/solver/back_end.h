@@ -20,6 +20,7 @@
 #include "vorn/rewrite/top_level.h"
 #include "vorn/search/enumeration.h"
 #include "vorn/search/local_search.h"
+#include "vorn/solver/abstraction.h"
 #include "vorn/solver/solver.h"
 #include "vorn/solver/translator.h"
 #include "vorn/theories/theory_terms.h"
@@ -114,13 +115,24 @@ struct Solver::BackEnd {
   BackEnd(TermManager& manager, const Options& options)
       : encoder(make_encoder(options.encoder, manager)),
         theory(manager),
-        translator(manager, *encoder, theory) {
+        abstraction(make_abstraction(manager, options)),
+        translator(manager, *encoder, theory, abstraction.get()) {
     encoder->set_termination_test(options.termination_test);
     encoder->set_debug_flag(options.debug_labels);
     if (options.substitutes()) top_level.emplace(manager, options.termination_test);
     if (options.rewrite && options.encoder == EncoderKind::ieee) rewriter.emplace(manager);
     const bool is_exact = options.encoder == EncoderKind::ieee;
     if (options.relations && is_exact && !options.is_traced()) relations.emplace(manager);
+  }
+
+  static std::unique_ptr<Abstraction> make_abstraction(TermManager& manager,
+                                                       const Options& options) {
+    // Models and lemmas are of IEEE 754, and whoever looks at circuits wants all of them.
+    const bool is_wanted = options.abstraction != AbstractionKind::none &&
+                           options.encoder == EncoderKind::ieee && !options.is_traced() &&
+                           !options.debug_labels;
+    if (!is_wanted) return nullptr;
+    return std::make_unique<Abstraction>(manager, options.abstraction == AbstractionKind::all);
   }
 
   std::optional<rewrite::TopLevel> top_level;
@@ -130,12 +142,14 @@ struct Solver::BackEnd {
   std::optional<rewrite::FpRewriter> rewriter;
   std::unique_ptr<fp::FpBvEncoder> encoder;
   theories::TheoryTerms theory;
+  std::unique_ptr<Abstraction> abstraction;  // null where every operation has its circuit
   Translator translator;
   std::size_t translated = 0;    // how many of the formulas are
   Trail<const Term*> conjuncts;  // what they became, and the constraints that go with them
   std::optional<rewrite::Relations> relations;
-  std::size_t related = 0;    // how many of the encoded terms they have
-  Trail<const Term*> lemmas;  // their translations: theorems, which no encoding of a formula needs
+  std::size_t related = 0;     // how many of the encoded terms they have
+  std::size_t abstracted = 0;  // how many of the terms that were put off have facts stated
+  Trail<const Term*> lemmas;   // their translations: theorems, which no encoding of a formula needs
   /// The number of conjuncts before the first that holds only for infinite sorts.
   std::size_t first_of_infinity = std::numeric_limits<std::size_t>::max();
   std::unique_ptr<Circuits> circuits;               // null: to be made when they are needed

@@ -120,6 +120,11 @@ Answer Solver::decide_by_search() {
     is_unsat = answer == Answer::unsat;
     if (answer != Answer::sat || has_model) return answer;
     read_model();
+    if (candidate_holds()) {
+      has_model = true;
+      return answer;
+    }
+    if (refine_results()) continue;
     const Refinement refinement = refine();
     if (refinement == Refinement::stated) continue;
     const bool holds = model_holds();

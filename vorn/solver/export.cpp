@@ -27,6 +27,11 @@ void Solver::find_lemmas() {
 
 Encoding Solver::encode(std::span<const Term* const> assumed, Theories theories) {
   enter_assumptions(assumed);
+  // An encoding has every circuit, and a solver that makes one is seldom asked for answers.
+  if (get_back_end().abstraction) {
+    options.abstraction = AbstractionKind::none;
+    drop_back_end();
+  }
   is_deferred = false;
   if (options.substitutes()) {
     // Who decides the formula finds values for all constants in it.

@@ -142,6 +142,7 @@ void Solver::translate_formula(std::size_t index) {
   } else {
     end.conjuncts.add(translated);
   }
+  state_facts();
   state_relations();
 }
 
@@ -207,6 +208,10 @@ void Solver::pop_level() {
     if (back_end->relations) back_end->relations->pop();
     const std::size_t encoded = back_end->translator.get_encoded().get_size();
     back_end->related = std::min(back_end->related, encoded);
+    if (back_end->abstraction) {
+      back_end->abstracted =
+          std::min(back_end->abstracted, back_end->abstraction->get_terms().size());
+    }
     if (back_end->conjuncts.get_size() <= back_end->first_of_infinity) {
       back_end->first_of_infinity = std::numeric_limits<std::size_t>::max();
     }

@@ -58,6 +58,10 @@ namespace vorn::solver {
 /// circuits, which depart from IEEE 754 where they round, and for its four rounding modes.
 enum class EncoderKind : std::uint8_t { ieee, base };
 
+/// Operations whose circuits are large: none of them; products, quotients, roots and remainders of
+/// floats; those of bit-vectors too.
+enum class AbstractionKind : std::uint8_t { none, floats, all };
+
 /// An encoder within one manager.
 VORN_EXPORT std::unique_ptr<fp::FpBvEncoder> make_encoder(EncoderKind kind, TermManager& manager);
 
@@ -88,6 +92,9 @@ struct VORN_EXPORT Options {
   /// Whether theorems on the terms of the assertions are stated beside them, with the exact encoder
   /// and without traces.
   bool relations = true;
+  /// Of which operations circuits are put off until candidates for models ask for them, with the
+  /// exact encoder and without traces and labels.
+  AbstractionKind abstraction = AbstractionKind::floats;
   /// Asked during the search; borrowed, may be null.
   const TerminationTest* termination_test = nullptr;
   /// Whether the constraints tie each named intermediate value of a circuit to a constant of its
@@ -124,6 +131,9 @@ struct VORN_EXPORT Statistics {
   std::uint64_t lemmas = 0;        // statements on arrays and functions
   std::uint64_t definitions = 0;   // constants that gave way to terms
   std::uint64_t truths = 0;        // formulas that gave way to their truth values
+  std::uint64_t abstracted = 0;    // operations whose circuits were put off
+  std::uint64_t refinements = 0;   // results of these that were excluded
+  std::uint64_t circuits = 0;      // of these operations that were made after all
   bool interrupted = false;        // a check was ended by the termination test or lack of room
 };
 
@@ -213,6 +223,7 @@ class VORN_EXPORT Solver : public Engine {
   void translate_new();
   void simplify_level(std::size_t level);
   void translate_formula(std::size_t index);
+  void state_facts();
   void state_relations();
   const Term* encoded_form(const Term* t) const;
   std::vector<const Term*> get_encoded_assertions() const;
@@ -249,6 +260,16 @@ class VORN_EXPORT Solver : public Engine {
   /// What became of a model that was checked against the theories of arrays and functions.
   enum class Refinement : std::uint8_t { none, stated, repeated };
   Refinement refine();
+  /// A result that a candidate for a model has and the operation has not.
+  struct WrongResult {
+    const Term* term;
+    std::vector<QNumber> operands;
+    QNumber value;      // of the operation on these
+    QNumber candidate;  // the wrong one
+  };
+  bool candidate_holds();
+  std::vector<WrongResult> find_wrong_results();
+  bool refine_results();
   bool separate_conversions();
   const Term* model_key(const Term* constant) const;
   QNumber value_of(const Term* constant);

@@ -22,14 +22,38 @@ const Term* Translator::translate(const Term* formula, Trail<const Term*>* const
   return find(formula);
 }
 
+const Term* Translator::translate_result(const Term* t, Trail<const Term*>* constraints) {
+  is_half_done = true;
+  std::vector<const Term*> args(t->get_args().begin(), t->get_args().end());
+  const Term* result = nullptr;
+  if (is_fp_term(t)) {
+    // The encoder knows `t` as the constant, so it gets the same operation on another operand, of
+    // which it is told that it has the same bits.
+    const Term* alias = abstraction->get_alias(args.back());
+    if (encoder.get_cached(alias) == nullptr) define(alias, find(args.back()));
+    args.back() = alias;
+    const Term* twin = mgr.rebuild(t, args);
+    if (encoder.get_cached(twin) == nullptr) encode(twin, constraints);
+    result = encoder.get_cached(twin);
+  } else {
+    for (const Term*& arg : args)
+      arg = find(arg);
+    result = mgr.rebuild(t, args);
+  }
+  is_half_done = false;
+  return mgr.make_equal(find(t), result);
+}
+
 void Translator::push() {
   theory.push();
+  if (abstraction != nullptr) abstraction->push();
   translated.push();
   encoded.push();
 }
 
 void Translator::pop() {
   theory.pop();
+  if (abstraction != nullptr) abstraction->pop();
   translated.pop([this](const Term* t) { translations.erase(t); });
   encoded.pop([this](const Term* t) { encoder.retract_upto(t); });
 }
@@ -55,6 +79,13 @@ void Translator::note(const Term* t, const Term* translation) {
   translated.add(t);
 }
 
+/// Makes the constant's translation that of `t`.
+void Translator::stand_for(const Term* t, const Term* stand_in, Trail<const Term*>* constraints) {
+  if (!is_fp_term(t)) return note(t, stand_in);
+  if (encoder.get_cached(stand_in) == nullptr) encode(stand_in, constraints);
+  define(t, encoder.get_cached(stand_in));
+}
+
 /// Arrays have no bits, and elements of uninterpreted sorts are told apart by some. False if `t`
 /// has to do with neither.
 bool Translator::finish_theory_term(const Term* t, Trail<const Term*>* constraints) {
@@ -63,13 +94,7 @@ bool Translator::finish_theory_term(const Term* t, Trail<const Term*>* constrain
     note(t, t);
   } else if (theories::has_stand_in(t)) {
     theory.add(t);
-    const Term* stand_in = theory.get_stand_in(t);
-    if (is_fp_term(t)) {
-      if (encoder.get_cached(stand_in) == nullptr) encode(stand_in, constraints);
-      define(t, encoder.get_cached(stand_in));
-    } else {
-      note(t, stand_in);
-    }
+    stand_for(t, theory.get_stand_in(t), constraints);
   } else if (t->get_type()->get_kind() == DataType::Kind::uninterpreted) {
     if (t->get_tag() == SymbolTag::ite) {
       note(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));
@@ -88,6 +113,9 @@ bool Translator::finish_theory_term(const Term* t, Trail<const Term*>* constrain
 /// Translates `t`, all of whose arguments are translated.
 void Translator::finish(const Term* t, Trail<const Term*>* constraints) {
   if (finish_theory_term(t, constraints)) return;
+  if (abstraction != nullptr && abstraction->is_wanted(t)) {
+    return stand_for(t, abstraction->add(t), constraints);
+  }
   if (is_fp_term(t)) {
     if (t->get_tag() == SymbolTag::ite) {
       define(t, mgr.make_term_ite(find(t->get_arg(0)), find(t->get_arg(1)), find(t->get_arg(2))));

@@ -5,11 +5,13 @@
 // operation to the encoder once its arguments are done, and builds everything else again on what
 // comes back. Three kinds of terms that the encoder would replace by fresh constants get their
 // encoding here: if-then-else terms, bit-vectors read as floats, and the bit-vector arguments of
-// conversions. So do reads of arrays and applications of functions, which constants stand for.
+// conversions. So do reads of arrays and applications of functions, which constants stand for, and
+// operations whose circuits are put off.
 #ifndef VORN_SOLVER_TRANSLATOR_H
 #define VORN_SOLVER_TRANSLATOR_H
 
 #include "vorn/fp/fp_bv_encoder.h"
+#include "vorn/solver/abstraction.h"
 #include "vorn/terms/term.h"
 #include "vorn/terms/term_manager.h"
 #include "vorn/theories/theory_terms.h"
@@ -21,9 +23,11 @@ namespace vorn::solver {
 class Translator {
  public:
   /// The encoder is to make no free constants from here on. What is for the theories of arrays and
-  /// functions is noted with `theory_terms`, whose stand-ins it becomes.
-  Translator(TermManager& manager, fp::FpBvEncoder& fp_encoder, theories::TheoryTerms& theory_terms)
-      : mgr(manager), encoder(fp_encoder), theory(theory_terms) {
+  /// functions is noted with `theory_terms`, whose stand-ins it becomes; so is what `put_off`
+  /// wants, with that, unless it is null.
+  Translator(TermManager& manager, fp::FpBvEncoder& fp_encoder, theories::TheoryTerms& theory_terms,
+             Abstraction* put_off = nullptr)
+      : mgr(manager), encoder(fp_encoder), theory(theory_terms), abstraction(put_off) {
     encoder.set_free_constants(false);
   }
 
@@ -31,6 +35,9 @@ class Translator {
   /// `constraints`; they stay in force until the level in which they were made is popped.
   /// Throws std::invalid_argument where the encoder does not support a term.
   const Term* translate(const Term* formula, Trail<const Term*>* constraints);
+  /// That the constant which stands for `t`, an operation that was put off, is its result: what
+  /// translate is to a formula. Its operands are translated.
+  const Term* translate_result(const Term* t, Trail<const Term*>* constraints);
   /// False once a translation was ended by any other exception: then some of what is known of terms
   /// and constraints is missing, and the translator and its encoder can only be destroyed.
   bool is_whole() const { return !is_half_done; }
@@ -48,6 +55,7 @@ class Translator {
   const Term* find(const Term* t) const;
   void finish(const Term* t, Trail<const Term*>* constraints);
   void note(const Term* t, const Term* translation);
+  void stand_for(const Term* t, const Term* stand_in, Trail<const Term*>* constraints);
   bool finish_theory_term(const Term* t, Trail<const Term*>* constraints);
   void encode(const Term* t, Trail<const Term*>* constraints);
   void define(const Term* t, const Term* encoding);
@@ -56,6 +64,7 @@ class Translator {
   TermManager& mgr;
   fp::FpBvEncoder& encoder;
   theories::TheoryTerms& theory;
+  Abstraction* abstraction;  // of operations; null for none
 
   TermMap translations;           // of all terms but floats and rounding modes
   Trail<const Term*> translated;  // its keys
