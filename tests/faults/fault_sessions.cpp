@@ -22,6 +22,10 @@
 #include "vorn/solver/solver.h"
 #include "vorn/terms/term_manager.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace vorn::faults {
 namespace {
 
