@@ -24,23 +24,6 @@
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
-
-extern "C" {
-// Names of the sanitizers.
-const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
-const char* __asan_default_options();       // NOLINT(bugprone-reserved-identifier)
-
-/// What constructors of others have made when they throw: CaDiCaL's, and those that gmpxx makes
-/// numbers of expressions with.
-const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
-  return "leak:CaDiCaL::Solver::Solver\nleak:__gmpz_realloc\n";
-}
-
-/// Libraries without frame pointers are between an allocation and those constructors.
-const char* __asan_default_options() {  // NOLINT(bugprone-reserved-identifier)
-  return "fast_unwind_on_malloc=0:print_suppressions=0";
-}
-}
 #endif
 
 namespace vorn::faults {
