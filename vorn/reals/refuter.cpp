@@ -157,11 +157,8 @@ void Refuter::add_order(Slot low, Slot high) {
 void Refuter::add_bounds(Slot slot) {
   const Form& form = *forms.find(slot);
   const Interval interval = forms.get_interval(slot);
-  Row upper = {form.value, interval.greatest + form.error};
-  Row lower = {Polynomial(), form.error - interval.least};
-  lower.sum.add(form.value, QNumber(-1));
-  add_row(std::move(upper));
-  add_row(std::move(lower));
+  add_row({form.value, interval.greatest + form.error});
+  add_row({form.value.negate(), form.error - interval.least});
 }
 
 void Refuter::add_row(Row row) {
