@@ -213,8 +213,8 @@ std::optional<Form> Forms::take_absolute(Slot a) const {
 /// is rewritten to.
 std::optional<Form> Forms::choose(Slot condition, Slot a, Slot b) const {
   const ranges::Range& truth = ranges.get_range(condition);
-  if (truth == ranges::Range(ranges::BoolRange::of(true))) return forms[a];
-  if (truth == ranges::Range(ranges::BoolRange::of(false))) return forms[b];
+  if (ranges::is_truth(truth, true)) return forms[a];
+  if (ranges::is_truth(truth, false)) return forms[b];
   if (!forms[a] || !forms[b]) return std::nullopt;
   const bool is_zero = ranges.get_term(condition)->get_tag() == T::fp_iszero &&
                        argument(condition, 0) == b && forms[a]->value == Polynomial() &&
