@@ -160,9 +160,7 @@ TEST(PropagationProperty, RangesHoldAllValuesOfModels) {
     SmallFormulas small(seed);
     const std::vector<const Term*> formulas = small.make_conjunction();
     Propagation ranges(small.get_manager());
-    for (const Term* f : formulas)
-      ranges.add(f);
-    ranges.propagate(kEnough);
+    assert_all(formulas, &ranges);
     bool has_model = false;
     small.visit_models(formulas, [&](semantics::Evaluator& model) {
       has_model = true;

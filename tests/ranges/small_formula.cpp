@@ -153,4 +153,11 @@ void SmallFormulas::visit_models(const std::vector<const Term*>& formulas,
   }
 }
 
+void assert_all(const std::vector<const Term*>& formulas, Propagation* ranges) {
+  constexpr std::uint64_t kEnough = 1'000'000;
+  for (const Term* f : formulas)
+    ranges->add(f);
+  ranges->propagate(kEnough);
+}
+
 }  // namespace vorn::ranges

@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "vorn/ranges/propagation.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/terms/term_manager.h"
 
@@ -46,6 +47,9 @@ class SmallFormulas {
   const Term* mode = nullptr;  // null: there is none
   const Term* word = nullptr;  // likewise
 };
+
+/// Asserts all of them and follows what that means to the end.
+void assert_all(const std::vector<const Term*>& formulas, Propagation* ranges);
 
 }  // namespace vorn::ranges
 

@@ -145,9 +145,7 @@ TEST(SplittingProperty, RefutesNothingThatHasAModel) {
     SmallFormulas small(seed);
     const std::vector<const Term*> formulas = small.make_conjunction();
     Propagation ranges(small.get_manager());
-    for (const Term* f : formulas)
-      ranges.add(f);
-    ranges.propagate(kEnough);
+    assert_all(formulas, &ranges);
     const bool is_refuted_at_once = ranges.is_contradiction();
     Splitting splitting(ranges);
     bool is_refuted = false;

@@ -74,9 +74,7 @@ TEST(Forms, HoldInAllModels) {
     SmallFormulas small(seed);
     const std::vector<const Term*> formulas = make_bounded(small);
     Propagation ranges(small.get_manager());
-    for (const Term* f : formulas)
-      ranges.add(f);
-    ranges.propagate(kEnough);
+    assert_all(formulas, &ranges);
     if (ranges.is_contradiction()) continue;
     const Forms forms(ranges, kEnough);
     Refuter refuter(ranges, kEnough);

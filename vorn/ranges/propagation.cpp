@@ -138,7 +138,7 @@ void Propagation::follow_alternative(Slot slot) {
   const SymbolTag::tag tag = nodes[slot].term->get_tag();
   const bool is_or = tag == SymbolTag::bool_or || tag == SymbolTag::bool_implies;
   if (!is_or && tag != SymbolTag::bool_and) return;
-  if (nodes[slot].range != Range(BoolRange::of(is_or))) return;
+  if (!is_truth(nodes[slot].range, is_or)) return;
   const bool first = is_or && tag != SymbolTag::bool_implies;
   const std::optional<ClassTest> a = find_test(nodes[slot].arguments[0], first);
   const std::optional<ClassTest> b = find_test(nodes[slot].arguments[1], is_or);

@@ -96,6 +96,10 @@ bool is_empty(const Range& range) {
       range);
 }
 
+bool is_truth(const Range& range, bool value) {
+  return range == Range(BoolRange::of(value));
+}
+
 bool is_value(const Range& range) {
   return std::visit(
       [](const auto& r) {

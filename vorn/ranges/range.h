@@ -27,6 +27,8 @@ Range make_value(const DataType* type, const QNumber& value);
 /// Whether no value, or exactly one, is in the set.
 bool is_empty(const Range& range);
 bool is_value(const Range& range);
+/// Whether that truth value, and no other, is in the set.
+bool is_truth(const Range& range, bool value);
 /// That value.
 QNumber get_value(const Range& range);
 bool contains(const Range& range, const QNumber& value);

@@ -60,6 +60,19 @@ const FloatRange* find_finite(const ranges::Range& range) {
   return x != nullptr && !x->is_empty() && x->is_within(ranges::kFinite) ? x : nullptr;
 }
 
+std::optional<Form> negate(const std::optional<Form>& x) {
+  if (!x) return x;
+  return Form{x->value.negate(), x->error, x->quantum};
+}
+
+std::optional<Form> add(std::optional<Form> x, const std::optional<Form>& y) {
+  if (!x || !y) return std::nullopt;
+  x->value.add(y->value, QNumber(1));
+  x->error += y->error;
+  x->quantum = std::min(x->quantum, y->quantum);
+  return x;
+}
+
 }  // namespace
 
 QNumber Interval::get_magnitude() const {
@@ -110,45 +123,28 @@ std::optional<Form> Forms::find_form(Slot slot) {
 std::optional<Form> Forms::combine(Slot slot) {
   const Term* t = ranges.get_term(slot);
   std::optional<Form> form;
-  const auto copy = [&](Slot from) {
-    if (forms[from]) form = forms[from];
-  };
   switch (t->get_tag()) {
     case T::fp_neg:
-      copy(argument(slot, 0));
-      if (!form) return form;
-      form->value = Polynomial();
-      form->value.add(forms[argument(slot, 0)]->value, QNumber(-1));
-      return form;
+      return negate(forms[argument(slot, 0)]);
     case T::fp_abs:
       return take_absolute(argument(slot, 0));
     case T::fp_add:
-    case T::fp_sub: {
-      copy(argument(slot, 1));
-      const std::optional<Form>& other = forms[argument(slot, 2)];
-      if (!form || !other) return std::nullopt;
-      form->value.add(other->value, QNumber(t->get_tag() == T::fp_add ? 1 : -1));
-      form->error += other->error;
-      form->quantum = std::min(form->quantum, other->quantum);
+      form = add(forms[argument(slot, 1)], forms[argument(slot, 2)]);
       break;
-    }
+    case T::fp_sub:
+      form = add(forms[argument(slot, 1)], negate(forms[argument(slot, 2)]));
+      break;
     case T::fp_mul:
       form = multiply(argument(slot, 1), argument(slot, 2));
       break;
     case T::fp_div:
       form = divide(argument(slot, 1), argument(slot, 2));
       break;
-    case T::fp_fma: {
-      form = multiply(argument(slot, 1), argument(slot, 2));
-      const std::optional<Form>& other = forms[argument(slot, 3)];
-      if (!form || !other) return std::nullopt;
-      form->value.add(other->value, QNumber(1));
-      form->error += other->error;
-      form->quantum = std::min(form->quantum, other->quantum);
+    case T::fp_fma:
+      form = add(multiply(argument(slot, 1), argument(slot, 2)), forms[argument(slot, 3)]);
       break;
-    }
     case T::fp_cast:
-      copy(argument(slot, 1));
+      form = forms[argument(slot, 1)];
       break;
     case T::fp_from_sbv:
     case T::fp_from_ubv:
@@ -157,7 +153,7 @@ std::optional<Form> Forms::combine(Slot slot) {
     case T::ite:
       return choose(argument(slot, 0), argument(slot, 1), argument(slot, 2));
     case T::fp_round_to_integral:
-      copy(argument(slot, 1));
+      form = forms[argument(slot, 1)];
       if (form) round_to_integer(slot, &*form);
       return form;
     default:
@@ -210,17 +206,15 @@ std::optional<Form> Forms::take_absolute(Slot a) const {
   const Interval interval = get_interval(a);
   if (interval.least.sign() >= 0) return forms[a];
   if (interval.greatest.sign() > 0) return std::nullopt;
-  Form form = {Polynomial(), forms[a]->error, forms[a]->quantum};
-  form.value.add(forms[a]->value, QNumber(-1));
-  return form;
+  return negate(forms[a]);
 }
 
 /// Of two values that are the same number, as a zero of either sign is. That is what adding a zero
 /// is rewritten to.
 std::optional<Form> Forms::choose(Slot condition, Slot a, Slot b) const {
   const ranges::Range& truth = ranges.get_range(condition);
-  if (truth == ranges::Range(ranges::BoolRange::of(true))) return forms[a];
-  if (truth == ranges::Range(ranges::BoolRange::of(false))) return forms[b];
+  if (ranges::is_truth(truth, true)) return forms[a];
+  if (ranges::is_truth(truth, false)) return forms[b];
   if (!forms[a] || !forms[b]) return std::nullopt;
   const bool is_zero = ranges.get_term(condition)->get_tag() == T::fp_iszero &&
                        argument(condition, 0) == b && forms[a]->value == Polynomial() &&

@@ -30,6 +30,12 @@ void Polynomial::add(const Polynomial& other, const QNumber& factor) {
   }
 }
 
+Polynomial Polynomial::negate() const {
+  Polynomial result;
+  result.add(*this, QNumber(-1));
+  return result;
+}
+
 std::optional<Polynomial> Polynomial::multiply(const Polynomial& a, const Polynomial& b) {
   Polynomial product;
   for (const auto& [left, x] : a.terms) {

@@ -31,6 +31,7 @@ class Polynomial {
   /// Whether it has no unknown.
   bool is_constant() const { return terms.empty() || terms.rbegin()->first.empty(); }
 
+  Polynomial negate() const;
   /// Adds `factor` times `other`.
   void add(const Polynomial& other, const QNumber& factor);
   /// None where the product is too large.

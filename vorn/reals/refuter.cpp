@@ -35,14 +35,6 @@ bool is_comparison(const Term* t) {
   return tag == T::fp_lt || tag == T::fp_le || tag == T::fp_equal || tag == T::equal;
 }
 
-bool is_true(const ranges::Range& range) {
-  return range == ranges::Range(ranges::BoolRange::of(true));
-}
-
-bool is_false(const ranges::Range& range) {
-  return range == ranges::Range(ranges::BoolRange::of(false));
-}
-
 Interval multiply(const Interval& a, const Interval& b) {
   const QNumber ends[] = {a.least * b.least, a.least * b.greatest, a.greatest * b.least,
                           a.greatest * b.greatest};
@@ -136,10 +128,10 @@ void Refuter::add_facts(Slot slot) {
   if (forms.find(a) == nullptr || forms.find(b) == nullptr) return;
   const T::tag tag = ranges.get_term(slot)->get_tag();
   const bool is_order = tag == T::fp_lt || tag == T::fp_le;
-  if (is_true(truth)) {
+  if (ranges::is_truth(truth, true)) {
     add_order(a, b);
     if (!is_order) add_order(b, a);
-  } else if (is_false(truth) && is_order) {
+  } else if (ranges::is_truth(truth, false) && is_order) {
     add_order(b, a);
   }
 }
@@ -157,11 +149,8 @@ void Refuter::add_order(Slot low, Slot high) {
 void Refuter::add_bounds(Slot slot) {
   const Form& form = *forms.find(slot);
   const Interval interval = forms.get_interval(slot);
-  Row upper = {form.value, interval.greatest + form.error};
-  Row lower = {Polynomial(), form.error - interval.least};
-  lower.sum.add(form.value, QNumber(-1));
-  add_row(std::move(upper));
-  add_row(std::move(lower));
+  add_row({form.value, interval.greatest + form.error});
+  add_row({form.value.negate(), form.error - interval.least});
 }
 
 void Refuter::add_row(Row row) {
