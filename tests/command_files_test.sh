@@ -32,7 +32,7 @@ for subcommand in '' "${subcommands[@]}"; do
   for option in $(options $subcommand); do
     check "manual: $subcommand $option" 0 '' '^$' grep -qE "^\.It.* Fl \\\\-${option#--}( |\$)" "$page"
     check "bash: $subcommand $option" 0 " $option " '^$' echo "$flags"
-    check "zsh: $option" 0 '' '^$' grep -qE -- "[{',]${option}['}[]" "$source/completions/_vorn"
+    check "zsh: $option" 0 '' '^$' grep -qE -- "[{',)]${option}['}[]" "$source/completions/_vorn"
     check "fish: $option" 0 '' '^$' grep -qE -- "-l ${option#--} " "$source/completions/vorn.fish"
   done
 done
