@@ -144,8 +144,7 @@ int main(int argc, char** argv) {
         "{} checks by enumeration, {} with results excluded, {} failures, {:.1f} s\n",
         total.scripts, total.sum.checks, total.sum.sat, total.sum.unsat, total.sum.found,
         total.sum.enumerated, total.sum.undecided, total.sum.cores, total.sum.refuted,
-        total.sum.ranged, total.sum.split, total.sum.tried,
-        total.sum.refined, failures, seconds());
+        total.sum.ranged, total.sum.split, total.sum.tried, total.sum.refined, failures, seconds());
   }
   return failures == 0 ? 0 : 1;
 }
