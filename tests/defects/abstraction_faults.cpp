@@ -1,23 +1,15 @@
 // Faults of what is stated in the place of circuits, for random scripts to find. The linker sends
 // the calls here (--wrap); the variable FAULT of the environment says what goes wrong.
-#include <cstdlib>
-#include <string_view>
-
+#include "tests/defects/wrap.h"
 #include "vorn/semantics/evaluator.h"
 #include "vorn/solver/result_lemmas.h"
 #include "vorn/solver/solver.h"
 
-#define VORN_WRAP(real, fault, symbol, result, ...)   \
-  result real(__VA_ARGS__) __asm__("__real_" symbol); \
-  result fault(__VA_ARGS__) __asm__("__wrap_" symbol)
-
 namespace vorn::solver {
-namespace {
 
-bool is_wanted(std::string_view fault) {
-  static const char* const name = std::getenv("FAULT");
-  return name != nullptr && name == fault;
-}
+using defects::is_wanted;
+
+namespace {
 
 using Facts = std::vector<const Term*>;
 using Values = std::span<const QNumber>;

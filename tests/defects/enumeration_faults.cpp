@@ -1,26 +1,19 @@
 // Faults of trying all assignments, for random scripts to find. The linker sends the calls here
 // (--wrap); the variable FAULT of the environment says what goes wrong.
-#include <cstdlib>
 #include <optional>
-#include <string_view>
 #include <vector>
 
+#include "tests/defects/wrap.h"
 #include "vorn/search/block_program.h"
 #include "vorn/search/domain.h"
 #include "vorn/search/lanes.h"
 #include "vorn/solver/solver.h"
 
-#define VORN_WRAP(real, fault, symbol, result, ...)   \
-  result real(__VA_ARGS__) __asm__("__real_" symbol); \
-  result fault(__VA_ARGS__) __asm__("__wrap_" symbol)
-
 namespace vorn::search {
-namespace {
 
-bool is_wanted(std::string_view fault) {
-  static const char* const name = std::getenv("FAULT");
-  return name != nullptr && name == fault;
-}
+using defects::is_wanted;
+
+namespace {
 
 using Lane = std::optional<std::size_t>;
 
@@ -95,7 +88,7 @@ VORN_WRAP(real_blame, wrong_blame, "_ZNK4vorn6solver6Solver26get_enumerated_assu
 
 Places wrong_blame(const Solver* self) {
   Places blamed = real_blame(self);
-  if (search::is_wanted("blame_short") && !blamed.empty()) blamed.pop_back();
+  if (defects::is_wanted("blame_short") && !blamed.empty()) blamed.pop_back();
   return blamed;
 }
 

@@ -1,20 +1,17 @@
 // Faults of the substitution of definitions, for random scripts to find. The linker sends the calls
 // here (--wrap); the variable FAULT of the environment says what goes wrong.
-#include <cstdlib>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "tests/defects/wrap.h"
 #include "vorn/rewrite/top_level.h"
 #include "vorn/terms/post_order.h"
 
 namespace vorn::rewrite {
-namespace {
 
-bool is_wanted(std::string_view fault) {
-  static const char* const name = std::getenv("FAULT");
-  return name != nullptr && name == fault;
-}
+using defects::is_wanted;
+
+namespace {
 
 /// `root` with another constant of its name and sort in place of `constant`.
 const Term* rename(TermManager& mgr, const Term* root, const Term* constant) {
