@@ -42,6 +42,37 @@ TEST_P(DriverTest, EncodesTheLastArgumentFirst) {
   EXPECT_EQ(name_of(encoder.get_cached(x)), ".fp.f2");
 }
 
+TEST_P(DriverTest, AppendsConstraintsToThoseOfOtherCalls) {
+  const Term* first = src.make_fp_isnan(x);
+  const Term* second = src.make_fp_lt(x, y);
+  Terms all;
+  const Term* encoding = encoder.append_bv_encoding(first, &all);
+  EXPECT_EQ(encoder.get_cached(first), encoding);
+  const Terms of_first = all;
+  EXPECT_EQ(of_first.size(), 1U);
+  encoder.append_bv_encoding(second, &all);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0], of_first[0]);
+  encoder.append_bv_encoding(second, &all);
+  EXPECT_EQ(all.size(), 2U);
+
+  // What is appended is what the other way to call would have put there.
+  encoder.retract_upto(first);
+  encoder.append_bv_encoding(first, &all);
+  EXPECT_EQ(all.size(), 3U);
+  encoder.retract_upto(first);
+  encode(first);
+  EXPECT_EQ(side.size(), 1U);
+  encode(second);
+  EXPECT_EQ(side.size(), 1U);
+}
+
+TEST_P(DriverTest, AppendsNothingWhereTheEncodingFails) {
+  Terms all = {bv(1, 1)};
+  EXPECT_THROW(encoder.append_bv_encoding(nullptr, &all), std::invalid_argument);
+  EXPECT_EQ(all, Terms{bv(1, 1)});
+}
+
 TEST_P(DriverTest, EncodesARepeatedArgumentOnce) {
   encode(src.make_fp_equal(x, x));
   EXPECT_EQ(side.size(), 1U);
