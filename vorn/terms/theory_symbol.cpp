@@ -35,9 +35,9 @@ constexpr std::array<std::string_view, 22> kForms = {"RNE",
                                                      "+",
                                                      "*"};
 
-constexpr std::array<std::string_view, 9> kSorts = {
-    "Bool",    "RoundingMode", "BitVec",   "FloatingPoint", "Float16",
-    "Float32", "Float64",      "Float128", "Array"};
+constexpr std::array<std::string_view, 9> kSorts = {"Bool",          "RoundingMode", "BitVec",
+                                                    "FloatingPoint", "Float16",      "Float32",
+                                                    "Float64",       "Float128",     "Array"};
 
 /// A name that stands with a sort only, as const in (as const S), is nobody's alone.
 Names collect_names() {
