@@ -28,7 +28,7 @@ doc=$prefix/share/doc/vorn
 broken_links() {
   local file link
   for file in "$1"/*.md "$1"/docs/*.md; do
-    grep -oE '\]\([^)#: ]+' "$file" | sed 's/^](//' | while read -r link; do
+    grep -oE '\]\([^)#: ]+[)#]' "$file" | sed 's/^](//; s/.$//' | while read -r link; do
       [[ -e $(dirname "$file")/$link ]] || echo "$file: $link"
     done
   done
