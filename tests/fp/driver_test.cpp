@@ -43,27 +43,27 @@ TEST_P(DriverTest, EncodesTheLastArgumentFirst) {
 }
 
 TEST_P(DriverTest, AppendsConstraintsToThoseOfOtherCalls) {
-  const Term* first = src.make_fp_isnan(x);
-  const Term* second = src.make_fp_lt(x, y);
+  const Term* test = src.make_fp_isnan(x);
+  const Term* less = src.make_fp_lt(x, y);
   Terms all;
-  const Term* encoding = encoder.append_bv_encoding(first, &all);
-  EXPECT_EQ(encoder.get_cached(first), encoding);
-  const Terms of_first = all;
-  EXPECT_EQ(of_first.size(), 1U);
-  encoder.append_bv_encoding(second, &all);
+  const Term* encoding = encoder.append_bv_encoding(test, &all);
+  EXPECT_EQ(encoder.get_cached(test), encoding);
+  const Terms of_test = all;
+  EXPECT_EQ(of_test.size(), 1U);
+  encoder.append_bv_encoding(less, &all);
   ASSERT_EQ(all.size(), 2U);
-  EXPECT_EQ(all[0], of_first[0]);
-  encoder.append_bv_encoding(second, &all);
+  EXPECT_EQ(all[0], of_test[0]);
+  encoder.append_bv_encoding(less, &all);
   EXPECT_EQ(all.size(), 2U);
 
   // What is appended is what the other way to call would have put there.
-  encoder.retract_upto(first);
-  encoder.append_bv_encoding(first, &all);
+  encoder.retract_upto(test);
+  encoder.append_bv_encoding(test, &all);
   EXPECT_EQ(all.size(), 3U);
-  encoder.retract_upto(first);
-  encode(first);
+  encoder.retract_upto(test);
+  encode(test);
   EXPECT_EQ(side.size(), 1U);
-  encode(second);
+  encode(less);
   EXPECT_EQ(side.size(), 1U);
 }
 
