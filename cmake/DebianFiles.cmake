@@ -1,6 +1,6 @@
 # Run by CPack on the installed files of each package before it packs them: adds what Debian's policy
-# wants of a package (chapter 12: a copyright file, a change log, compressed manual pages). Documents
-# are left as they are, since they link to each other.
+# wants of a package (chapter 12: a copyright file, a change log, compressed manual pages).
+# Documents are left as they are, since they link to each other.
 cmake_minimum_required(VERSION 3.25)
 set(version ${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)

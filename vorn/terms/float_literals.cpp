@@ -52,7 +52,7 @@ IEEEFloat FloatValue::round(IEEEFloat::format format, IEEEFloat::rounding_mode m
 
 /// A number that lies between two floats is rounded apart by the two directed modes.
 IEEEFloat FloatValue::convert(IEEEFloat::format format) const {
-  const IEEEFloat above = round(format, IEEEFloat::rounding_mode::plus_inf);
+  IEEEFloat above = round(format, IEEEFloat::rounding_mode::plus_inf);
   const IEEEFloat below = round(format, IEEEFloat::rounding_mode::minus_inf);
   if (above.get_bits() == below.get_bits()) return above;
   throw std::invalid_argument(to_string() + " is no value of " + format_text(format) +
