@@ -68,8 +68,9 @@ VORN_EXPORT const Term* make_fp_literal(TermManager& manager, const DataType* ty
 /// The float that a literal stands for, such as a value of a model. Throws std::invalid_argument
 /// where the term is no literal of a floating-point sort.
 VORN_EXPORT IEEEFloat get_float(const Term* literal);
-/// The same as a double; NaN is the machine's own. Throws std::invalid_argument where it is none of
-/// the values of a double, which no literal of up to 11 and 52 bits can be, and as get_float does.
+/// The same as a double, which every literal of a format with e <= 11 and m <= 52 is; NaN is the
+/// machine's own. Throws std::invalid_argument where no double has the value, and as get_float
+/// does.
 VORN_EXPORT double get_double(const Term* literal);
 /// The same rounded to a double. Throws as get_float does.
 VORN_EXPORT double get_double(const Term* literal, IEEEFloat::rounding_mode mode);
