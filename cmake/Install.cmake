@@ -7,7 +7,6 @@ set(cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vorn)
 
 # The command.
 install(TARGETS vorn_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT vorn)
-install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT vorn)
 configure_file(man/vorn.1.in ${PROJECT_BINARY_DIR}/man/vorn.1 @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/man/vorn.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
         COMPONENT vorn)
@@ -17,6 +16,19 @@ install(FILES completions/_vorn DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-fu
         COMPONENT vorn)
 install(FILES completions/vorn.fish
         DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT vorn)
+
+# What users read, with the command and with the library, in the folders of the tree, so that links
+# from one file to another hold.
+foreach(component vorn development)
+  install(FILES README.md LICENSE CHANGELOG.md CONTRIBUTING.md cmake/copyright
+          DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT ${component})
+  install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT ${component}
+          FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+endforeach()
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT vorn
+        FILES_MATCHING PATTERN "*.smt2")
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
+        USE_SOURCE_PERMISSIONS)
 
 # The library. Those who link it statically need all that it is made of, so each form is a set of
 # targets of its own.
@@ -34,6 +46,7 @@ set(public_headers
     bv/aig.h
     bv/aiger.h
     bv/bit_blaster.h
+    bv/clause_sink.h
     bv/cnf.h
     bv/dimacs.h
     bv/sat_solver.h
@@ -62,6 +75,7 @@ set(public_headers
     solver/solver.h
     terms/bv_number.h
     terms/engine.h
+    terms/float_literals.h
     terms/float_text.h
     terms/ieee_arithmetic.h
     terms/ieee_float.h

@@ -10,8 +10,9 @@ command decides. Fences say more in their first line, LANGUAGE MARK...:
     console, none     as above
     sh                a script for bash, which has to end with status 0
     smt2              a script for the command, likewise
-    cpp               compiled, if it is a whole program
-    c                 the same, by COMMAND or cc, and linked as `program`, which later commands run
+    cpp               compiled, if it is a whole program, and linked as `program`, which later
+                      commands run
+    c                 the same, by the command of --cc, or cc
 
     file=NAME         the block is a file that later commands read
     needs=A,B         skipped unless these programs, or files of the tree or the build, are there
@@ -193,11 +194,11 @@ class Document:
 
 
 def find_compilers(source, build, compiler, c_compiler):
-    """What compiles a program of each language; one in C is linked too."""
+    """What compiles and links a program of each language."""
     usual = ["-Wall", "-Wextra", "-Werror", f"-I{source}", f"-I{build / 'include'}"]
     # The library comes before the program's name on the line: it must not be dropped as unused.
     linked = ["-o", "program", "-Wl,--no-as-needed", f"-L{build}", "-lvorn", f"-Wl,-rpath,{build}"]
-    return {"cpp": [compiler, "-std=c++20", "-fsyntax-only", *usual],
+    return {"cpp": [*shlex.split(compiler), "-std=c++20", *usual, *linked, "-lgmpxx", "-lgmp"],
             "c": [*shlex.split(c_compiler), "-std=c11", "-pedantic", *usual, *linked]}
 
 

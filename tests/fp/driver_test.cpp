@@ -42,6 +42,37 @@ TEST_P(DriverTest, EncodesTheLastArgumentFirst) {
   EXPECT_EQ(name_of(encoder.get_cached(x)), ".fp.f2");
 }
 
+TEST_P(DriverTest, AppendsConstraintsToThoseOfOtherCalls) {
+  const Term* test = src.make_fp_isnan(x);
+  const Term* less = src.make_fp_lt(x, y);
+  Terms all;
+  const Term* encoding = encoder.append_bv_encoding(test, &all);
+  EXPECT_EQ(encoder.get_cached(test), encoding);
+  const Terms of_test = all;
+  EXPECT_EQ(of_test.size(), 1U);
+  encoder.append_bv_encoding(less, &all);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0], of_test[0]);
+  encoder.append_bv_encoding(less, &all);
+  EXPECT_EQ(all.size(), 2U);
+
+  // What is appended is what the other way to call would have put there.
+  encoder.retract_upto(test);
+  encoder.append_bv_encoding(test, &all);
+  EXPECT_EQ(all.size(), 3U);
+  encoder.retract_upto(test);
+  encode(test);
+  EXPECT_EQ(side.size(), 1U);
+  encode(less);
+  EXPECT_EQ(side.size(), 1U);
+}
+
+TEST_P(DriverTest, AppendsNothingWhereTheEncodingFails) {
+  Terms all = {bv(1, 1)};
+  EXPECT_THROW(encoder.append_bv_encoding(nullptr, &all), std::invalid_argument);
+  EXPECT_EQ(all, Terms{bv(1, 1)});
+}
+
 TEST_P(DriverTest, EncodesARepeatedArgumentOnce) {
   encode(src.make_fp_equal(x, x));
   EXPECT_EQ(side.size(), 1U);

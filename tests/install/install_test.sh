@@ -22,6 +22,21 @@ export PKG_CONFIG_PATH=$lib/pkgconfig
 # The command needs nothing of the tree.
 check 'command' 0 "^vorn $version" '^$' "$prefix/bin/vorn" --version
 check 'manual page' 0 'SYNOPSIS' '^$' cat "$prefix/share/man/man1/vorn.1"
+
+# What users read, with what it links to.
+doc=$prefix/share/doc/vorn
+broken_links() {
+  local file link
+  for file in "$1"/*.md "$1"/docs/*.md; do
+    grep -oE '\]\([^)#: ]+[)#]' "$file" | sed 's/^](//; s/.$//' | while read -r link; do
+      [[ -e $(dirname "$file")/$link ]] || echo "$file: $link"
+    done
+  done
+}
+check 'documents' 0 'Embedding the library' '^$' cat "$doc/docs/embedding.md"
+check 'what documents link to' 0 '^$' '^$' broken_links "$doc"
+check 'licences' 0 'BSD-3-clause' '^$' cat "$doc/copyright"
+
 check 'soname' 0 "SONAME.*\\[libvorn\\.so\\.${version%.*}\\]" '^$' readelf -d "$lib/libvorn.so"
 check 'version of the package' 0 "^$version" '^$' pkg-config --modversion vorn
 
@@ -105,7 +120,7 @@ check 'build the project in C' 0 '' '^$' cmake --build "$dir/c_consumer"
 check 'run what it built in C' 0 "$c_answer" '^$' "$dir/c_consumer/consumer"
 check 'another minor version' 1 '' 'compatible' configure -S "$here" -B "$dir/other" \
   -DGENERATED_HEADERS="$dir" -DWANTED_VERSION=0.99
-check 'find the package for the examples' 0 '^$' '^$' configure -S "$source/examples" -B "$dir/examples" \
+check 'find the package for the examples' 0 '^$' '^$' configure -S "$doc/examples" -B "$dir/examples" \
   -DVORN_COMMAND="$prefix/bin/vorn"
 check 'build the examples' 0 '' '^$' cmake --build "$dir/examples" -j 2
 check 'run the examples' 0 '100% tests passed' '^$' ctest --test-dir "$dir/examples"

@@ -5,9 +5,12 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "vorn/terms/operations.h"
 #include "vorn/terms/term_manager.h"
+#include "vorn/terms/theory_symbol.h"
 
 namespace vorn::smt2 {
 namespace {
@@ -235,6 +238,47 @@ TEST_F(OperatorsTest, ComplaintsNameWhatWasWrittenAndOperandsInTheirOrder) {
             "bvite: expected a bit-vector of width 1, got a term of (_ BitVec 8)");
   EXPECT_EQ(error("ite", {}, {p, v}), "ite takes 3 arguments, got 2");
   EXPECT_EQ(error("=>", {}, {p}), "=> takes at least 2 arguments, got 1");
+}
+
+TEST_F(OperatorsTest, AreTheNamesThatPrintedScriptsDoNotDeclare) {
+  std::vector<std::string_view> names = {"RNE",
+                                         "RNA",
+                                         "RTP",
+                                         "RTN",
+                                         "RTZ",
+                                         "roundNearestTiesToEven",
+                                         "fp",
+                                         "NaN",
+                                         "+oo",
+                                         "-oo",
+                                         "+zero",
+                                         "roundNearestTiesToAway",
+                                         "-",
+                                         "/",
+                                         "-zero",
+                                         "to_fp",
+                                         "+",
+                                         "roundTowardPositive",
+                                         "*",
+                                         "x",
+                                         "div",
+                                         "abs",
+                                         "<",
+                                         "roundTowardNegative",
+                                         "",
+                                         "mod",
+                                         "is",
+                                         "const",
+                                         "let",
+                                         "roundTowardZero",
+                                         "to_fp_unsigned"};
+  for (const Operation& operation : get_operations())
+    names.push_back(operation.name);
+  for (const std::string_view name : names) {
+    const Operator* op = find_operator(name);
+    EXPECT_EQ(is_theory_symbol(name), op != nullptr && op->is_supported() && !op->needs_sort())
+        << name;
+  }
 }
 
 TEST_F(OperatorsTest, ManyArgumentsAreAppliedInOrder) {

@@ -77,6 +77,57 @@ TEST_F(ScriptPrinterTest, GivesNamesThatBelongToSolversToNoConstant) {
       << print(formulas);
 }
 
+TEST_F(ScriptPrinterTest, KeepsTheNamesThatUsersGave) {
+  const Term* first = variable("x", 1);
+  const Term* second = variable("x", 1);
+  const Term* third = variable("x!1", 1);
+  const Term* blank = variable("a b", 1);
+  const Term* word = variable("let", 1);
+  const Term* digit = variable("1", 1);
+  const Term* lines = variable("two\nlines", 1);
+  std::vector<const Term*> formulas;
+  for (const Term* t : {first, second, third, blank, word, digit, lines})
+    formulas.push_back(mgr.make_equal(t, mgr.make_bv_number(0, 1)));
+  EXPECT_EQ(print(formulas),
+            "(declare-const x (_ BitVec 1))\n"
+            "(declare-const x!1 (_ BitVec 1))\n"
+            "(declare-const x!1!1 (_ BitVec 1))\n"
+            "(declare-const |a b| (_ BitVec 1))\n"
+            "(declare-const |let| (_ BitVec 1))\n"
+            "(declare-const |1| (_ BitVec 1))\n"
+            "(declare-const |two\nlines| (_ BitVec 1))\n"
+            "(assert (= x #b0))\n"
+            "(assert (= x!1 #b0))\n"
+            "(assert (= x!1!1 #b0))\n"
+            "(assert (= |a b| #b0))\n"
+            "(assert (= |let| #b0))\n"
+            "(assert (= |1| #b0))\n"
+            "(assert (= |two\nlines| #b0))\n");
+}
+
+TEST_F(ScriptPrinterTest, GivesNamesOfTheoriesToNoConstant) {
+  const Term* conjunction = variable("and", 1);
+  const Term* taken = variable("vorn.and", 1);
+  const Term* truth = mgr.make_constant("true", mgr.get_bool_type());
+  const Term* mode = mgr.make_constant("RNE", mgr.get_fprounding_type());
+  const Term* control = variable("x\x01", 1);
+  const DataType* sort = mgr.get_uninterpreted_type("Bool");
+  const Term* element = mgr.make_constant("b", sort);
+  const std::vector<const Term*> formulas = {
+      mgr.make_equal(conjunction, taken), truth, mgr.make_equal(mode, mgr.make_fprounding_even()),
+      mgr.make_equal(control, taken), mgr.make_equal(element, element)};
+  const ScriptPrinter printer(formulas);
+  EXPECT_EQ(printer.get_name(taken), "vorn.and");
+  EXPECT_EQ(printer.get_name(conjunction), "c1");
+  EXPECT_EQ(printer.get_name(truth), "vorn.true");
+  EXPECT_EQ(printer.get_name(mode), "vorn.RNE");
+  EXPECT_EQ(printer.get_name(control), "c2");
+  const std::string text = print(formulas);
+  EXPECT_NE(text.find("(declare-sort vorn.Bool 0)\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("(declare-const b vorn.Bool)\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("(= vorn.RNE roundNearestTiesToEven)"), std::string::npos) << text;
+}
+
 TEST_F(ScriptPrinterTest, GrowsWithTheGraphAndNotWithTheTree) {
   const Term* t = variable("x", 8);
   for (int i = 0; i < 1'000; ++i)

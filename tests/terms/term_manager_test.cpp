@@ -468,5 +468,48 @@ TEST(TermManager, AsksSoonerWhereOperationsAreWide) {
             negate_until_stopped(mgr, variables));
 }
 
+TEST(TermManager, ConnectivesTakeAnyNumberOfOperands) {
+  for (const bool rewrite : {false, true}) {
+    TermManager mgr(rewrite);
+    const Term* p = mgr.make_constant("p", mgr.get_bool_type());
+    const Term* q = mgr.make_constant("q", mgr.get_bool_type());
+    const Term* r = mgr.make_constant("r", mgr.get_bool_type());
+    EXPECT_EQ(mgr.make_and({}), mgr.make_true());
+    EXPECT_EQ(mgr.make_or({}), mgr.make_false());
+    EXPECT_EQ(mgr.make_and(std::vector<const Term*>()), mgr.make_true());
+    EXPECT_EQ(mgr.make_or(std::vector<const Term*>()), mgr.make_false());
+    EXPECT_EQ(mgr.make_and({p, q}), mgr.make_and(p, q));
+    EXPECT_EQ(mgr.make_or({p, q}), mgr.make_or(p, q));
+    const std::vector<const Term*> three = {p, q, r};
+    EXPECT_EQ(mgr.make_and(three), mgr.make_and(mgr.make_and(p, q), r));
+    EXPECT_EQ(mgr.make_or(three), mgr.make_or(mgr.make_or(p, q), r));
+    EXPECT_THROW(mgr.make_and({mgr.make_bv_number(1, 1)}), std::invalid_argument);
+    EXPECT_THROW(mgr.make_or({p, nullptr, q}), std::invalid_argument);
+  }
+  TermManager mgr;
+  const Term* p = mgr.make_constant("p", mgr.get_bool_type());
+  EXPECT_EQ(mgr.make_and({p}), p);
+  EXPECT_EQ(mgr.make_or({p}), p);
+}
+
+TEST(TermManager, GreaterIsLessOfSwappedOperands) {
+  TermManager mgr;
+  const Term* x = mgr.make_constant("x", mgr.get_fp_type(5, 10));
+  const Term* y = mgr.make_constant("y", mgr.get_fp_type(5, 10));
+  EXPECT_EQ(mgr.make_fp_gt(x, y), mgr.make_fp_lt(y, x));
+  EXPECT_EQ(mgr.make_fp_ge(x, y), mgr.make_fp_le(y, x));
+  EXPECT_THROW(mgr.make_fp_gt(x, mgr.make_true()), std::invalid_argument);
+}
+
+TEST(TermManager, ConstantsOfOneNameAreApart) {
+  TermManager mgr;
+  const Term* first = mgr.make_constant("x y", mgr.get_bv_type(8));
+  const Term* second = mgr.make_constant("x y", mgr.get_bv_type(8));
+  EXPECT_NE(first, second);
+  EXPECT_EQ(mgr.make_bv_ult(first, second)->to_string(), "(bvult |x y| |x y!1|)");
+  EXPECT_THROW(mgr.make_constant("x|y", mgr.get_bv_type(8)), std::invalid_argument);
+  EXPECT_THROW(mgr.make_constant("z", nullptr), std::invalid_argument);
+}
+
 }  // namespace
 }  // namespace vorn

@@ -58,6 +58,13 @@ const Term* FpBvEncoder::get_bv_encoding(const Term* t, std::vector<const Term*>
   return result;
 }
 
+const Term* FpBvEncoder::append_bv_encoding(const Term* t, std::vector<const Term*>* constraints) {
+  std::vector<const Term*> of_this_call;
+  const Term* encoding = get_bv_encoding(t, &of_this_call);
+  constraints->insert(constraints->end(), of_this_call.begin(), of_this_call.end());
+  return encoding;
+}
+
 /// Pushes the arguments of `t` that have no encoding yet; false if there are none to wait for.
 /// If-then-else, bits read as a float and uninterpreted symbols are encoded whole.
 bool FpBvEncoder::push_missing_args(const Term* t) {

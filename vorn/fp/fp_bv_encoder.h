@@ -70,6 +70,9 @@ class VORN_EXPORT FpBvEncoder {
   /// After these the owner must retract `t`, since the constraints of what was encoded on the way
   /// are lost.
   const Term* get_bv_encoding(const Term* t, std::vector<const Term*>* out);
+  /// The same, but `constraints` keeps what it holds, and what the call has to say comes behind.
+  /// Where an exception passes through, it is as before.
+  const Term* append_bv_encoding(const Term* t, std::vector<const Term*>* constraints);
 
   /// The cached encoding of `t`, or null; null for null.
   const Term* get_cached(const Term* t) const;

@@ -45,6 +45,14 @@ const Term* TermManager::make_or(const Term* a, const Term* b) {
   return apply(T::bool_or, {a, b});
 }
 
+const Term* TermManager::make_and(std::span<const Term* const> args) {
+  return args.empty() ? true_term : make(T::bool_and, {}, args);
+}
+
+const Term* TermManager::make_or(std::span<const Term* const> args) {
+  return args.empty() ? false_term : make(T::bool_or, {}, args);
+}
+
 const Term* TermManager::make_xor(const Term* a, const Term* b) {
   return apply(T::bool_xor, {a, b});
 }

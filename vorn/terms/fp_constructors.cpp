@@ -104,6 +104,14 @@ const Term* TermManager::make_fp_le(const Term* a, const Term* b) {
   return apply(T::fp_le, {a, b});
 }
 
+const Term* TermManager::make_fp_gt(const Term* a, const Term* b) {
+  return apply(T::fp_gt, {a, b});
+}
+
+const Term* TermManager::make_fp_ge(const Term* a, const Term* b) {
+  return apply(T::fp_ge, {a, b});
+}
+
 const Term* TermManager::make_fp_neg(const Term* a) {
   return apply(T::fp_neg, {a});
 }

@@ -7,6 +7,7 @@
 #include "vorn/terms/post_order.h"
 #include "vorn/terms/printer.h"
 #include "vorn/terms/term_set.h"
+#include "vorn/terms/theory_symbol.h"
 
 namespace vorn {
 namespace {
@@ -16,9 +17,33 @@ struct Visit {
   std::size_t next = 0;
 };
 
-/// Whether scripts of others may not declare it.
+bool is_control(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < 0x20 && c != '\t' && c != '\n' && c != '\r') || byte == 0x7F;
+}
+
+/// Whether no script can hold it, even between bars.
+bool is_unprintable(const std::string& name) {
+  return std::ranges::any_of(name, is_control);
+}
+
+/// Whether it belongs to solvers, or scripts cannot hold it.
 bool is_reserved(const std::string& name) {
-  return name.starts_with('.') || name.starts_with('@');
+  return name.starts_with('.') || name.starts_with('@') || is_unprintable(name);
+}
+
+bool is_free_for_symbols(const std::string& name) {
+  return !is_reserved(name) && !is_theory_symbol(name);
+}
+
+bool is_free_for_sorts(const std::string& name) {
+  return !is_reserved(name) && !is_theory_sort(name);
+}
+
+/// A name in place of one that scripts may not declare; empty where it could not be written.
+std::string replace_name(const std::string& name) {
+  if (is_unprintable(name)) return "";
+  return is_reserved(name) ? "vorn" + name : "vorn." + name;
 }
 
 /// The theory's own constants have these names before anybody can take them.
@@ -95,15 +120,15 @@ void ScriptPrinter::add_sorts(const DataType* type) {
 void ScriptPrinter::name_sorts() {
   std::unordered_set<std::string> others;
   for (auto& [name, sort] : sorts) {
-    if (is_reserved(name)) continue;
+    if (!is_free_for_sorts(name)) continue;
     others.insert(name);
     sort.text = quote_symbol(name);
   }
   std::size_t number = 0;
   for (auto& [name, sort] : sorts) {
-    if (!is_reserved(name)) continue;
-    std::string candidate = "vorn" + name;
-    while (!others.insert(candidate).second)
+    if (is_free_for_sorts(name)) continue;
+    std::string candidate = replace_name(name);
+    while (candidate.empty() || !others.insert(candidate).second)
       candidate = "S" + std::to_string(++number);
     sort.text = quote_symbol(candidate);
   }
@@ -114,18 +139,18 @@ void ScriptPrinter::name_symbols() {
   std::vector<const Symbol*> others;
   for (const Symbol* symbol : symbols) {
     const std::string& name = symbol->get_name();
-    if (is_reserved(name)) {
-      others.push_back(symbol);
-    } else {
+    if (is_free_for_symbols(name)) {
       taken.insert(name);
       symbol_names[symbol] = quote_symbol(name);
+    } else {
+      others.push_back(symbol);
     }
   }
   for (const Symbol* symbol : others) {
     const std::string& name = symbol->get_name();
-    const std::string candidate = "vorn" + name;
-    symbol_names[symbol] =
-        quote_symbol(taken.insert(candidate).second ? candidate : fresh_name("c"));
+    const std::string candidate = replace_name(name);
+    const bool is_new = !candidate.empty() && taken.insert(candidate).second;
+    symbol_names[symbol] = quote_symbol(is_new ? candidate : fresh_name("c"));
   }
 }
 

@@ -2,8 +2,11 @@
 //
 // A formula is a graph: every operation that occurs more than once is defined under a name of its
 // own, so the script is as long as the graph is large. Operations nested deeply are named too, for
-// the sake of readers that recurse. Symbols that begin with a dot or an at sign belong to solvers
-// (SMT-LIB 2.6, section 3.1): constants, functions and sorts of that kind get other names.
+// the sake of readers that recurse.
+//
+// Constants, functions and sorts keep their names, between bars where need be. Symbols that begin
+// with a dot or an at sign belong to solvers (SMT-LIB 2.6, section 3.1) and others to theories, and
+// control characters are in no symbol: what is named so gets another name.
 #ifndef VORN_TERMS_SCRIPT_PRINTER_H
 #define VORN_TERMS_SCRIPT_PRINTER_H
 

@@ -99,6 +99,10 @@ class VORN_EXPORT TermManager {
                                    const DataType* type);
   /// The term that applies an arity-0 symbol.
   const Term* make_constant(const Symbol* symbol);
+  /// A new constant named by make_unique_symbol.
+  const Term* make_constant(const std::string& name, const DataType* type) {
+    return make_constant(make_unique_symbol(name, type));
+  }
   /// The term that applies an uninterpreted function.
   const Term* make_application(const Symbol* function, std::span<const Term* const> args);
   /// The operation of kind `tag`: the name of each kind below is one of these. `indices` are the
@@ -141,6 +145,15 @@ class VORN_EXPORT TermManager {
   const Term* make_not(const Term* a);
   const Term* make_and(const Term* a, const Term* b);
   const Term* make_or(const Term* a, const Term* b);
+  /// The same of any number of Booleans, from left to right: of none, true and false.
+  const Term* make_and(std::span<const Term* const> args);
+  const Term* make_and(std::initializer_list<const Term*> args) {
+    return make_and(std::span(args.begin(), args.size()));
+  }
+  const Term* make_or(std::span<const Term* const> args);
+  const Term* make_or(std::initializer_list<const Term*> args) {
+    return make_or(std::span(args.begin(), args.size()));
+  }
   const Term* make_xor(const Term* a, const Term* b);
   const Term* make_implies(const Term* a, const Term* b);
   const Term* make_iff(const Term* a, const Term* b);
@@ -229,6 +242,9 @@ class VORN_EXPORT TermManager {
   const Term* make_fp_equal(const Term* a, const Term* b);
   const Term* make_fp_lt(const Term* a, const Term* b);
   const Term* make_fp_le(const Term* a, const Term* b);
+  /// b < a and b <= a, which is how they are kept.
+  const Term* make_fp_gt(const Term* a, const Term* b);
+  const Term* make_fp_ge(const Term* a, const Term* b);
   const Term* make_fp_neg(const Term* a);
   const Term* make_fp_add(const Term* rm, const Term* a, const Term* b);
   const Term* make_fp_sub(const Term* rm, const Term* a, const Term* b);
