@@ -87,7 +87,7 @@ vorn_status produce(Record* record, const char* function, Result** result,
                     const Body& body) noexcept {
   if (result != nullptr) *result = nullptr;
   return enter(record, function, [&] {
-    check_pointer(result, "the place for the result");
+    if (result == nullptr) fail_missing("the place for the result");
     *result = body();
   });
 }
@@ -97,7 +97,7 @@ template <class Record, class Result, class Body>
 vorn_status answer(Record* record, const char* function, Result* result,
                    const Body& body) noexcept {
   return enter(record, function, [&] {
-    check_pointer(result, "the place for the result");
+    if (result == nullptr) fail_missing("the place for the result");
     *result = body();
   });
 }
@@ -108,7 +108,7 @@ vorn_status list(Record* record, const char* function, vorn_term_list* result,
                  const Body& body) noexcept {
   if (result != nullptr) *result = {nullptr, 0};
   return enter(record, function, [&] {
-    check_pointer(result, "the place for the result");
+    if (result == nullptr) fail_missing("the place for the result");
     body(result);
   });
 }
