@@ -64,10 +64,7 @@ std::optional<Domain> Domain::make(const DataType* type, const ranges::Range* ra
 }
 
 bool Domain::add_segments(const DataType* type, const ranges::Range& range) {
-  if (const auto* floats = std::get_if<FloatRange>(&range)) {
-    add_floats(*floats);
-    return true;
-  }
+  if (const auto* floats = std::get_if<FloatRange>(&range)) return add_floats(*floats);
   if (const auto* bits = std::get_if<BitRange>(&range)) return add_bits(*bits);
   const std::uint64_t values = type->get_kind() == DataType::Kind::boolean ? 2 : 5;
   for (std::uint64_t value = 0; value < values; ++value) {
@@ -103,24 +100,20 @@ bool Domain::add_bits(const BitRange& range) {
 }
 
 /// An interval of each class, those that meet as one.
-void Domain::add_floats(const FloatRange& range) {
+bool Domain::add_floats(const FloatRange& range) {
   has_nan = range.has(ranges::kNaN);
   for (unsigned i = 0; i < static_cast<unsigned>(FloatClass::nan); ++i) {
     const FloatRange part = range.restrict_to(ranges::class_set(static_cast<FloatClass>(i)));
     if (part.is_empty()) continue;
-    std::int64_t least = 0;
-    part.get_least().get_int64(&least);
-    if (!segments.empty() &&
-        segments.back().least + static_cast<std::int64_t>(segments.back().count) == least) {
-      const std::uint64_t before = segments.back().count;
-      add(part.get_least(), part.get_greatest());
-      const std::uint64_t more = segments.back().count;
-      segments.pop_back();
-      segments.back().count = before + more;
-    } else {
-      add(part.get_least(), part.get_greatest());
-    }
+    if (!add(part.get_least(), part.get_greatest())) return false;
+    if (segments.size() < 2) continue;
+    Segment& before = segments[segments.size() - 2];
+    const Segment& last = segments.back();
+    if (before.least + static_cast<std::int64_t>(before.count) != last.least) continue;
+    before.count += last.count;
+    segments.pop_back();
   }
+  return true;
 }
 
 /// A value in the form of Evaluator.

@@ -37,7 +37,7 @@ class Domain {
   bool add_segments(const DataType* type, const ranges::Range& range);
   bool add(const QNumber& least, const QNumber& greatest);
   bool add_bits(const ranges::BitRange& range);
-  void add_floats(const ranges::FloatRange& range);
+  bool add_floats(const ranges::FloatRange& range);
   std::uint64_t find_word(std::int64_t place) const;
   template <class W>
   void fill_segment(std::int64_t place, std::size_t length, W* lanes) const;
