@@ -282,6 +282,7 @@ void BlockProgram::compute_in_modes(LaneStep& step) {
 void BlockProgram::compute_exactly(LaneStep& step, const std::uint32_t* wanted) {
   std::vector<QNumber> numbers(step.args.size());
   std::vector<const QNumber*> pointers;
+  pointers.reserve(numbers.size());
   for (const QNumber& number : numbers)
     pointers.push_back(&number);
   std::uint32_t open = 0;

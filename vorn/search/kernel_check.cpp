@@ -92,6 +92,7 @@ class Trial {
     for (std::size_t i = 0; i < sorts.size(); ++i)
       numbers.push_back(to_number(words[i][lane]));
     std::vector<const QNumber*> pointers;
+    pointers.reserve(numbers.size());
     for (const QNumber& number : numbers)
       pointers.push_back(&number);
     Expected expected;

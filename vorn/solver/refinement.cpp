@@ -42,7 +42,7 @@ std::vector<Solver::WrongResult> Solver::find_wrong_results() {
       mgr, [this](const Term* constant) { return bits_of(constant); },
       [this](const Term* t, std::span<const QNumber> values) {
         const auto found = model.find(back_end->encoder->get_choice(t));
-        const QNumber own = found == model.end() ? QNumber() : found->second;
+        QNumber own = found == model.end() ? QNumber() : found->second;
         if (!semantics::is_selection(t)) return own;
         return semantics::get_chosen_sign(own, t->get_type(), values[0]);
       });
@@ -58,6 +58,7 @@ std::vector<Solver::WrongResult> Solver::find_wrong_results() {
     if (!model.contains(model_key(stand_in))) continue;
     std::vector<QNumber> operands;
     std::vector<const QNumber*> arguments;
+    arguments.reserve(t->get_args().size());
     for (const Term* arg : t->get_args())
       operands.push_back(candidate.evaluate(arg));
     for (const QNumber& operand : operands)
