@@ -11,17 +11,12 @@
 #include <vector>
 
 #include "vorn/ranges/propagation.h"
+#include "vorn/reals/bounds.h"
 #include "vorn/reals/forms.h"
 #include "vorn/reals/multipliers.h"
 #include "vorn/reals/polynomial.h"
 
 namespace vorn::reals {
-
-/// The sum of the terms, without a constant, is at most the bound.
-struct Row {
-  Polynomial sum;
-  QNumber bound;
-};
 
 /// What forms say of the formulas whose ranges these are. Products of unknowns count as unknowns.
 class Refuter {
@@ -41,15 +36,21 @@ class Refuter {
  private:
   using Slot = ranges::Propagation::Slot;
 
+  bool narrow_by_forms();
+  void add_rows();
+  bool tighten();
   bool has_own_form(Slot slot) const;
+  bool narrow(Slot slot, const Interval& interval);
   void narrow(Slot slot);
+  bool is_bits(Slot slot) const {
+    return std::holds_alternative<ranges::BitRange>(ranges.get_range(slot));
+  }
+  bool is_comparable(Slot slot) const;
   void decide(Slot slot);
   void add_facts(Slot slot);
-  void add_order(Slot low, Slot high);
+  void add_order(Slot low, Slot high, bool is_strict);
   void add_bounds(Slot slot);
   void add_row(Row row);
-  Interval get_interval(const Monomial& monomial);
-  Interval get_interval(const Polynomial& polynomial, const QNumber& error);
   bool exceeds(const Row& row);
   std::optional<LinearSystem> make_system(std::vector<double>* row_scales);
   bool adds_up();
@@ -57,7 +58,10 @@ class Refuter {
   ranges::Propagation& ranges;
   std::uint64_t most_effort;
   std::uint64_t looks = 0;  // of the ranges themselves
-  Forms forms;
+  Bounds bounds;
+  std::optional<Forms> forms;
+  std::uint64_t form_work = 0;  // coefficients of forms that are replaced by others
+  std::vector<Slot> bounded;    // terms whose ranges say more than those of their arguments
   std::vector<Row> rows;
   std::map<Monomial, std::size_t> monomials;  // of the rows, and their places
   std::uint64_t work = 0;                     // coefficients that were computed beyond forms
