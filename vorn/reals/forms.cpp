@@ -44,6 +44,15 @@ std::int64_t smallest_quantum(const FloatRange& x) {
                   quantum_of_rank(x.get_format(), x.get_greatest()));
 }
 
+/// The largest power of two that divides the one value of the set. What divides zero is not
+/// bounded, so that a power is taken which all results have.
+std::int64_t quantum_of_value(const FloatRange& x, const QNumber& value) {
+  if (value.sign() == 0) return 0;
+  const std::int64_t unit = smallest_quantum(x);
+  const mpz_class count = (value / power_of_two(unit)).get_numerator();
+  return unit + static_cast<std::int64_t>(mpz_scan1(count.get_mpz_t(), 0));
+}
+
 /// Whether the largest finite number, or its negation, is in the set.
 bool has_largest(const FloatRange& x) {
   const QNumber largest = ranges::infinity_rank(x.get_format()) - QNumber(1);
@@ -93,8 +102,8 @@ std::optional<Form> Forms::find_form(Slot slot) {
   const FloatRange* x = find_finite(ranges.get_range(slot));
   if (x == nullptr) return std::nullopt;
   if (x->is_value()) {
-    return Form{Polynomial::of_constant(interval_of(ranges, slot).least), QNumber(),
-                smallest_quantum(*x)};
+    const QNumber value = interval_of(ranges, slot).least;
+    return Form{Polynomial::of_constant(value), QNumber(), quantum_of_value(*x, value)};
   }
   std::optional<Form> form = combine(slot);
   return form ? form : make_unknown(slot);

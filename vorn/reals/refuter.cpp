@@ -63,6 +63,7 @@ std::uint64_t Refuter::get_effort() const {
 bool Refuter::run() {
   for (int round = 0;; ++round) {
     if (forms) form_work += forms->get_work();
+    forms.reset();
     const std::uint64_t rest = most_effort - std::min(most_effort, get_effort());
     forms.emplace(ranges, bounds, kWorkForOneLook * rest);
     if (narrow_by_forms()) return true;
