@@ -44,8 +44,8 @@ std::int64_t smallest_quantum(const FloatRange& x) {
                   quantum_of_rank(x.get_format(), x.get_greatest()));
 }
 
-/// The largest power of two that divides the one value of the set. What divides zero is not
-/// bounded, so that a power is taken which all results have.
+/// The exponent of the largest power of two that divides the one value of the set. Every power
+/// divides zero, of which 1 is as good as any.
 std::int64_t quantum_of_value(const FloatRange& x, const QNumber& value) {
   if (value.sign() == 0) return 0;
   const std::int64_t unit = smallest_quantum(x);
