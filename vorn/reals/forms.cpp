@@ -100,7 +100,10 @@ Form Forms::make_unknown(Slot slot) const {
 std::optional<Form> Forms::find_form(Slot slot) {
   if (std::holds_alternative<BitRange>(ranges.get_range(slot))) return find_integer(slot);
   const FloatRange* x = find_finite(ranges.get_range(slot));
-  if (x == nullptr) return std::nullopt;
+  if (x == nullptr) {
+    note_large(slot);
+    return std::nullopt;
+  }
   if (x->is_value()) {
     const QNumber value = interval_of(ranges, slot).least;
     return Form{Polynomial::of_constant(value), QNumber(), quantum_of_value(*x, value)};
@@ -121,48 +124,58 @@ std::optional<Form> Forms::find_integer(Slot slot) {
   return Form{std::move(value), QNumber(), quantum};
 }
 
+/// Where integers are bounded as sums and products, so may be what is computed of them.
+void Forms::note_large(Slot slot) {
+  if (!has_integers() || !std::holds_alternative<FloatRange>(ranges.get_range(slot))) return;
+  const std::optional<Form> form = compute(slot);
+  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return;
+  large_results.push_back({slot, bounds.get_interval(form->value, form->error)});
+}
+
 /// The form of a term by those of its arguments.
 std::optional<Form> Forms::combine(Slot slot) {
   const Term* t = ranges.get_term(slot);
-  std::optional<Form> form;
   switch (t->get_tag()) {
     case T::fp_neg:
       return negate(forms[argument(slot, 0)]);
     case T::fp_abs:
       return take_absolute(argument(slot, 0));
-    case T::fp_add:
-      form = add(forms[argument(slot, 1)], forms[argument(slot, 2)]);
-      break;
-    case T::fp_sub:
-      form = add(forms[argument(slot, 1)], negate(forms[argument(slot, 2)]));
-      break;
-    case T::fp_mul:
-      form = multiply(argument(slot, 1), argument(slot, 2));
-      break;
-    case T::fp_div:
-      form = divide(argument(slot, 1), argument(slot, 2));
-      break;
-    case T::fp_fma:
-      form = add(multiply(argument(slot, 1), argument(slot, 2)), forms[argument(slot, 3)]);
-      break;
-    case T::fp_cast:
-      form = forms[argument(slot, 1)];
-      break;
-    case T::fp_from_sbv:
-    case T::fp_from_ubv:
-      form = convert_integer(slot, argument(slot, 1));
-      break;
     case T::ite:
       return choose(argument(slot, 0), argument(slot, 1), argument(slot, 2));
-    case T::fp_round_to_integral:
-      form = forms[argument(slot, 1)];
+    case T::fp_round_to_integral: {
+      std::optional<Form> form = forms[argument(slot, 1)];
       if (form) round_to_integer(slot, &*form);
       return form;
+    }
+    default:
+      break;
+  }
+  std::optional<Form> form = compute(slot);
+  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return std::nullopt;
+  return round(slot, &*form) ? form : std::nullopt;
+}
+
+/// The exact result of an operation that rounds it.
+std::optional<Form> Forms::compute(Slot slot) {
+  switch (ranges.get_term(slot)->get_tag()) {
+    case T::fp_add:
+      return add(forms[argument(slot, 1)], forms[argument(slot, 2)]);
+    case T::fp_sub:
+      return add(forms[argument(slot, 1)], negate(forms[argument(slot, 2)]));
+    case T::fp_mul:
+      return multiply(argument(slot, 1), argument(slot, 2));
+    case T::fp_div:
+      return divide(argument(slot, 1), argument(slot, 2));
+    case T::fp_fma:
+      return add(multiply(argument(slot, 1), argument(slot, 2)), forms[argument(slot, 3)]);
+    case T::fp_cast:
+      return forms[argument(slot, 1)];
+    case T::fp_from_sbv:
+    case T::fp_from_ubv:
+      return convert_integer(slot, argument(slot, 1));
     default:
       return std::nullopt;
   }
-  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return std::nullopt;
-  return round(slot, &*form) ? form : std::nullopt;
 }
 
 /// (p + d)(q + e) differs from p q by d y + e x - d e, of values x and y.

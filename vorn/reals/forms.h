@@ -33,6 +33,12 @@ struct Form {
   std::int64_t quantum;
 };
 
+/// A rounded operation on finite operands, and where its exact result lies.
+struct ExactResult {
+  ranges::Propagation::Slot slot;
+  Interval interval;
+};
+
 /// The forms of the floats of some formulas, in all their models, and of bit-vectors that floats
 /// are converted from, as numbers without a sign.
 class Forms {
@@ -46,6 +52,8 @@ class Forms {
 
   /// The form of a term; null where it has none, or may be no finite number.
   const Form* find(Slot slot) const;
+  /// Of results that may be infinite as far as ranges know, and so have no form.
+  const std::vector<ExactResult>& get_large_results() const { return large_results; }
   /// Coefficients that were computed.
   std::uint64_t get_work() const { return work + residues.get_work(); }
   /// Whether any bit-vector is converted to a float.
@@ -55,7 +63,9 @@ class Forms {
   std::optional<Form> find_form(Slot slot);
   Form make_unknown(Slot slot) const;
   std::optional<Form> find_integer(Slot slot);
+  void note_large(Slot slot);
   std::optional<Form> combine(Slot slot);
+  std::optional<Form> compute(Slot slot);
   std::optional<Form> multiply(Slot a, Slot b);
   std::optional<Form> divide(Slot a, Slot b) const;
   std::optional<Form> convert_integer(Slot slot, Slot bits) const;
@@ -72,6 +82,7 @@ class Forms {
   Bounds& bounds;
   Residues residues;
   std::vector<std::optional<Form>> forms;  // by slot
+  std::vector<ExactResult> large_results;
   std::uint64_t work = 0;
 };
 

@@ -15,7 +15,7 @@ using T = SymbolTag;
 constexpr std::size_t kMostRows = 256;
 constexpr std::size_t kMostMonomials = 256;
 // Times that forms are made anew.
-constexpr int kMostRounds = 3;
+constexpr int kMostRounds = 5;
 // What is computed while the ranges look at one term: coefficients of polynomials, which are
 // rational, and those of the simplex method.
 constexpr std::uint64_t kWorkForOneLook = 4;
@@ -82,12 +82,15 @@ bool Refuter::narrow_by_forms() {
   for (Slot slot = 0; slot < ranges.get_size() && !is_cut_short(); ++slot) {
     if (!has_own_form(slot)) continue;
     ++looks;
-    if (!ranges.is_implied(slot)) bounded.push_back(slot);
+    if (is_bits(slot) ? !is_implied_by_form(slot) : !ranges.is_implied(slot))
+      bounded.push_back(slot);
   }
   for (Slot slot = 0; slot < ranges.get_size() && !is_cut_short(); ++slot) {
     if (has_own_form(slot)) narrow(slot);
     if (is_comparison(ranges.get_term(slot))) decide(slot);
   }
+  for (const ExactResult& result : forms->get_large_results())
+    narrow_rounded(result.slot, result.interval);
   if (!is_cut_short()) looks += ranges.propagate(most_effort - get_effort());
   return ranges.is_contradiction();
 }
@@ -119,6 +122,13 @@ bool Refuter::has_own_form(Slot slot) const {
   const Form* form = forms->find(slot);
   return form != nullptr && !ranges::is_value(ranges.get_range(slot)) &&
          form->value != Polynomial::of_unknown(slot);
+}
+
+/// Whether the range of an integer is not smaller than what its polynomial says.
+bool Refuter::is_implied_by_form(Slot slot) {
+  const Interval interval = bounds.get_interval(forms->find(slot)->value, QNumber());
+  const Interval range = interval_of(ranges, slot);
+  return range.least <= interval.least && interval.greatest <= range.greatest;
 }
 
 // Ranges ----------------------------------------------------------------------------------------
@@ -158,6 +168,18 @@ bool Refuter::is_comparable(Slot slot) const {
     if (bits.get_possible().test_bit(bits.get_width() - 1)) return false;
   }
   return true;
+}
+
+/// To what numbers of the interval are rounded to, in any mode. Operations on finite operands give
+/// numbers, if only infinite ones.
+void Refuter::narrow_rounded(Slot slot, const Interval& interval) {
+  const IEEEFloat::format f = ranges.get_term(slot)->get_type()->get_format();
+  IEEEFloat least(f, IEEEFloat::rounding_mode::minus_inf);
+  IEEEFloat greatest(f, IEEEFloat::rounding_mode::plus_inf);
+  least.self_round(interval.least);
+  greatest.self_round(interval.greatest);
+  ranges.narrow(slot, ranges::FloatRange::between(f, ranges::lower_rank(least),
+                                                  ranges::upper_rank(greatest)));
 }
 
 /// Compares by the form of the difference.

@@ -40,11 +40,13 @@ class Refuter {
   void add_rows();
   bool tighten();
   bool has_own_form(Slot slot) const;
+  bool is_implied_by_form(Slot slot);
   bool narrow(Slot slot, const Interval& interval);
   void narrow(Slot slot);
   bool is_bits(Slot slot) const {
     return std::holds_alternative<ranges::BitRange>(ranges.get_range(slot));
   }
+  void narrow_rounded(Slot slot, const Interval& interval);
   bool is_comparable(Slot slot) const;
   void decide(Slot slot);
   void add_facts(Slot slot);

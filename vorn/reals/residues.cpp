@@ -81,13 +81,14 @@ Polynomial Residues::get_value(Slot slot) const {
 
 Polynomial Residues::find_value(Slot slot) {
   const BitRange& bits = get_bits(slot);
-  std::optional<Polynomial> p;
-  if (!bits.is_value()) p = combine(slot);
   Polynomial value = get_value(slot);
+  const bool is_open = !bits.is_value();
+  const bool is_whole = is_open && is_number(slot);
+  const std::optional<Polynomial> p = is_open ? combine(slot, is_whole) : std::nullopt;
   if (p && p->get_terms().size() <= Polynomial::kMostTerms) {
     const std::uint64_t width = bits.get_width();
     residues[slot] = reduce(*p, width);
-    std::optional<Polynomial> integer = take_period(*p, width);
+    std::optional<Polynomial> integer = is_whole ? p : take_period(*p, width);
     if (!integer) integer = take_period(*residues[slot], width);
     if (integer) residues[slot] = value = std::move(*integer);
   }
@@ -104,11 +105,26 @@ std::optional<Polynomial> Residues::take_period(Polynomial p, std::uint64_t widt
   return p;
 }
 
-/// A number that differs from the value of a term by a multiple of two to the power of its width.
-std::optional<Polynomial> Residues::combine(Slot slot) {
+/// Whether the ranges of the operands show that the result does not wrap.
+bool Residues::is_number(Slot slot) const {
+  const SymbolTag::tag tag = ranges.get_term(slot)->get_tag();
+  if (tag != T::bv_add && tag != T::bv_sub && tag != T::bv_mul) return false;
+  const BitRange& x = get_bits(argument(slot, 0));
+  const BitRange& y = get_bits(argument(slot, 1));
+  if (tag == T::bv_sub) return y.get_greatest() <= x.get_least();
+  const QNumber greatest =
+      tag == T::bv_add ? x.get_greatest() + y.get_greatest() : x.get_greatest() * y.get_greatest();
+  return greatest < BVNumber::power_of_two(x.get_width());
+}
+
+/// A number that differs from the value of a term by a multiple of two to the power of its width;
+/// the operation on the numbers that the operands are, if it is to be that.
+std::optional<Polynomial> Residues::combine(Slot slot, bool is_whole) {
   const Term* t = ranges.get_term(slot);
   const Symbol::Indices& indices = t->get_symbol()->get_indices();
-  const auto residue = [this, slot](std::size_t i) { return get_residue(argument(slot, i)); };
+  const auto residue = [this, slot, is_whole](std::size_t i) {
+    return is_whole ? get_value(argument(slot, i)) : get_residue(argument(slot, i));
+  };
   switch (t->get_tag()) {
     case T::bv_not: {
       // The value and its complement add up to all ones, which is -1.
@@ -125,7 +141,7 @@ std::optional<Polynomial> Residues::combine(Slot slot) {
       return p;
     }
     case T::bv_mul:
-      return multiply(argument(slot, 0), argument(slot, 1));
+      return multiply(residue(0), residue(1));
     case T::bv_shl:
       return shift_left(argument(slot, 0), argument(slot, 1));
     case T::bv_lshr: {
@@ -161,9 +177,7 @@ std::optional<Polynomial> Residues::combine(Slot slot) {
   }
 }
 
-std::optional<Polynomial> Residues::multiply(Slot a, Slot b) {
-  const Polynomial x = get_residue(a);
-  const Polynomial y = get_residue(b);
+std::optional<Polynomial> Residues::multiply(const Polynomial& x, const Polynomial& y) {
   work += x.get_terms().size() * y.get_terms().size();
   return Polynomial::multiply(x, y);
 }

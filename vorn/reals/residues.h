@@ -42,8 +42,9 @@ class Residues {
   Slot argument(Slot slot, std::size_t i) const { return ranges.get_argument(slot, i); }
   Polynomial get_residue(Slot slot) const;
   Polynomial get_value(Slot slot) const;
-  std::optional<Polynomial> combine(Slot slot);
-  std::optional<Polynomial> multiply(Slot a, Slot b);
+  bool is_number(Slot slot) const;
+  std::optional<Polynomial> combine(Slot slot, bool is_whole);
+  std::optional<Polynomial> multiply(const Polynomial& x, const Polynomial& y);
   std::optional<Polynomial> shift_left(Slot a, Slot distance) const;
   std::optional<Polynomial> divide(Slot a, std::uint64_t count) const;
   std::optional<Polynomial> take_period(Polynomial p, std::uint64_t width);
