@@ -1,11 +1,12 @@
-; One more than what Float16 counts is rounded, once on one side and twice on the other.
+; Of Float16 that is from 2052 on, in directed modes.
 (set-logic QF_BVFP)
 (declare-const m RoundingMode)
 (declare-const x (_ BitVec 32))
 (declare-const y (_ BitVec 32))
 (declare-const z (_ BitVec 32))
 (assert (and (bvult x #x00001000) (bvult y #x00001000) (bvult z #x00001000)))
-(assert (bvule (bvmul (bvadd x y) z) #x00000801))
+(assert (bvule (bvmul (bvadd x y) z) #x00000804))
+(assert (and (= z #x00000003) (bvult y #x00000002)))
 (define-fun fx () Float16 ((_ to_fp_unsigned 5 11) m x))
 (define-fun fy () Float16 ((_ to_fp_unsigned 5 11) m y))
 (define-fun fz () Float16 ((_ to_fp_unsigned 5 11) m z))
