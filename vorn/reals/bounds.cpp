@@ -61,6 +61,11 @@ Interval Bounds::get_interval(const Polynomial& polynomial, const QNumber& error
   return {sum.least - error, sum.greatest + error};
 }
 
+bool Bounds::is_contradiction() const {
+  return std::any_of(intervals.begin(), intervals.end(),
+                     [](const auto& entry) { return entry.second.least > entry.second.greatest; });
+}
+
 void Bounds::refresh() {
   for (auto& [monomial, interval] : intervals)
     interval = interval.intersect(find_interval(monomial));

@@ -35,6 +35,9 @@ class Bounds {
   Interval get_interval(const Polynomial& polynomial, const QNumber& error);
   const std::map<Monomial, Interval>& get_intervals() const { return intervals; }
 
+  /// Whether nothing is left for some product.
+  bool is_contradiction() const;
+
   /// Takes over what the ranges have lost since the intervals were worked out.
   void refresh();
   /// Bounds sums and products by rows that hold, and products again by what that gave, a few times.

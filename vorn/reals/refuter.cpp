@@ -70,7 +70,7 @@ bool Refuter::run() {
     add_rows();
     // Which conversions and results are exact depends on ranges.
     if (!forms->has_integers() || round == kMostRounds || is_cut_short() || !tighten()) break;
-    if (ranges.is_contradiction()) return true;
+    if (ranges.is_contradiction() || bounds.is_contradiction()) return true;
   }
   return rows.size() > 1 && monomials.size() <= kMostMonomials && adds_up();
 }
@@ -95,14 +95,20 @@ bool Refuter::narrow_by_forms() {
   return ranges.is_contradiction();
 }
 
+/// Of floats first, which rows of bit-vectors must not displace.
 void Refuter::add_rows() {
   rows.clear();
   monomials.clear();
-  for (Slot slot = 0; slot < ranges.get_size(); ++slot) {
-    if (is_comparison(ranges.get_term(slot))) add_facts(slot);
+  for (const bool of_bits : {false, true}) {
+    is_adding_integers = of_bits;
+    for (Slot slot = 0; slot < ranges.get_size(); ++slot) {
+      if (!is_comparison(ranges.get_term(slot))) continue;
+      if (is_bits(ranges.get_argument(slot, 0)) == of_bits) add_facts(slot);
+    }
+    for (const Slot slot : bounded) {
+      if (is_bits(slot) == of_bits) add_bounds(slot);
+    }
   }
-  for (const Slot slot : bounded)
-    add_bounds(slot);
 }
 
 /// Follows rows to where products lie and ranges of unknowns with them. Whether forms made anew may
@@ -249,7 +255,7 @@ void Refuter::add_row(Row row) {
     row.sum.add(Polynomial::of_constant(constant), QNumber(-1));
     row.bound -= constant;
   }
-  if (rows.size() >= kMostRows) return;
+  if (rows.size() >= kMostRows || (is_adding_integers && !is_worthwhile(row))) return;
   const bool is_known = std::any_of(rows.begin(), rows.end(), [&row](const Row& other) {
     return other.sum == row.sum && other.bound <= row.bound;
   });
@@ -257,6 +263,13 @@ void Refuter::add_row(Row row) {
   for (const auto& [monomial, coefficient] : row.sum.get_terms())
     monomials.try_emplace(monomial, monomials.size());
   rows.push_back(std::move(row));
+}
+
+/// Whether a row of integers says more than where its one product is known to lie, and leaves room.
+bool Refuter::is_worthwhile(const Row& row) {
+  const std::size_t count = row.sum.get_terms().size();
+  if (count + monomials.size() > kMostMonomials) return false;
+  return count > 1 || bounds.get_interval(row.sum, QNumber()).greatest > row.bound;
 }
 
 /// Whether the sum is above its bound everywhere.

@@ -53,6 +53,7 @@ class Refuter {
   void add_order(Slot low, Slot high, bool is_strict);
   void add_bounds(Slot slot);
   void add_row(Row row);
+  bool is_worthwhile(const Row& row);
   bool exceeds(const Row& row);
   std::optional<LinearSystem> make_system(std::vector<double>* row_scales);
   bool adds_up();
@@ -65,6 +66,7 @@ class Refuter {
   std::uint64_t form_work = 0;  // coefficients of forms that are replaced by others
   std::vector<Slot> bounded;    // terms whose ranges say more than those of their arguments
   std::vector<Row> rows;
+  bool is_adding_integers = false;
   std::map<Monomial, std::size_t> monomials;  // of the rows, and their places
   std::uint64_t work = 0;                     // coefficients that were computed beyond forms
 };
