@@ -9,7 +9,7 @@ namespace {
 /// The terms but for a constant, as a multiple of a sum whose first coefficient is 1.
 QNumber take_factor(std::map<Monomial, QNumber>* terms) {
   terms->erase(Monomial());
-  const QNumber factor = terms->begin()->second;
+  QNumber factor = terms->begin()->second;
   for (auto& [monomial, coefficient] : *terms)
     coefficient /= factor;
   return factor;
