@@ -83,7 +83,7 @@ BitRange narrow_shift(SymbolTag::tag tag, const BitRange& result, const BitRange
 /// that are no values are left out, which modulo the width would be large ones.
 BitRange narrow_summand(const BitRange& result, const BitRange& x, const BitRange& y) {
   const std::uint64_t width = x.get_width();
-  const BitRange kept = x.intersect(bv_sub(result, y));
+  BitRange kept = x.intersect(bv_sub(result, y));
   if (x.get_greatest() + y.get_greatest() > N::all_ones(width)) return kept;
   return kept.intersect(BitRange::between(width, result.get_least() - y.get_greatest(),
                                           result.get_greatest() - y.get_least()));

@@ -1,6 +1,7 @@
 // Refutations by forms. Where a form lies narrows the range of its term, the form of a difference
 // decides a comparison, and comparisons that hold are linear inequalities in the products of
-// unknowns: what they add up to can be beyond its bound.
+// unknowns: what they add up to can be beyond its bound. Where floats are made of integers, these
+// inequalities bound products, so that more results are exact, and forms are made once more.
 #ifndef VORN_REALS_REFUTER_H
 #define VORN_REALS_REFUTER_H
 
@@ -66,7 +67,7 @@ class Refuter {
   std::uint64_t form_work = 0;  // coefficients of forms that are replaced by others
   std::vector<Slot> bounded;    // terms whose ranges say more than those of their arguments
   std::vector<Row> rows;
-  bool is_adding_integers = false;
+  bool is_adding_integers = false;            // to the rows
   std::map<Monomial, std::size_t> monomials;  // of the rows, and their places
   std::uint64_t work = 0;                     // coefficients that were computed beyond forms
 };
