@@ -19,7 +19,7 @@ for fault in add_short mul_number narrow_add_short narrow_less_short to_integer_
   run $fault 1 ' 1 failures' "$wrong" 1 1500
 done
 # Scripts that show these are rare.
-for fault in sum_not_strict remainder_short; do
+for fault in sum_not_strict remainder_short integers_unbounded; do
   run $fault 1 ' 1 failures' "$wrong" 6001 1500
 done
 run round_mode 1 ' 1 failures' "$wrong" 2001 1500

@@ -70,6 +70,36 @@ TEST_F(SplittingTest, TakesConditionsToBeTrueAndFalse) {
   EXPECT_TRUE(splitting.run(kEnough));
 }
 
+/// A factor is large only where the other one is zero: three parts, which the judge knows.
+TEST_F(SplittingTest, TakesFactorsToBeZeroAndOther) {
+  const Term* a = constant("a", mgr.get_bv_type(64));
+  const Term* b = constant("b", mgr.get_bv_type(64));
+  for (const Term* factor : {a, b})
+    ranges.add(mgr.make_bv_ule(factor, mgr.make_bv_number(1'000'000, 64)));
+  ranges.add(mgr.make_bv_ule(mgr.make(T::bv_mul, {a, b}), mgr.make_bv_number(100, 64)));
+  ranges.propagate(kEnough);
+  const Splitting::Judge judge = [a, b](Propagation& part, std::uint64_t, std::uint64_t* effort) {
+    ++*effort;
+    const auto& u = std::get<BitRange>(*part.find_range(a));
+    const auto& v = std::get<BitRange>(*part.find_range(b));
+    const bool is_small = u.get_greatest() <= QNumber(100) && v.get_greatest() <= QNumber(100);
+    return std::optional<bool>(is_small || u.is_value() || v.is_value());
+  };
+  Splitting splitting(ranges, judge);
+  EXPECT_TRUE(splitting.run(kEnough));
+  EXPECT_EQ(splitting.get_convictions(), 3U);
+}
+
+/// Where the product may wrap it bounds none.
+TEST_F(SplittingTest, DoesNotBoundFactorsOfProductsThatWrap) {
+  const Term* a = constant("a", mgr.get_bv_type(8));
+  const Term* b = constant("b", mgr.get_bv_type(8));
+  ranges.add(mgr.make_bv_ule(mgr.make(T::bv_mul, {a, b}), mgr.make_bv_number(10, 8)));
+  ranges.add(mgr.make_bv_ule(mgr.make_bv_number(1, 8), b));
+  ranges.propagate(kEnough);
+  EXPECT_EQ(*ranges.find_range(a), Range(BitRange::everything(8)));
+}
+
 TEST_F(SplittingTest, SeesWhereNothingIsLeftToSplit) {
   assert_within(x, 0, 1);
   ranges.add(mgr.make_fp_lt(number(0.125), make_polynomial()));

@@ -76,7 +76,8 @@ TEST(Forms, HoldInAllModels) {
     Propagation ranges(small.get_manager());
     assert_all(formulas, &ranges);
     if (ranges.is_contradiction()) continue;
-    const Forms forms(ranges, kEnough);
+    Bounds bounds(ranges);
+    const Forms forms(ranges, bounds, kEnough);
     Refuter refuter(ranges, kEnough);
     const bool is_refuted = refuter.run();
     rows += refuter.get_rows().size();

@@ -1,5 +1,6 @@
 // Operands of bit-vector operations, by their results. What has an inverse is narrowed by the range
-// of the inverse: sums, complements, exclusive ors, and operations that only move bits.
+// of the inverse: sums, complements, exclusive ors, products that do not wrap, and operations that
+// only move bits.
 #include "vorn/ranges/bit_operations.h"
 #include "vorn/ranges/bit_transfer.h"
 #include "vorn/terms/bv_number.h"
@@ -78,15 +79,38 @@ BitRange narrow_shift(SymbolTag::tag tag, const BitRange& result, const BitRange
   return insert(x, width - 1, count, bv_extract(width - 1 - count, 0, result));
 }
 
+/// The values of x whose sums with those of y are in `result`. Where no sum wraps the differences
+/// that are no values are left out, which modulo the width would be large ones.
+BitRange narrow_summand(const BitRange& result, const BitRange& x, const BitRange& y) {
+  const std::uint64_t width = x.get_width();
+  BitRange kept = x.intersect(bv_sub(result, y));
+  if (x.get_greatest() + y.get_greatest() > N::all_ones(width)) return kept;
+  return kept.intersect(BitRange::between(width, result.get_least() - y.get_greatest(),
+                                          result.get_greatest() - y.get_least()));
+}
+
+/// The values of x whose products with those of y are in `result`, where no product wraps.
+BitRange narrow_factor(const BitRange& result, const BitRange& x, const BitRange& y) {
+  const std::uint64_t width = x.get_width();
+  const QNumber& most = y.get_greatest();
+  if (most.sign() == 0 || x.get_greatest() * most > N::all_ones(width)) return x;
+  const QNumber least = N::bv_udiv(result.get_least() + most - QNumber(1), most, 2 * width);
+  const QNumber greatest = y.get_least().sign() == 0
+                               ? x.get_greatest()
+                               : N::bv_udiv(result.get_greatest(), y.get_least(), width);
+  return x.intersect(BitRange::between(width, least, greatest));
+}
+
 /// Values with x < y, or x <= y.
 void order(bool strict, bool is_signed, BitRange* x, BitRange* y) {
   const std::uint64_t width = x->get_width();
   const int step = strict ? 1 : 0;
   if (is_signed) {
-    const QNumber half = N::power_of_two(width - 1);
-    const BitRange below =
-        BitRange::between_signed(width, half.neg(), y->get_signed_greatest() - QNumber(step));
-    const BitRange above = BitRange::between_signed(width, x->get_signed_least() + step, half);
+    // Up to its own ends: an interval from the least number of all would wrap.
+    const BitRange below = BitRange::between_signed(width, x->get_signed_least(),
+                                                    y->get_signed_greatest() - QNumber(step));
+    const BitRange above =
+        BitRange::between_signed(width, x->get_signed_least() + step, y->get_signed_greatest());
     *x = x->intersect(below);
     *y = y->intersect(above);
     return;
@@ -154,12 +178,16 @@ void narrow_bits(const Term* t, const Range& result, BitRange* x, BitRange* y) {
       *x = x->intersect(bv_sub(BitRange::of_value(width, QNumber(0)), bits));
       return;
     case T::bv_add:
-      *x = x->intersect(bv_sub(bits, *y));
-      if (!x->is_empty()) *y = y->intersect(bv_sub(bits, *x));
+      *x = narrow_summand(bits, *x, *y);
+      if (!x->is_empty()) *y = narrow_summand(bits, *y, *x);
       return;
     case T::bv_sub:
       *x = x->intersect(bv_add(bits, *y));
       if (!x->is_empty()) *y = y->intersect(bv_sub(*x, bits));
+      return;
+    case T::bv_mul:
+      *x = narrow_factor(bits, *x, *y);
+      if (!x->is_empty()) *y = narrow_factor(bits, *y, *x);
       return;
     case T::bv_xor:
       *x = x->intersect(bv_xor(bits, *y));

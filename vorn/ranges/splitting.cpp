@@ -10,10 +10,7 @@
 namespace vorn::ranges {
 namespace {
 
-struct Parts {
-  Range first;
-  Range rest;
-};
+using Parts = std::pair<Range, Range>;
 
 QNumber half(const QNumber& x) {
   return BVNumber::bv_extract(BVNumber::bit_length(x), 1, x);
@@ -53,6 +50,17 @@ Parts split(const FloatRange& set) {
 
 Parts split(std::monostate) {
   return {};
+}
+
+Parts split_range(const Range& range) {
+  return std::visit([](const auto& set) { return split(set); }, range);
+}
+
+/// Of values among which 0 is.
+Parts split_zero(const BitRange& set) {
+  const std::uint64_t width = set.get_width();
+  return {BitRange::of_value(width, QNumber()),
+          set.intersect(BitRange::between(width, QNumber(1), set.get_greatest()))};
 }
 
 /// How many bits tell the values apart.
@@ -113,9 +121,13 @@ bool Splitting::run(std::uint64_t effort, std::uint64_t* used) {
     if (*used >= effort) break;
     *used += mark_open();
     std::optional<Slot> slot = find_condition();
+    if (const std::optional<Slot> factor = slot ? std::nullopt : find_factor()) {
+      take(*factor, split_zero(std::get<BitRange>(ranges.get_range(*factor))));
+      continue;
+    }
     if (!slot) slot = find_constant();
     is_stuck = !slot;
-    if (slot) take(*slot);
+    if (slot) take(*slot, split_range(ranges.get_range(*slot)));
   }
   return false;
 }
@@ -132,10 +144,9 @@ bool Splitting::is_judged(std::uint64_t effort, std::uint64_t* used) {
   return is_refuted == true;
 }
 
-void Splitting::take(Slot slot) {
-  Parts parts = std::visit([](const auto& range) { return split(range); }, ranges.get_range(slot));
+void Splitting::take(Slot slot, Parts parts) {
   share /= 2;
-  choices.push_back({slot, std::move(parts.rest), share});
+  choices.push_back({slot, std::move(parts.second), share});
   ranges.push();
   ranges.narrow(slot, parts.first);
 }
@@ -163,6 +174,25 @@ std::optional<Splitting::Slot> Splitting::find_condition() const {
   for (Slot slot = ranges.get_size(); slot-- > 0;) {
     if (marks[slot] && is_bool(ranges.get_term(slot)) && !is_value(ranges.get_range(slot))) {
       return slot;
+    }
+  }
+  return std::nullopt;
+}
+
+/// A marked factor that may be zero, and a bound of the other one where it is not: then that is no
+/// more than the product, which does not wrap.
+std::optional<Splitting::Slot> Splitting::find_factor() const {
+  for (Slot slot = 0; slot < ranges.get_size(); ++slot) {
+    if (ranges.get_term(slot)->get_tag() != SymbolTag::bv_mul) continue;
+    const auto& product = std::get<BitRange>(ranges.get_range(slot));
+    for (std::size_t i = 0; i < 2; ++i) {
+      const Slot factor = ranges.get_argument(slot, i);
+      const auto& x = std::get<BitRange>(ranges.get_range(factor));
+      const auto& y = std::get<BitRange>(ranges.get_range(ranges.get_argument(slot, 1 - i)));
+      if (!marks[factor] || x.is_value() || x.get_least().sign() != 0) continue;
+      const QNumber most = x.get_greatest() * y.get_greatest();
+      const bool is_bound = product.get_greatest() < y.get_greatest();
+      if (is_bound && most < BVNumber::power_of_two(product.get_width())) return factor;
     }
   }
   return std::nullopt;

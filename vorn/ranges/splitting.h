@@ -2,7 +2,8 @@
 //
 // Intervals forget that two operands are made of one constant, which costs the less the smaller the
 // interval is. So the range of a constant is halved, or a condition is taken to be true and then to
-// be false, until each part is seen to have no model.
+// be false, until each part is seen to have no model. What a product says of a factor depends on
+// whether the other one is zero, so that is a case of its own.
 #ifndef VORN_RANGES_SPLITTING_H
 #define VORN_RANGES_SPLITTING_H
 
@@ -61,8 +62,9 @@ class Splitting {
   bool is_judged(std::uint64_t effort, std::uint64_t* used);
   std::uint64_t mark_open();
   std::optional<Slot> find_condition() const;
+  std::optional<Slot> find_factor() const;
   std::optional<Slot> find_constant() const;
-  void take(Slot slot);
+  void take(Slot slot, std::pair<Range, Range> parts);
 
   Propagation& ranges;
   Judge judge;

@@ -16,11 +16,6 @@ using ranges::FloatRange;
 using ranges::RoundingModeSet;
 using Mode = IEEEFloat::rounding_mode;
 
-QNumber power_of_two(std::int64_t exponent) {
-  const QNumber power = BVNumber::power_of_two(static_cast<std::uint64_t>(std::abs(exponent)));
-  return exponent < 0 ? QNumber(1) / power : power;
-}
-
 QNumber magnitude_of(const QNumber& x) {
   return x.sign() < 0 ? x.neg() : x;
 }
@@ -49,6 +44,15 @@ std::int64_t smallest_quantum(const FloatRange& x) {
                   quantum_of_rank(x.get_format(), x.get_greatest()));
 }
 
+/// The exponent of the largest power of two that divides the one value of the set. Every power
+/// divides zero, of which 1 is as good as any.
+std::int64_t quantum_of_value(const FloatRange& x, const QNumber& value) {
+  if (value.sign() == 0) return 0;
+  const std::int64_t unit = smallest_quantum(x);
+  const mpz_class count = (value / power_of_two(unit)).get_numerator();
+  return unit + static_cast<std::int64_t>(mpz_scan1(count.get_mpz_t(), 0));
+}
+
 /// Whether the largest finite number, or its negation, is in the set.
 bool has_largest(const FloatRange& x) {
   const QNumber largest = ranges::infinity_rank(x.get_format()) - QNumber(1);
@@ -75,14 +79,10 @@ std::optional<Form> add(std::optional<Form> x, const std::optional<Form>& y) {
 
 }  // namespace
 
-QNumber Interval::get_magnitude() const {
-  return std::max(magnitude_of(least), magnitude_of(greatest));
-}
-
-Forms::Forms(const ranges::Propagation& propagation, std::uint64_t most_work)
-    : ranges(propagation) {
+Forms::Forms(const ranges::Propagation& propagation, Bounds& intervals, std::uint64_t most_work)
+    : ranges(propagation), bounds(intervals), residues(propagation, intervals) {
   forms.reserve(ranges.get_size());
-  for (Slot slot = 0; slot < ranges.get_size() && work < most_work; ++slot) {
+  for (Slot slot = 0; slot < ranges.get_size() && get_work() < most_work; ++slot) {
     forms.push_back(find_form(slot));
     work += 1 + (forms.back() ? forms.back()->value.get_terms().size() : 0);
   }
@@ -92,75 +92,90 @@ const Form* Forms::find(Slot slot) const {
   return slot < forms.size() && forms[slot] ? &*forms[slot] : nullptr;
 }
 
-Interval Forms::get_interval(Slot slot) const {
-  const ranges::Range& range = ranges.get_range(slot);
-  if (const auto* bits = std::get_if<BitRange>(&range)) {
-    return {bits->get_least(), bits->get_greatest()};
-  }
-  const auto& x = std::get<FloatRange>(range);
-  const auto value = [&x](const QNumber& rank) {
-    return ranges::float_of_rank(x.get_format(), rank).get_value();
-  };
-  return {value(x.get_least()), value(x.get_greatest())};
-}
-
 Form Forms::make_unknown(Slot slot) const {
   const auto& x = std::get<FloatRange>(ranges.get_range(slot));
   return {Polynomial::of_unknown(slot), QNumber(), smallest_quantum(x)};
 }
 
 std::optional<Form> Forms::find_form(Slot slot) {
+  if (std::holds_alternative<BitRange>(ranges.get_range(slot))) return find_integer(slot);
   const FloatRange* x = find_finite(ranges.get_range(slot));
-  if (x == nullptr) return std::nullopt;
+  if (x == nullptr) {
+    note_large(slot);
+    return std::nullopt;
+  }
   if (x->is_value()) {
-    return Form{Polynomial::of_constant(get_interval(slot).least), QNumber(), smallest_quantum(*x)};
+    const QNumber value = interval_of(ranges, slot).least;
+    return Form{Polynomial::of_constant(value), QNumber(), quantum_of_value(*x, value)};
   }
   std::optional<Form> form = combine(slot);
   return form ? form : make_unknown(slot);
 }
 
+/// The lowest bits that are known to be 0 say what the value is a multiple of.
+std::optional<Form> Forms::find_integer(Slot slot) {
+  const auto& bits = std::get<BitRange>(ranges.get_range(slot));
+  if (!residues.has_any() || !residues.is_wanted(slot) || bits.is_empty()) return std::nullopt;
+  std::int64_t quantum = 0;
+  const auto width = static_cast<std::int64_t>(bits.get_width());
+  while (quantum < width && !bits.get_possible().test_bit(static_cast<std::uint64_t>(quantum)))
+    ++quantum;
+  Polynomial value = residues.find_value(slot);
+  return Form{std::move(value), QNumber(), quantum};
+}
+
+/// Where integers are bounded as sums and products, so may be what is computed of them.
+void Forms::note_large(Slot slot) {
+  if (!has_integers() || !std::holds_alternative<FloatRange>(ranges.get_range(slot))) return;
+  const std::optional<Form> form = compute(slot);
+  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return;
+  large_results.push_back({slot, bounds.get_interval(form->value, form->error)});
+}
+
 /// The form of a term by those of its arguments.
 std::optional<Form> Forms::combine(Slot slot) {
   const Term* t = ranges.get_term(slot);
-  std::optional<Form> form;
   switch (t->get_tag()) {
     case T::fp_neg:
       return negate(forms[argument(slot, 0)]);
     case T::fp_abs:
       return take_absolute(argument(slot, 0));
-    case T::fp_add:
-      form = add(forms[argument(slot, 1)], forms[argument(slot, 2)]);
-      break;
-    case T::fp_sub:
-      form = add(forms[argument(slot, 1)], negate(forms[argument(slot, 2)]));
-      break;
-    case T::fp_mul:
-      form = multiply(argument(slot, 1), argument(slot, 2));
-      break;
-    case T::fp_div:
-      form = divide(argument(slot, 1), argument(slot, 2));
-      break;
-    case T::fp_fma:
-      form = add(multiply(argument(slot, 1), argument(slot, 2)), forms[argument(slot, 3)]);
-      break;
-    case T::fp_cast:
-      form = forms[argument(slot, 1)];
-      break;
-    case T::fp_from_sbv:
-    case T::fp_from_ubv:
-      form = convert_integer(slot, argument(slot, 1));
-      break;
     case T::ite:
       return choose(argument(slot, 0), argument(slot, 1), argument(slot, 2));
-    case T::fp_round_to_integral:
-      form = forms[argument(slot, 1)];
+    case T::fp_round_to_integral: {
+      std::optional<Form> form = forms[argument(slot, 1)];
       if (form) round_to_integer(slot, &*form);
       return form;
+    }
+    default:
+      break;
+  }
+  std::optional<Form> form = compute(slot);
+  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return std::nullopt;
+  return round(slot, &*form) ? form : std::nullopt;
+}
+
+/// The exact result of an operation that rounds it.
+std::optional<Form> Forms::compute(Slot slot) {
+  switch (ranges.get_term(slot)->get_tag()) {
+    case T::fp_add:
+      return add(forms[argument(slot, 1)], forms[argument(slot, 2)]);
+    case T::fp_sub:
+      return add(forms[argument(slot, 1)], negate(forms[argument(slot, 2)]));
+    case T::fp_mul:
+      return multiply(argument(slot, 1), argument(slot, 2));
+    case T::fp_div:
+      return divide(argument(slot, 1), argument(slot, 2));
+    case T::fp_fma:
+      return add(multiply(argument(slot, 1), argument(slot, 2)), forms[argument(slot, 3)]);
+    case T::fp_cast:
+      return forms[argument(slot, 1)];
+    case T::fp_from_sbv:
+    case T::fp_from_ubv:
+      return convert_integer(slot, argument(slot, 1));
     default:
       return std::nullopt;
   }
-  if (!form || form->value.get_terms().size() > Polynomial::kMostTerms) return std::nullopt;
-  return round(slot, &*form) ? form : std::nullopt;
 }
 
 /// (p + d)(q + e) differs from p q by d y + e x - d e, of values x and y.
@@ -172,8 +187,8 @@ std::optional<Form> Forms::multiply(Slot a, Slot b) {
   std::optional<Polynomial> product = Polynomial::multiply(x.value, y.value);
   if (!product) return std::nullopt;
   QNumber error = x.error * y.error;
-  if (y.error.sign() != 0) error += get_interval(a).get_magnitude() * y.error;
-  if (x.error.sign() != 0) error += get_interval(b).get_magnitude() * x.error;
+  if (y.error.sign() != 0) error += interval_of(ranges, a).get_magnitude() * y.error;
+  if (x.error.sign() != 0) error += interval_of(ranges, b).get_magnitude() * x.error;
   return Form{std::move(*product), std::move(error), x.quantum + y.quantum};
 }
 
@@ -198,12 +213,12 @@ std::optional<Form> Forms::convert_integer(Slot slot, Slot bits) const {
   if (range.is_empty()) return std::nullopt;
   const bool is_signed = ranges.get_term(slot)->get_tag() == T::fp_from_sbv;
   if (is_signed && range.get_possible().test_bit(range.get_width() - 1)) return std::nullopt;
-  return Form{Polynomial::of_unknown(bits), QNumber(), 0};
+  return forms[bits];
 }
 
 std::optional<Form> Forms::take_absolute(Slot a) const {
   if (!forms[a]) return std::nullopt;
-  const Interval interval = get_interval(a);
+  const Interval interval = interval_of(ranges, a);
   if (interval.least.sign() >= 0) return forms[a];
   if (interval.greatest.sign() > 0) return std::nullopt;
   return negate(forms[a]);
@@ -236,17 +251,24 @@ std::int64_t Forms::find_unit(IEEEFloat::format f, const Form& form) {
                          std::min(ranges::rank_of(largest), ranges::infinity_rank(f) - QNumber(1)));
 }
 
-/// What rounding adds. An exact result that is a multiple of a quantum, and less than what the
-/// significand counts of these, is a value. False where it may be anything: directed modes round
-/// what is far beyond the largest number to that.
+/// Whether the exact result is a value: a multiple of a quantum, and no more than what the
+/// significand counts of these. A rounded result tells only where it is less: what is more may be
+/// rounded to that.
+bool Forms::is_exact(Slot slot, const Form& form) const {
+  const IEEEFloat::format f = std::get<FloatRange>(ranges.get_range(slot)).get_format();
+  if (form.quantum < quantum_of_rank(f, QNumber())) return false;
+  const QNumber most = power_of_two(form.quantum + static_cast<std::int64_t>(f.m) + 1);
+  if (interval_of(ranges, slot).get_magnitude() < most) return true;
+  return has_integers() && bounds.get_interval(form.value, form.error).get_magnitude() <= most;
+}
+
+/// What rounding adds. False where it may be anything: directed modes round what is far beyond the
+/// largest number to that.
 bool Forms::round(Slot slot, Form* form) const {
   const auto& x = std::get<FloatRange>(ranges.get_range(slot));
-  const IEEEFloat::format f = x.get_format();
   if (!is_nearest(slot) && has_largest(x)) return false;
-  const bool is_value = form->quantum >= quantum_of_rank(f, QNumber()) &&
-                        get_interval(slot).get_magnitude() <
-                            power_of_two(form->quantum + static_cast<std::int64_t>(f.m) + 1);
-  if (is_value) return true;
+  if (is_exact(slot, *form)) return true;
+  const IEEEFloat::format f = x.get_format();
   std::int64_t unit = largest_quantum(x);
   if (form->value.is_constant()) unit = std::min(unit, find_unit(f, *form));
   form->error += power_of_two(unit - (is_nearest(slot) ? 1 : 0));

@@ -16,20 +16,14 @@
 #include <vector>
 
 #include "vorn/ranges/propagation.h"
+#include "vorn/reals/bounds.h"
+#include "vorn/reals/interval.h"
 #include "vorn/reals/polynomial.h"
+#include "vorn/reals/residues.h"
 #include "vorn/terms/ieee_float.h"
 #include "vorn/terms/qnumber.h"
 
 namespace vorn::reals {
-
-/// The reals from `least` to `greatest`.
-struct Interval {
-  QNumber least;
-  QNumber greatest;
-
-  /// The largest magnitude.
-  QNumber get_magnitude() const;
-};
 
 /// A value is that of the polynomial, but for an error of at most `error`, and an integral multiple
 /// of 2^quantum.
@@ -39,26 +33,39 @@ struct Form {
   std::int64_t quantum;
 };
 
-/// The forms of the floats of some formulas, in all their models.
+/// A rounded operation on finite operands, and where its exact result lies.
+struct ExactResult {
+  ranges::Propagation::Slot slot;
+  Interval interval;
+};
+
+/// The forms of the floats of some formulas, in all their models, and of bit-vectors that floats
+/// are converted from, as numbers without a sign.
 class Forms {
  public:
   using Slot = ranges::Propagation::Slot;
 
-  /// Borrows the ranges, which must not change. Unknowns of polynomials are slots. Terms that come
-  /// up after `most_work` coefficients were computed have no form.
-  Forms(const ranges::Propagation& propagation, std::uint64_t most_work);
+  /// Borrows the ranges, which must not change before all forms are made, and bounds of
+  /// polynomials. Unknowns of these are slots. Terms that come up after `most_work` coefficients
+  /// were computed have no form.
+  Forms(const ranges::Propagation& propagation, Bounds& intervals, std::uint64_t most_work);
 
   /// The form of a term; null where it has none, or may be no finite number.
   const Form* find(Slot slot) const;
+  /// Of results that may be infinite as far as ranges know, and so have no form.
+  const std::vector<ExactResult>& get_large_results() const { return large_results; }
   /// Coefficients that were computed.
-  std::uint64_t get_work() const { return work; }
-  /// Where the value of a term with a form, or of an unknown, lies.
-  Interval get_interval(Slot slot) const;
+  std::uint64_t get_work() const { return work + residues.get_work(); }
+  /// Whether any bit-vector is converted to a float.
+  bool has_integers() const { return residues.has_any(); }
 
  private:
   std::optional<Form> find_form(Slot slot);
   Form make_unknown(Slot slot) const;
+  std::optional<Form> find_integer(Slot slot);
+  void note_large(Slot slot);
   std::optional<Form> combine(Slot slot);
+  std::optional<Form> compute(Slot slot);
   std::optional<Form> multiply(Slot a, Slot b);
   std::optional<Form> divide(Slot a, Slot b) const;
   std::optional<Form> convert_integer(Slot slot, Slot bits) const;
@@ -66,12 +73,16 @@ class Forms {
   std::optional<Form> choose(Slot condition, Slot a, Slot b) const;
   Slot argument(Slot slot, std::size_t i) const { return ranges.get_argument(slot, i); }
   static std::int64_t find_unit(IEEEFloat::format f, const Form& form);
+  bool is_exact(Slot slot, const Form& form) const;
   bool round(Slot slot, Form* form) const;
   void round_to_integer(Slot slot, Form* form) const;
   bool is_nearest(Slot slot) const;
 
   const ranges::Propagation& ranges;
+  Bounds& bounds;
+  Residues residues;
   std::vector<std::optional<Form>> forms;  // by slot
+  std::vector<ExactResult> large_results;
   std::uint64_t work = 0;
 };
 

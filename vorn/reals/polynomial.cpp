@@ -22,12 +22,15 @@ QNumber Polynomial::get_constant() const {
   return found == terms.end() ? QNumber() : found->second;
 }
 
+void Polynomial::add_term(const Monomial& monomial, const QNumber& coefficient) {
+  const auto [place, is_new] = terms.try_emplace(monomial);
+  place->second += coefficient;
+  if (place->second.sign() == 0) terms.erase(place);
+}
+
 void Polynomial::add(const Polynomial& other, const QNumber& factor) {
-  for (const auto& [monomial, coefficient] : other.terms) {
-    const auto [place, is_new] = terms.try_emplace(monomial);
-    place->second += coefficient * factor;
-    if (place->second.sign() == 0) terms.erase(place);
-  }
+  for (const auto& [monomial, coefficient] : other.terms)
+    add_term(monomial, coefficient * factor);
 }
 
 Polynomial Polynomial::negate() const {

@@ -32,6 +32,7 @@ class Polynomial {
   bool is_constant() const { return terms.empty() || terms.rbegin()->first.empty(); }
 
   Polynomial negate() const;
+  void add_term(const Monomial& monomial, const QNumber& coefficient);
   /// Adds `factor` times `other`.
   void add(const Polynomial& other, const QNumber& factor);
   /// None where the product is too large.

@@ -14,6 +14,8 @@ using T = SymbolTag;
 
 constexpr std::size_t kMostRows = 256;
 constexpr std::size_t kMostMonomials = 256;
+// Times that forms are made anew.
+constexpr int kMostRounds = 5;
 // What is computed while the ranges look at one term: coefficients of polynomials, which are
 // rational, and those of the simplex method.
 constexpr std::uint64_t kWorkForOneLook = 4;
@@ -30,64 +32,156 @@ QNumber from_double(double x) {
   return QNumber(value.get_num(), value.get_den());
 }
 
-bool is_comparison(const Term* t) {
-  const T::tag tag = t->get_tag();
-  return tag == T::fp_lt || tag == T::fp_le || tag == T::fp_equal || tag == T::equal;
+bool is_bit_order(T::tag tag) {
+  return tag == T::bv_ult || tag == T::bv_ule || tag == T::bv_slt || tag == T::bv_sle;
 }
 
-Interval multiply(const Interval& a, const Interval& b) {
-  const QNumber ends[] = {a.least * b.least, a.least * b.greatest, a.greatest * b.least,
-                          a.greatest * b.greatest};
-  const auto [least, greatest] = std::minmax_element(std::begin(ends), std::end(ends));
-  return {*least, *greatest};
+bool is_strict_order(T::tag tag) {
+  return tag == T::fp_lt || tag == T::bv_ult || tag == T::bv_slt;
+}
+
+bool is_order(T::tag tag) {
+  return tag == T::fp_lt || tag == T::fp_le || is_bit_order(tag);
+}
+
+bool is_comparison(const Term* t) {
+  const T::tag tag = t->get_tag();
+  return is_order(tag) || tag == T::fp_equal || tag == T::equal;
 }
 
 }  // namespace
 
 Refuter::Refuter(ranges::Propagation& propagation, std::uint64_t most)
-    : ranges(propagation), most_effort(most), forms(propagation, kWorkForOneLook * most) {}
+    : ranges(propagation), most_effort(most), bounds(propagation) {}
 
 std::uint64_t Refuter::get_effort() const {
-  return 1 + looks + forms.get_work() / kWorkForOneLook + work / kFastWorkForOneLook;
+  const std::uint64_t coefficients = form_work + (forms ? forms->get_work() : 0);
+  return 1 + looks + coefficients / kWorkForOneLook +
+         (work + kWorkForOneFactor * bounds.get_work()) / kFastWorkForOneLook;
 }
 
 bool Refuter::run() {
+  for (int round = 0;; ++round) {
+    if (forms) form_work += forms->get_work();
+    forms.reset();
+    const std::uint64_t rest = most_effort - std::min(most_effort, get_effort());
+    forms.emplace(ranges, bounds, kWorkForOneLook * rest);
+    if (narrow_by_forms()) return true;
+    add_rows();
+    // Which conversions and results are exact depends on ranges.
+    if (!forms->has_integers() || round == kMostRounds || is_cut_short() || !tighten()) break;
+    if (ranges.is_contradiction() || bounds.is_contradiction()) return true;
+  }
+  return rows.size() > 1 && monomials.size() <= kMostMonomials && adds_up();
+}
+
+/// Whether that refutes the formulas.
+bool Refuter::narrow_by_forms() {
   // Of a range that is as forms have it rows would say nothing new.
-  std::vector<Slot> bounded;
+  bounded.clear();
   for (Slot slot = 0; slot < ranges.get_size() && !is_cut_short(); ++slot) {
     if (!has_own_form(slot)) continue;
     ++looks;
-    if (!ranges.is_implied(slot)) bounded.push_back(slot);
+    if (is_bits(slot) ? !is_implied_by_form(slot) : !ranges.is_implied(slot))
+      bounded.push_back(slot);
   }
   for (Slot slot = 0; slot < ranges.get_size() && !is_cut_short(); ++slot) {
     if (has_own_form(slot)) narrow(slot);
     if (is_comparison(ranges.get_term(slot))) decide(slot);
   }
+  for (const ExactResult& result : forms->get_large_results())
+    narrow_rounded(result.slot, result.interval);
   if (!is_cut_short()) looks += ranges.propagate(most_effort - get_effort());
-  if (ranges.is_contradiction()) return true;
-  for (Slot slot = 0; slot < ranges.get_size(); ++slot) {
-    if (is_comparison(ranges.get_term(slot))) add_facts(slot);
+  return ranges.is_contradiction();
+}
+
+/// Of floats first, which rows of bit-vectors must not displace.
+void Refuter::add_rows() {
+  rows.clear();
+  monomials.clear();
+  for (const bool of_bits : {false, true}) {
+    is_adding_integers = of_bits;
+    for (Slot slot = 0; slot < ranges.get_size(); ++slot) {
+      if (!is_comparison(ranges.get_term(slot))) continue;
+      if (is_bits(ranges.get_argument(slot, 0)) == of_bits) add_facts(slot);
+    }
+    for (const Slot slot : bounded) {
+      if (is_bits(slot) == of_bits) add_bounds(slot);
+    }
   }
-  for (const Slot slot : bounded)
-    add_bounds(slot);
-  return rows.size() > 1 && monomials.size() <= kMostMonomials && adds_up();
+}
+
+/// Follows rows to where products lie and ranges of unknowns with them. Whether forms made anew may
+/// say more.
+bool Refuter::tighten() {
+  bounds.refresh();
+  bool is_smaller = bounds.tighten(rows);
+  for (const auto& [monomial, interval] : bounds.get_intervals()) {
+    if (monomial.size() == 1) is_smaller |= narrow(monomial.front(), interval);
+  }
+  if (!is_cut_short()) looks += ranges.propagate(most_effort - get_effort());
+  return is_smaller;
 }
 
 /// Whether the form of a term says more than that it is a number.
 bool Refuter::has_own_form(Slot slot) const {
-  const Form* form = forms.find(slot);
+  const Form* form = forms->find(slot);
   return form != nullptr && !ranges::is_value(ranges.get_range(slot)) &&
          form->value != Polynomial::of_unknown(slot);
 }
 
+/// Whether the range of an integer is not smaller than what its polynomial says.
+bool Refuter::is_implied_by_form(Slot slot) {
+  const Interval interval = bounds.get_interval(forms->find(slot)->value, QNumber());
+  const Interval range = interval_of(ranges, slot);
+  return range.least <= interval.least && interval.greatest <= range.greatest;
+}
+
 // Ranges ----------------------------------------------------------------------------------------
 
-void Refuter::narrow(Slot slot) {
-  const Form& form = *forms.find(slot);
-  const Interval interval = get_interval(form.value, form.error);
+/// To an interval that the value is in. Whether the range gets smaller.
+bool Refuter::narrow(Slot slot, const Interval& interval) {
+  const ranges::Range before = ranges.get_range(slot);
+  if (const auto* bits = std::get_if<ranges::BitRange>(&before)) {
+    ranges.narrow(slot, ranges::BitRange::between(bits->get_width(), ceiling(interval.least),
+                                                  floor(interval.greatest)));
+    return ranges.get_range(slot) != before;
+  }
   const IEEEFloat::format f = ranges.get_term(slot)->get_type()->get_format();
   IEEEFloat least(f, IEEEFloat::rounding_mode::plus_inf);
   IEEEFloat greatest(f, IEEEFloat::rounding_mode::minus_inf);
+  least.self_round(interval.least);
+  greatest.self_round(interval.greatest);
+  ranges.narrow(slot, ranges::FloatRange::between(f, ranges::lower_rank(least),
+                                                  ranges::upper_rank(greatest)));
+  return ranges.get_range(slot) != before;
+}
+
+void Refuter::narrow(Slot slot) {
+  const Form& form = *forms->find(slot);
+  narrow(slot, bounds.get_interval(form.value, form.error));
+}
+
+/// Whether the order of the forms of both operands is that of the operation. Forms are of numbers
+/// without a sign, and signed ones are the same where no sign bit can be set.
+bool Refuter::is_comparable(Slot slot) const {
+  const T::tag tag = ranges.get_term(slot)->get_tag();
+  for (std::size_t i = 0; i < 2; ++i) {
+    const Slot operand = ranges.get_argument(slot, i);
+    if (forms->find(operand) == nullptr) return false;
+    if (tag != T::bv_slt && tag != T::bv_sle) continue;
+    const auto& bits = std::get<ranges::BitRange>(ranges.get_range(operand));
+    if (bits.get_possible().test_bit(bits.get_width() - 1)) return false;
+  }
+  return true;
+}
+
+/// To what numbers of the interval are rounded to, in any mode. Operations on finite operands give
+/// numbers, if only infinite ones.
+void Refuter::narrow_rounded(Slot slot, const Interval& interval) {
+  const IEEEFloat::format f = ranges.get_term(slot)->get_type()->get_format();
+  IEEEFloat least(f, IEEEFloat::rounding_mode::minus_inf);
+  IEEEFloat greatest(f, IEEEFloat::rounding_mode::plus_inf);
   least.self_round(interval.least);
   greatest.self_round(interval.greatest);
   ranges.narrow(slot, ranges::FloatRange::between(f, ranges::lower_rank(least),
@@ -96,24 +190,24 @@ void Refuter::narrow(Slot slot) {
 
 /// Compares by the form of the difference.
 void Refuter::decide(Slot slot) {
-  const Form* a = forms.find(ranges.get_argument(slot, 0));
-  const Form* b = forms.find(ranges.get_argument(slot, 1));
-  if (a == nullptr || b == nullptr) return;
-  Polynomial difference = a->value;
-  difference.add(b->value, QNumber(-1));
-  const Interval interval = get_interval(difference, a->error + b->error);
+  if (!is_comparable(slot)) return;
+  const Form& a = *forms->find(ranges.get_argument(slot, 0));
+  const Form& b = *forms->find(ranges.get_argument(slot, 1));
+  Polynomial difference = a.value;
+  difference.add(b.value, QNumber(-1));
+  const Interval interval = bounds.get_interval(difference, a.error + b.error);
   const T::tag tag = ranges.get_term(slot)->get_tag();
-  const bool is_below = interval.greatest.sign() < 0;
-  const bool is_above = interval.least.sign() > 0;
-  const bool is_equal = interval.least.sign() == 0 && interval.greatest.sign() == 0;
+  const bool is_strict = is_strict_order(tag);
   std::optional<bool> truth;
-  if (tag == T::fp_lt || tag == T::fp_le) {
-    if (is_below || (is_equal && tag == T::fp_le)) truth = true;
-    if (is_above || (is_equal && tag == T::fp_lt)) truth = false;
+  if (is_order(tag)) {
+    if (is_strict ? interval.greatest.sign() < 0 : interval.greatest.sign() <= 0) truth = true;
+    if (is_strict ? interval.least.sign() >= 0 : interval.least.sign() > 0) truth = false;
   } else {
-    if (is_below || is_above) truth = false;
+    const bool is_equal = interval.least.sign() == 0 && interval.greatest.sign() == 0;
+    if (interval.greatest.sign() < 0 || interval.least.sign() > 0) truth = false;
     // Zeros of either sign are one number and two values.
-    if (is_equal && tag == T::fp_equal) truth = true;
+    const bool is_value = is_bits(ranges.get_argument(slot, 0)) || tag == T::fp_equal;
+    if (is_equal && is_value) truth = true;
   }
   if (truth) ranges.narrow(slot, ranges::BoolRange::of(*truth));
 }
@@ -122,33 +216,35 @@ void Refuter::decide(Slot slot) {
 
 /// What a comparison says that is decided.
 void Refuter::add_facts(Slot slot) {
+  if (!is_comparable(slot)) return;
   const ranges::Range& truth = ranges.get_range(slot);
   const Slot a = ranges.get_argument(slot, 0);
   const Slot b = ranges.get_argument(slot, 1);
-  if (forms.find(a) == nullptr || forms.find(b) == nullptr) return;
   const T::tag tag = ranges.get_term(slot)->get_tag();
-  const bool is_order = tag == T::fp_lt || tag == T::fp_le;
+  const bool is_strict = is_strict_order(tag);
   if (ranges::is_truth(truth, true)) {
-    add_order(a, b);
-    if (!is_order) add_order(b, a);
-  } else if (ranges::is_truth(truth, false) && is_order) {
-    add_order(b, a);
+    add_order(a, b, is_strict);
+    if (!is_order(tag)) add_order(b, a, false);
+  } else if (ranges::is_truth(truth, false) && is_order(tag)) {
+    add_order(b, a, !is_strict);
   }
 }
 
-/// `low` is not above `high`: neither are their polynomials, but for the errors.
-void Refuter::add_order(Slot low, Slot high) {
-  const Form& a = *forms.find(low);
-  const Form& b = *forms.find(high);
+/// `low` is not above `high`, or below it: neither are their polynomials, but for the errors. Of
+/// integers the one that is below is so by 1, and they have no errors.
+void Refuter::add_order(Slot low, Slot high, bool is_strict) {
+  const Form& a = *forms->find(low);
+  const Form& b = *forms->find(high);
   Row row = {a.value, a.error + b.error};
+  if (is_strict && is_bits(low)) row.bound -= QNumber(1);
   row.sum.add(b.value, QNumber(-1));
   add_row(std::move(row));
 }
 
 /// What is known of a result may be more than its form says.
 void Refuter::add_bounds(Slot slot) {
-  const Form& form = *forms.find(slot);
-  const Interval interval = forms.get_interval(slot);
+  const Form& form = *forms->find(slot);
+  const Interval interval = interval_of(ranges, slot);
   add_row({form.value, interval.greatest + form.error});
   add_row({form.value.negate(), form.error - interval.least});
 }
@@ -159,7 +255,7 @@ void Refuter::add_row(Row row) {
     row.sum.add(Polynomial::of_constant(constant), QNumber(-1));
     row.bound -= constant;
   }
-  if (rows.size() >= kMostRows) return;
+  if (rows.size() >= kMostRows || (is_adding_integers && !is_worthwhile(row))) return;
   const bool is_known = std::any_of(rows.begin(), rows.end(), [&row](const Row& other) {
     return other.sum == row.sum && other.bound <= row.bound;
   });
@@ -169,35 +265,16 @@ void Refuter::add_row(Row row) {
   rows.push_back(std::move(row));
 }
 
-Interval Refuter::get_interval(const Monomial& monomial) {
-  work += kWorkForOneFactor * monomial.size();
-  Interval interval = {QNumber(1), QNumber(1)};
-  for (std::size_t i = 0; i < monomial.size();) {
-    const Interval factor = forms.get_interval(monomial[i]);
-    std::size_t power = 0;
-    Interval product = {QNumber(1), QNumber(1)};
-    for (; i < monomial.size() && (power == 0 || monomial[i] == monomial[i - 1]); ++i, ++power)
-      product = multiply(product, factor);
-    // Even powers are not negative.
-    if (power % 2 == 0 && product.least.sign() < 0) product.least = QNumber();
-    interval = multiply(interval, product);
-  }
-  return interval;
-}
-
-Interval Refuter::get_interval(const Polynomial& polynomial, const QNumber& error) {
-  Interval sum = {error.neg(), error};
-  for (const auto& [monomial, coefficient] : polynomial.get_terms()) {
-    const Interval product = multiply(get_interval(monomial), {coefficient, coefficient});
-    sum.least += product.least;
-    sum.greatest += product.greatest;
-  }
-  return sum;
+/// Whether a row of integers says more than where its one product is known to lie, and leaves room.
+bool Refuter::is_worthwhile(const Row& row) {
+  const std::size_t count = row.sum.get_terms().size();
+  if (count + monomials.size() > kMostMonomials) return false;
+  return count > 1 || bounds.get_interval(row.sum, QNumber()).greatest > row.bound;
 }
 
 /// Whether the sum is above its bound everywhere.
 bool Refuter::exceeds(const Row& row) {
-  return get_interval(row.sum, QNumber()).least > row.bound;
+  return bounds.get_interval(row.sum, QNumber()).least > row.bound;
 }
 
 /// The rows as numbers near 1, and by what each was multiplied; none where they are beyond the
@@ -208,7 +285,7 @@ std::optional<LinearSystem> Refuter::make_system(std::vector<double>* row_scales
   system.least.resize(monomials.size());
   system.greatest.resize(monomials.size());
   for (const auto& [monomial, place] : monomials) {
-    const Interval interval = get_interval(monomial);
+    const Interval interval = bounds.get_interval(monomial);
     const double size = to_double(interval.get_magnitude());
     scales[place] = size == 0 ? 1 : std::exp2(std::ilogb(size));
     system.least[place] = to_double(interval.least) / scales[place];

@@ -1,6 +1,7 @@
 // Refutations by forms. Where a form lies narrows the range of its term, the form of a difference
 // decides a comparison, and comparisons that hold are linear inequalities in the products of
-// unknowns: what they add up to can be beyond its bound.
+// unknowns: what they add up to can be beyond its bound. Where floats are made of integers, these
+// inequalities bound products, so that more results are exact, and forms are made once more.
 #ifndef VORN_REALS_REFUTER_H
 #define VORN_REALS_REFUTER_H
 
@@ -11,17 +12,12 @@
 #include <vector>
 
 #include "vorn/ranges/propagation.h"
+#include "vorn/reals/bounds.h"
 #include "vorn/reals/forms.h"
 #include "vorn/reals/multipliers.h"
 #include "vorn/reals/polynomial.h"
 
 namespace vorn::reals {
-
-/// The sum of the terms, without a constant, is at most the bound.
-struct Row {
-  Polynomial sum;
-  QNumber bound;
-};
 
 /// What forms say of the formulas whose ranges these are. Products of unknowns count as unknowns.
 class Refuter {
@@ -41,15 +37,24 @@ class Refuter {
  private:
   using Slot = ranges::Propagation::Slot;
 
+  bool narrow_by_forms();
+  void add_rows();
+  bool tighten();
   bool has_own_form(Slot slot) const;
+  bool is_implied_by_form(Slot slot);
+  bool narrow(Slot slot, const Interval& interval);
   void narrow(Slot slot);
+  bool is_bits(Slot slot) const {
+    return std::holds_alternative<ranges::BitRange>(ranges.get_range(slot));
+  }
+  void narrow_rounded(Slot slot, const Interval& interval);
+  bool is_comparable(Slot slot) const;
   void decide(Slot slot);
   void add_facts(Slot slot);
-  void add_order(Slot low, Slot high);
+  void add_order(Slot low, Slot high, bool is_strict);
   void add_bounds(Slot slot);
   void add_row(Row row);
-  Interval get_interval(const Monomial& monomial);
-  Interval get_interval(const Polynomial& polynomial, const QNumber& error);
+  bool is_worthwhile(const Row& row);
   bool exceeds(const Row& row);
   std::optional<LinearSystem> make_system(std::vector<double>* row_scales);
   bool adds_up();
@@ -57,8 +62,12 @@ class Refuter {
   ranges::Propagation& ranges;
   std::uint64_t most_effort;
   std::uint64_t looks = 0;  // of the ranges themselves
-  Forms forms;
+  Bounds bounds;
+  std::optional<Forms> forms;
+  std::uint64_t form_work = 0;  // coefficients of forms that are replaced by others
+  std::vector<Slot> bounded;    // terms whose ranges say more than those of their arguments
   std::vector<Row> rows;
+  bool is_adding_integers = false;            // to the rows
   std::map<Monomial, std::size_t> monomials;  // of the rows, and their places
   std::uint64_t work = 0;                     // coefficients that were computed beyond forms
 };

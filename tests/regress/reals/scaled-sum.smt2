@@ -1,0 +1,17 @@
+; A product of a sum of integers is the sum of the products as long as it is counted exactly. Each
+; factor may be large where the other one is zero.
+(set-logic QF_BVFP)
+(declare-const a (_ BitVec 64))
+(declare-const b (_ BitVec 64))
+(declare-const scale (_ BitVec 64))
+(assert (and (bvsle #x0000000000000000 a) (bvslt a #x0000000010000000)))
+(assert (and (bvsle #x0000000000000000 b) (bvslt b #x0000000010000000)))
+(assert (and (bvsle #x0000000000000000 scale) (bvslt scale #x0000000010000000)))
+(assert (bvsle (bvmul scale (bvadd a b)) #x0000000001000000))
+(define-fun fa () Float32 ((_ to_fp 8 24) RNE a))
+(define-fun fb () Float32 ((_ to_fp 8 24) RNE b))
+(define-fun fs () Float32 ((_ to_fp 8 24) RNE scale))
+(assert (not (fp.eq (fp.mul RNE fs (fp.add RNE fa fb))
+                    (fp.add RNE (fp.mul RNE fs fa) (fp.mul RNE fs fb)))))
+(set-info :status unsat)
+(check-sat)

@@ -1,0 +1,12 @@
+; A sum of bit-vectors that may wrap is no sum of numbers.
+(set-logic QF_BVFP)
+(declare-const x (_ BitVec 12))
+(declare-const y (_ BitVec 12))
+(assert (and (bvult x #x801) (bvult y #x800)))
+(assert (not (= x #x800)))
+(assert (bvule #x7ff (bvadd x y)))
+(define-fun fx () Float32 ((_ to_fp_unsigned 8 24) RNE x))
+(define-fun fy () Float32 ((_ to_fp_unsigned 8 24) RNE y))
+(assert (not (fp.eq (fp.add RNE fx fy) ((_ to_fp 8 24) RNE (bvadd x y)))))
+(set-info :status sat)
+(check-sat)
