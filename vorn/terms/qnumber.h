@@ -139,6 +139,7 @@ class VORN_EXPORT QNumber {
   };
 
   void release() noexcept {
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): sees unions in std::optional end twice
     if (is_big()) delete big;
   }
   void promote();
