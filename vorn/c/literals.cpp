@@ -8,6 +8,7 @@
 #include "vorn/c/number_text.h"
 #include "vorn/c/values.h"
 #include "vorn/terms/bv_number.h"
+#include "vorn/terms/float_text.h"
 #include "vorn/terms/ieee_arithmetic.h"
 
 using namespace vorn::c;
@@ -130,7 +131,7 @@ vorn_status vorn_make_fp_string(vorn_manager* manager, const vorn_sort* sort,
   return make_literal(manager, __func__, result, [&] {
     const IEEEFloat::format format = get_format(*manager, sort);
     const std::string_view number = get_text(text, "the number");
-    return manager->terms.make_fp_number(read_float(number, format, read_mode(mode)));
+    return manager->terms.make_fp_number(vorn::parse_float(number, format, read_mode(mode)));
   });
 }
 
