@@ -147,14 +147,19 @@ bool Refuter::narrow(Slot slot, const Interval& interval) {
                                                   floor(interval.greatest)));
     return ranges.get_range(slot) != before;
   }
+  narrow_float(slot, interval, Mode::plus_inf, Mode::minus_inf);
+  return ranges.get_range(slot) != before;
+}
+
+/// To the floats between the ends of an interval, each rounded in a mode of its own.
+void Refuter::narrow_float(Slot slot, const Interval& interval, Mode low, Mode high) {
   const IEEEFloat::format f = ranges.get_term(slot)->get_type()->get_format();
-  IEEEFloat least(f, IEEEFloat::rounding_mode::plus_inf);
-  IEEEFloat greatest(f, IEEEFloat::rounding_mode::minus_inf);
+  IEEEFloat least(f, low);
+  IEEEFloat greatest(f, high);
   least.self_round(interval.least);
   greatest.self_round(interval.greatest);
   ranges.narrow(slot, ranges::FloatRange::between(f, ranges::lower_rank(least),
                                                   ranges::upper_rank(greatest)));
-  return ranges.get_range(slot) != before;
 }
 
 void Refuter::narrow(Slot slot) {
@@ -179,13 +184,7 @@ bool Refuter::is_comparable(Slot slot) const {
 /// To what numbers of the interval are rounded to, in any mode. Operations on finite operands give
 /// numbers, if only infinite ones.
 void Refuter::narrow_rounded(Slot slot, const Interval& interval) {
-  const IEEEFloat::format f = ranges.get_term(slot)->get_type()->get_format();
-  IEEEFloat least(f, IEEEFloat::rounding_mode::minus_inf);
-  IEEEFloat greatest(f, IEEEFloat::rounding_mode::plus_inf);
-  least.self_round(interval.least);
-  greatest.self_round(interval.greatest);
-  ranges.narrow(slot, ranges::FloatRange::between(f, ranges::lower_rank(least),
-                                                  ranges::upper_rank(greatest)));
+  narrow_float(slot, interval, Mode::minus_inf, Mode::plus_inf);
 }
 
 /// Compares by the form of the difference.

@@ -16,6 +16,7 @@
 #include "vorn/reals/forms.h"
 #include "vorn/reals/multipliers.h"
 #include "vorn/reals/polynomial.h"
+#include "vorn/terms/ieee_float.h"
 
 namespace vorn::reals {
 
@@ -36,6 +37,7 @@ class Refuter {
 
  private:
   using Slot = ranges::Propagation::Slot;
+  using Mode = IEEEFloat::rounding_mode;
 
   bool narrow_by_forms();
   void add_rows();
@@ -47,6 +49,7 @@ class Refuter {
   bool is_bits(Slot slot) const {
     return std::holds_alternative<ranges::BitRange>(ranges.get_range(slot));
   }
+  void narrow_float(Slot slot, const Interval& interval, Mode low, Mode high);
   void narrow_rounded(Slot slot, const Interval& interval);
   bool is_comparable(Slot slot) const;
   void decide(Slot slot);
