@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/ranges/small_formula.h"
+#include "tests/reals/model_values.h"
 #include "vorn/reals/refuter.h"
 #include "vorn/terms/bv_number.h"
 #include "vorn/terms/post_order.h"
@@ -16,25 +17,6 @@ using ranges::Propagation;
 using ranges::SmallFormulas;
 
 constexpr std::uint64_t kEnough = 1'000'000;
-
-/// What numbers the value of a term is.
-QNumber real_of(const Term* t, const QNumber& value) {
-  if (t->get_type()->get_kind() != DataType::Kind::floating_point) return value;
-  return IEEEFloat::from_bits(t->get_type()->get_format(), value).get_value();
-}
-
-QNumber evaluate(const Polynomial& p, const Propagation& ranges, semantics::Evaluator& model) {
-  QNumber sum;
-  for (const auto& [monomial, coefficient] : p.get_terms()) {
-    QNumber product = coefficient;
-    for (const std::uint32_t unknown : monomial) {
-      const Term* t = ranges.get_term(unknown);
-      product *= real_of(t, model.evaluate(t));
-    }
-    sum += product;
-  }
-  return sum;
-}
 
 bool is_multiple(const QNumber& x, std::int64_t quantum) {
   const QNumber power = BVNumber::power_of_two(static_cast<std::uint64_t>(std::abs(quantum)));

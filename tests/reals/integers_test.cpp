@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/ranges/small_formula.h"
+#include "tests/reals/model_values.h"
 #include "vorn/reals/forms.h"
 #include "vorn/reals/refuter.h"
 #include "vorn/semantics/evaluator.h"
@@ -144,24 +145,6 @@ class SmallIntegers {
   std::mt19937_64 random;
   std::vector<const Term*> words;
 };
-
-QNumber real_of(const Term* t, const QNumber& value) {
-  if (t->get_type()->get_kind() != DataType::Kind::floating_point) return value;
-  return IEEEFloat::from_bits(t->get_type()->get_format(), value).get_value();
-}
-
-QNumber evaluate(const Polynomial& p, const Propagation& ranges, semantics::Evaluator& model) {
-  QNumber sum;
-  for (const auto& [monomial, coefficient] : p.get_terms()) {
-    QNumber product = coefficient;
-    for (const std::uint32_t unknown : monomial) {
-      const Term* t = ranges.get_term(unknown);
-      product *= real_of(t, model.evaluate(t));
-    }
-    sum += product;
-  }
-  return sum;
-}
 
 /// Soundness: in every model a bit-vector is what its form says, and a float as near to it, rows
 /// hold, and ranges that forms narrow keep what they must.

@@ -48,6 +48,10 @@ class Words : public testing::Test {
     return 0;
   }
   Polynomial unknown(const Term* t) { return Polynomial::of_unknown(slot_of(t)); }
+  void expect_unknown(const Term* t) {
+    const Polynomial value = find_value(t);
+    EXPECT_EQ(value, unknown(t));
+  }
   bool is_refuted() {
     ranges.propagate(kEnough);
     Refuter refuter(ranges, kEnough);
@@ -76,24 +80,21 @@ TEST_F(Words, SumsThatMayWrapAreUnknowns) {
   bound(x, 0, 0x8000);
   bound(y, 0, 0x8000);
   const Term* sum = make(T::bv_add, x, y);
-  const Polynomial value = find_value(sum);
-  EXPECT_EQ(value, unknown(sum));
+  expect_unknown(sum);
 }
 
 TEST_F(Words, ProductsThatMayWrapAreUnknowns) {
   bound(x, 0, 256);
   bound(y, 0, 256);
   const Term* product = make(T::bv_mul, x, y);
-  const Polynomial value = find_value(product);
-  EXPECT_EQ(value, unknown(product));
+  expect_unknown(product);
 }
 
 TEST_F(Words, DifferencesThatMayBeNegativeAreUnknowns) {
   bound(x, 50, 100);
   bound(y, 0, 51);
   const Term* difference = make(T::bv_sub, x, y);
-  const Polynomial value = find_value(difference);
-  EXPECT_EQ(value, unknown(difference));
+  expect_unknown(difference);
 }
 
 TEST_F(Words, NegationsThatWrapAreTakenBack) {
